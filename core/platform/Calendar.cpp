@@ -1,0 +1,68 @@
+#include "platform/Calendar.h"
+
+#include <cmath>
+#include <ctime>
+
+namespace saldo {
+namespace {
+
+std::tm toLocalTm(ReferenceSeconds datum)
+{
+    const double unixSeconds = std::floor(datum + kReferenceDateUnixSeconds);
+    std::time_t t = static_cast<std::time_t>(unixSeconds);
+    std::tm tm{};
+    localtime_r(&t, &tm);
+    return tm;
+}
+
+}  // namespace
+
+int Calendar::monthOf(ReferenceSeconds datum)
+{
+    if (!std::isfinite(datum))
+        return 1;
+    return toLocalTm(datum).tm_mon + 1;
+}
+
+Calendar::Fields Calendar::localFields(ReferenceSeconds datum)
+{
+    const std::tm tm = toLocalTm(datum);
+    return {tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec};
+}
+
+ReferenceSeconds Calendar::fromLocalFields(const Fields& f)
+{
+    std::tm tm{};
+    tm.tm_year = f.year - 1900;
+    tm.tm_mon = f.month - 1;
+    tm.tm_mday = f.day;
+    tm.tm_hour = f.hour;
+    tm.tm_min = f.minute;
+    tm.tm_sec = f.second;
+    tm.tm_isdst = -1;
+    return static_cast<double>(std::mktime(&tm)) - kReferenceDateUnixSeconds;
+}
+
+std::optional<ReferenceSeconds> Calendar::localMidnight(int year, int month, int day)
+{
+    if (month < 1 || month > 12 || day < 1 || day > 31 || year < 1 || year > 9999)
+        return std::nullopt;
+    std::tm tm{};
+    tm.tm_year = year - 1900;
+    tm.tm_mon = month - 1;
+    tm.tm_mday = day;
+    tm.tm_isdst = -1;
+    const std::time_t t = std::mktime(&tm);
+    // mktime normalises 31 February into March: such a day does not exist.
+    if (tm.tm_mday != day || tm.tm_mon != month - 1 || tm.tm_year != year - 1900)
+        return std::nullopt;
+    return static_cast<double>(t) - kReferenceDateUnixSeconds;
+}
+
+ReferenceSeconds Calendar::startOfLocalDay(ReferenceSeconds datum)
+{
+    const Fields f = localFields(datum);
+    return localMidnight(f.year, f.month, f.day).value_or(datum);
+}
+
+}  // namespace saldo

@@ -1,0 +1,177 @@
+#include "model/Einnahme.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+
+namespace saldo {
+namespace {
+
+class EinnahmeTest : public ::testing::Test {
+protected:
+    void SetUp() override { setNowOverrideForTesting(&fixedNow); }
+    void TearDown() override { setNowOverrideForTesting(nullptr); }
+    ReferenceSeconds fixedNow = 785'000'123.456;
+};
+
+TEST_F(EinnahmeTest, NewEntryTakesTheGivenFieldsAndTheNewEntryValues)
+{
+    const auto e = Einnahme::make("Neu", "", 0.0f, 19.0f);
+    EXPECT_EQ(e->name(), "Neu");
+    EXPECT_EQ(e->kategorie(), "");
+    EXPECT_EQ(e->art(), "Einnahme");
+    EXPECT_FALSE(e->innergemeinschaftlicherErwerb());
+    EXPECT_FALSE(e->isNonEU());
+    EXPECT_EQ(e->brutto(), 0.0f);
+    EXPECT_EQ(e->steuersatz(), 19.0f);
+    EXPECT_EQ(e->netto(), 0.0f);
+    EXPECT_EQ(e->datum(), fixedNow);
+    EXPECT_EQ(e->rechnungsnummer(), "");
+    EXPECT_EQ(e->steuernummer(), "");
+    EXPECT_EQ(e->leistungsart(), "");
+    EXPECT_TRUE(e->childTransactions().empty());
+    EXPECT_EQ(e->description(), "Name: Neu");
+}
+
+TEST_F(EinnahmeTest, NettoIsComputedInSinglePrecisionInTheGivenOrder)
+{
+    // 119 / 1.19f is one ulp below 100 in single precision.
+    EXPECT_EQ(static_cast<double>(Einnahme::make("a", "", 119.0f, 19.0f)->netto()), 99.99999237060547);
+    EXPECT_EQ(static_cast<double>(Einnahme::make("a", "", 10.0f, 7.0f)->netto()), 9.345793724060059);
+    EXPECT_EQ(Einnahme::make("a", "", 42.42f, 0.0f)->netto(), 42.42f);
+    // A rate of -100 divides by zero: infinite, or not a number for a zero gross.
+    EXPECT_TRUE(std::isinf(Einnahme::make("a", "", 5.0f, -100.0f)->netto()));
+    EXPECT_TRUE(std::isnan(Einnahme::make("a", "", 0.0f, -100.0f)->netto()));
+}
+
+TEST_F(EinnahmeTest, SettersRefuseNegativeGrossAndKeepTheFlagsExclusive)
+{
+    auto e = Einnahme::make("a", "", 12.5f, 19.0f);
+    e->setBrutto(-5.0f);
+    EXPECT_EQ(e->brutto(), 12.5f);
+    e->setBrutto(0.0f);
+    EXPECT_EQ(e->brutto(), 0.0f);
+    e->setSteuersatz(-7.0f);
+    EXPECT_EQ(e->steuersatz(), -7.0f);
+
+    e->setInnergemeinschaftlicherErwerb(true);
+    e->setIsNonEU(true);
+    EXPECT_TRUE(e->isNonEU());
+    EXPECT_FALSE(e->innergemeinschaftlicherErwerb());
+    e->setInnergemeinschaftlicherErwerb(true);
+    EXPECT_TRUE(e->innergemeinschaftlicherErwerb());
+    EXPECT_FALSE(e->isNonEU());
+    e->setIsNonEU(false);  // clearing one flag leaves the other alone
+    EXPECT_TRUE(e->innergemeinschaftlicherErwerb());
+}
+
+TEST_F(EinnahmeTest, StatusImageIsGreenOnlyForExactlyEinnahme)
+{
+    auto e = Einnahme::make("a", "", 1.0f, 19.0f);
+    EXPECT_STREQ(e->statusImage(), "greenCircle");
+    e->setArt("Ausgabe");
+    EXPECT_STREQ(e->statusImage(), "redCircle");
+    e->setArt("einnahme");
+    EXPECT_STREQ(e->statusImage(), "redCircle");
+    e->setArt("");
+    EXPECT_STREQ(e->statusImage(), "redCircle");
+}
+
+TEST_F(EinnahmeTest, CopyAppendsKopieAndSharesTheChildEntries)
+{
+    auto child = Einnahme::make("Teil", "K ", 3.0f, 7.0f);
+    Einnahme::Stored s;
+    s.name = "Miete";
+    s.kategorie = "4210 Miete Gesch. ";
+    s.art = "Ausgabe";
+    s.innergemeinschaftlicherErwerb = true;
+    s.isNonEU = true;  // both set, as a file may hold them
+    s.brutto = 800.0f;
+    s.steuersatz = 19.0f;
+    s.datum = -12345.75;
+    s.rechnungsnummer = "R-1";
+    s.steuernummer = "St-2";
+    s.leistungsart = "Miete Büro";
+    s.childTransactions = {child};
+    const auto source = Einnahme::restore(s);
+
+    const auto copy = source->copy();
+    ASSERT_NE(copy, source);
+    EXPECT_EQ(copy->name(), "Miete Kopie");
+    EXPECT_EQ(copy->copy()->name(), "Miete Kopie Kopie");
+    EXPECT_EQ(Einnahme::make("", "", 0, 0)->copy()->name(), " Kopie");
+    EXPECT_EQ(copy->kategorie(), s.kategorie);
+    EXPECT_EQ(copy->art(), "Ausgabe");
+    // The flags go through the setters in order: non-EU wins.
+    EXPECT_FALSE(copy->innergemeinschaftlicherErwerb());
+    EXPECT_TRUE(copy->isNonEU());
+    EXPECT_EQ(copy->brutto(), 800.0f);
+    EXPECT_EQ(copy->datum(), -12345.75);
+    EXPECT_EQ(copy->rechnungsnummer(), "R-1");
+    EXPECT_EQ(copy->steuernummer(), "St-2");
+    EXPECT_EQ(copy->leistungsart(), "Miete Büro");
+
+    ASSERT_EQ(copy->childTransactions().size(), 1u);
+    EXPECT_EQ(copy->childTransactions()[0], child);
+    copy->childTransactions()[0]->setName("geändert");
+    EXPECT_EQ(source->childTransactions()[0]->name(), "geändert");
+    // The lists themselves are separate.
+    copy->setChildTransactions({});
+    EXPECT_EQ(source->childTransactions().size(), 1u);
+}
+
+TEST_F(EinnahmeTest, OrderingPutsIncomeFirstThenAscendingGross)
+{
+    auto a = Einnahme::make("a", "", 10.0f, 19.0f);
+    a->setArt("Ausgabe");
+    auto b = Einnahme::make("b", "", 50.0f, 19.0f);
+    auto c = Einnahme::make("c", "", 5.0f, 19.0f);
+    EinnahmeList list{a, b, c};
+    std::sort(list.begin(), list.end(), [](const auto& x, const auto& y) { return *x < *y; });
+    EXPECT_EQ(list, (EinnahmeList{c, b, a}));
+    EXPECT_TRUE(*b <= *b);
+    EXPECT_FALSE(*b < *b);
+    EXPECT_TRUE(*a > *b);
+    EXPECT_TRUE(*c >= *c);
+
+    // Canonically equivalent kinds are equal; only the gross then decides.
+    auto composed = Einnahme::make("x", "", 2.0f, 0.0f);
+    auto decomposed = Einnahme::make("y", "", 1.0f, 0.0f);
+    composed->setArt("Ausgab\xC3\xA9");         // é precomposed
+    decomposed->setArt("Ausgabe\xCC\x81");      // e + combining acute
+    EXPECT_TRUE(*decomposed < *composed);
+    EXPECT_FALSE(*composed < *decomposed);
+}
+
+TEST_F(EinnahmeTest, IdentityIsTheOnlyEquality)
+{
+    auto a = Einnahme::make("Gleich", "K", 1.0f, 19.0f);
+    auto b = Einnahme::make("Gleich", "K", 1.0f, 19.0f);
+    EinnahmeList list{a};
+    EXPECT_EQ(std::find(list.begin(), list.end(), b), list.end());
+    EXPECT_NE(std::find(list.begin(), list.end(), a), list.end());
+}
+
+TEST_F(EinnahmeTest, FieldsAreReadableByKeyName)
+{
+    auto e = Einnahme::make("Honorar", "8400 Erlöse 19% Gesch. ", 119.0f, 19.0f);
+    e->setIsNonEU(true);
+    EXPECT_EQ(std::get<std::string>(*e->valueForKey("name")), "Honorar");
+    EXPECT_EQ(std::get<std::string>(*e->valueForKey("kategorie")), "8400 Erlöse 19% Gesch. ");
+    EXPECT_EQ(std::get<bool>(*e->valueForKey("isNonEU")), true);
+    EXPECT_EQ(std::get<bool>(*e->valueForKey("innergemeinschaftlicherErwerb")), false);
+    EXPECT_EQ(std::get<float>(*e->valueForKey("brutto")), 119.0f);
+    EXPECT_EQ(std::get<float>(*e->valueForKey("netto")), e->netto());
+    EXPECT_EQ(std::get<double>(*e->valueForKey("datum")), fixedNow);
+    EXPECT_TRUE(std::get<EinnahmeList>(*e->valueForKey("childTransactions")).empty());
+    for (auto key : kEinnahmeKeys)
+        EXPECT_TRUE(e->valueForKey(key).has_value()) << key;
+    EXPECT_FALSE(e->valueForKey("noneu").has_value());
+    EXPECT_FALSE(e->valueForKey("Name").has_value());
+}
+
+}  // namespace
+}  // namespace saldo
