@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/Einnahme.h"
+#include "platform/UserDefaults.h"
+
+#include <QSplitter>
+
+namespace saldo::gui {
+
+class ViewController;
+class DetailViewController;
+class SummaryViewController;
+
+// The content of a document window: the entry list on the left and, on the
+// right, an inner split with the detail panel above the summary panel.
+class SplitViewController : public QSplitter {
+    Q_OBJECT
+public:
+    explicit SplitViewController(UserDefaults& defaults, QWidget* parent = nullptr);
+
+    ViewController* viewController() const { return viewController_; }
+    QSplitter* innerSplitViewController() const { return inner_; }
+    DetailViewController* detailViewController() const { return detail_; }
+    SummaryViewController* summaryViewController() const { return summary_; }
+
+    // Shows the entry in the detail panel: sets its selectedEinnahme and refreshes it.
+    void showEntryInDetailView(const EinnahmePtr& entry);
+
+private:
+    ViewController* viewController_ = nullptr;
+    QSplitter* inner_ = nullptr;
+    DetailViewController* detail_ = nullptr;
+    SummaryViewController* summary_ = nullptr;
+};
+
+}  // namespace saldo::gui
