@@ -1,0 +1,91 @@
+#pragma once
+
+#include "entrylist/DeletionRecord.h"
+#include "model/Einnahme.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace saldo {
+
+class SearchOutcome;
+
+// The two working lists of one document window and the rules that place entries
+// in them: `einnahmen`, the entries the table shows in table order (a subset
+// while a search is active, reordered by sorting), and `backupEinnahmen`, the
+// complete list that is saved. Both hold the same entry objects by reference;
+// every add, duplicate, delete, undo and redo changes both, looking entries up
+// by identity, never by field values. Row numbers are positions in `einnahmen`.
+// The lists know nothing of tables, alerts or undo stacks: the window's
+// controller reloads, selects, asks and registers with what these calls answer.
+class EntryLists {
+public:
+    // Both lists start empty.
+    EntryLists() = default;
+
+    const EinnahmeList& einnahmen() const { return einnahmen_; }
+    const EinnahmeList& backupEinnahmen() const { return backupEinnahmen_; }
+
+    // Document hand-over: both lists hold the given entries, in that order.
+    void setEntries(EinnahmeList entries);
+
+    // The content of a new document: one entry "Neu", empty category, gross 0,
+    // rate 19, in both lists.
+    void setStartingEntry();
+
+    // Appends a new entry "Neu", empty category, gross 0, rate 0 to both lists,
+    // also while a search hides other entries. Answers its row (the last one).
+    std::size_t addEntry();
+
+    // Inserts a copy of the entry at `row` right after it in the shown list and
+    // at the end of the complete list; answers row + 1. Nothing for a bad row.
+    std::optional<std::size_t> duplicate(std::size_t row);
+
+    // The row the duplicate command works on: the selected row, or the last row
+    // when nothing is selected; nothing when the list is empty or the selected
+    // row lies outside it.
+    static std::optional<std::size_t> duplicateSourceRow(std::optional<std::size_t> selectedRow,
+                                                         std::size_t rowCount);
+
+    // Removes the entries at the given rows (any order; duplicates and rows
+    // outside the list are ignored), walking from the highest row to the lowest:
+    // each leaves the shown list and, at the first place where that same object
+    // stands, the complete list (which stays as it is when the object is not in
+    // it). Answers the undo record, highest row first; an empty record when no
+    // row was valid.
+    DeletionRecord deleteRows(const std::vector<std::size_t>& rows);
+
+    // Appends each entry of the record, in record order, to both lists and
+    // answers, for each, its row in the shown list (its first place there), in
+    // record order: the rows to select.
+    std::vector<std::size_t> undoDeletion(const DeletionRecord& record);
+
+    // Removes exactly the record's objects from both lists wherever they stand.
+    // An entry no longer in a list is skipped for that list; other entries, even
+    // ones with equal field values, stay.
+    void redoDeletion(const DeletionRecord& record);
+
+    // "Moechten Sie 1 Eintrag loeschen?", "Moechten Sie 3 Eintraege loeschen?".
+    static std::string deleteConfirmationText(std::size_t count);
+
+    // First row of the given object in the shown list.
+    std::optional<std::size_t> rowOf(const Einnahme* entry) const;
+
+    // Search: applies the outcome of a search text to the shown list. Answers
+    // false when the table is to be left alone (a number or date that could not
+    // be read), true when it is to be reloaded and "TableViewUpdated" posted.
+    bool applySearch(const SearchOutcome& outcome);
+
+    // Sorts the shown list by a column key (see SortOrdering); the complete list
+    // keeps its order.
+    void sortEinnahmen(std::optional<std::string_view> key, bool ascending);
+
+private:
+    EinnahmeList einnahmen_;
+    EinnahmeList backupEinnahmen_;
+};
+
+}  // namespace saldo
