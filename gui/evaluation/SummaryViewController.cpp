@@ -1,0 +1,78 @@
+#include "evaluation/SummaryViewController.h"
+
+#include "entrylist/ViewController.h"
+#include "evaluation/CalcEngine.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+namespace saldo::gui {
+
+namespace {
+// The report separates labels and amounts with tabs and pads labels of
+// different lengths with one to three of them; stops every 14 characters line
+// up the totals and most class lines in a fixed-pitch font.
+constexpr int kTabStopCharacters = 14;
+}  // namespace
+
+SummaryViewController::SummaryViewController(QWidget* parent)
+    : QWidget(parent), calcEngine_(sharedCalcEngine())
+{
+    resultTextView_ = new QPlainTextEdit(this);
+    resultTextView_->setObjectName(QStringLiteral("resultTextView"));
+    resultTextView_->setReadOnly(true);
+    resultTextView_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    resultTextView_->setUndoRedoEnabled(false);
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    resultTextView_->setFont(fixed);
+    resultTextView_->setTabStopDistance(QFontMetricsF(fixed).horizontalAdvance(QLatin1Char(' ')) *
+                                        kTabStopCharacters);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(resultTextView_);
+
+    timer_.setInterval(kRefreshIntervalMs);
+    timer_.setSingleShot(false);
+    connect(&timer_, &QTimer::timeout, this, &SummaryViewController::updateLabels);
+}
+
+SummaryViewController::~SummaryViewController()
+{
+    timer_.stop();
+}
+
+void SummaryViewController::viewDidLoad()
+{
+    if (timerStarted_)
+        return;
+    timerStarted_ = true;
+    timer_.start();
+    updateLabels();
+}
+
+void SummaryViewController::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    viewDidLoad();
+}
+
+void SummaryViewController::updateLabels()
+{
+    auto* inner = qobject_cast<QSplitter*>(parentWidget());
+    if (!inner)
+        return;
+    auto* outer = qobject_cast<QSplitter*>(inner->parentWidget());
+    if (!outer || outer->count() == 0)
+        return;
+    auto* entryList = qobject_cast<ViewController*>(outer->widget(0));
+    if (!entryList)
+        return;
+    calcEngine_.calculate(entryList->einnahmen());
+    resultTextView_->setPlainText(QString::fromStdString(calcEngine_.ergebnisString()));
+}
+
+}  // namespace saldo::gui

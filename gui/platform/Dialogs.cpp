@@ -1,0 +1,92 @@
+#include "platform/Dialogs.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace saldo::gui {
+
+namespace {
+Dialogs* g_replacement = nullptr;
+}
+
+bool Dialogs::confirmDelete(QWidget* parent, const QString& text)
+{
+    QMessageBox box(QMessageBox::Critical, QString(), text, QMessageBox::NoButton, parent);
+    QPushButton* ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
+    box.setDefaultButton(ok);
+    box.exec();
+    return box.clickedButton() == ok;
+}
+
+bool Dialogs::confirm(QWidget* parent, const QString& text, const QString& informativeText,
+                      const QString& acceptTitle, const QString& rejectTitle)
+{
+    QMessageBox box(QMessageBox::Question, QString(), text, QMessageBox::NoButton, parent);
+    box.setInformativeText(informativeText);
+    QPushButton* accept = box.addButton(acceptTitle, QMessageBox::AcceptRole);
+    box.addButton(rejectTitle, QMessageBox::RejectRole);
+    box.setDefaultButton(accept);
+    box.exec();
+    return box.clickedButton() == accept;
+}
+
+Dialogs::SaveChoice Dialogs::askSaveChanges(QWidget* parent, const QString& documentName)
+{
+    QMessageBox box(QMessageBox::Warning, QString(),
+                    QStringLiteral("Sollen die Änderungen am Dokument „%1“ gesichert werden?").arg(documentName),
+                    QMessageBox::NoButton, parent);
+    box.setInformativeText(QStringLiteral("Ohne Sichern gehen die Änderungen verloren."));
+    QPushButton* save = box.addButton(QStringLiteral("Sichern…"), QMessageBox::AcceptRole);
+    QPushButton* discard = box.addButton(QStringLiteral("Nicht sichern"), QMessageBox::DestructiveRole);
+    QPushButton* cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
+    box.setDefaultButton(save);
+    box.setEscapeButton(cancel);
+    box.exec();
+    if (box.clickedButton() == save)
+        return SaveChoice::Save;
+    if (box.clickedButton() == discard)
+        return SaveChoice::DontSave;
+    return SaveChoice::Cancel;
+}
+
+QString Dialogs::getOpenFileName(QWidget* parent, const QString& caption, const QString& filter)
+{
+    return QFileDialog::getOpenFileName(parent, caption, QString(), filter);
+}
+
+QString Dialogs::getSaveFileName(QWidget* parent, const QString& caption, const QString& suggestedPath,
+                                 const QString& filter)
+{
+    return QFileDialog::getSaveFileName(parent, caption, suggestedPath, filter);
+}
+
+void Dialogs::showError(QWidget* parent, const QString& text, const QString& informativeText)
+{
+    QMessageBox box(QMessageBox::Warning, QString(), text, QMessageBox::Ok, parent);
+    box.setInformativeText(informativeText);
+    box.exec();
+}
+
+void Dialogs::showInformation(QWidget* parent, const QString& text, const QString& informativeText)
+{
+    QMessageBox box(QMessageBox::Information, QString(), text, QMessageBox::Ok, parent);
+    box.setInformativeText(informativeText);
+    box.exec();
+}
+
+Dialogs& Dialogs::instance()
+{
+    static Dialogs standard;
+    return g_replacement ? *g_replacement : standard;
+}
+
+Dialogs* Dialogs::setInstance(Dialogs* dialogs)
+{
+    Dialogs* previous = g_replacement;
+    g_replacement = dialogs;
+    return previous;
+}
+
+}  // namespace saldo::gui

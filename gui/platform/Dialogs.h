@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace saldo::gui {
+
+// Every alert and file panel of the program goes through this interface, so
+// that tests can answer them without a modal dialog ever blocking. The default
+// implementation shows QMessageBox and QFileDialog; tests install their own
+// with setInstance(). Texts are German and passed in by the caller.
+class Dialogs {
+public:
+    // What the user chose for a changed document that is being closed.
+    enum class SaveChoice { Save, DontSave, Cancel };
+
+    virtual ~Dialogs() = default;
+
+    // A critical alert with the buttons "OK" and "Abbrechen"; true for "OK".
+    virtual bool confirmDelete(QWidget* parent, const QString& text);
+
+    // A question with two buttons; true when the first one (acceptTitle) is chosen.
+    virtual bool confirm(QWidget* parent, const QString& text, const QString& informativeText,
+                         const QString& acceptTitle, const QString& rejectTitle);
+
+    // Asks whether the changes of the named document are to be saved before it
+    // closes: "Sichern…", "Nicht sichern", "Abbrechen".
+    virtual SaveChoice askSaveChanges(QWidget* parent, const QString& documentName);
+
+    // An open panel; an empty string when cancelled.
+    virtual QString getOpenFileName(QWidget* parent, const QString& caption, const QString& filter);
+
+    // A save panel proposing `suggestedPath`; an empty string when cancelled.
+    virtual QString getSaveFileName(QWidget* parent, const QString& caption,
+                                    const QString& suggestedPath, const QString& filter);
+
+    // A warning that something failed, with the reason below it.
+    virtual void showError(QWidget* parent, const QString& text, const QString& informativeText);
+
+    // A plain information message.
+    virtual void showInformation(QWidget* parent, const QString& text, const QString& informativeText);
+
+    // The process-wide instance (the QMessageBox/QFileDialog one unless replaced).
+    static Dialogs& instance();
+
+    // Replaces the process-wide instance (not owned; nullptr restores the
+    // default) and answers the previous replacement, or nullptr.
+    static Dialogs* setInstance(Dialogs* dialogs);
+};
+
+}  // namespace saldo::gui

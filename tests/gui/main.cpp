@@ -1,0 +1,21 @@
+// One QApplication for every GUI test, on the offscreen platform, then all
+// GoogleTest cases. No test may block on a modal dialog: tests answer dialogs
+// through support/ScriptedDialogs.h.
+#include <QApplication>
+#include <QStandardPaths>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+int main(int argc, char** argv)
+{
+    if (!std::getenv("QT_QPA_PLATFORM"))
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    // Keep QSettings and friends away from the user's real configuration.
+    QStandardPaths::setTestModeEnabled(true);
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("SaldoTests"));
+    QApplication::setApplicationName(QStringLiteral("SaldoTests"));
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/Dialogs.h"
+
+#include <QStringList>
+
+#include <deque>
+
+namespace saldo::gui::testing {
+
+// Answers every dialog from a script instead of showing it, records what was
+// asked, and installs itself for the lifetime of the object. An unscripted
+// question gets the cautious answer (cancel / refuse / no file).
+class ScriptedDialogs : public Dialogs {
+public:
+    ScriptedDialogs() { previous_ = Dialogs::setInstance(this); }
+    ~ScriptedDialogs() override { Dialogs::setInstance(previous_); }
+    ScriptedDialogs(const ScriptedDialogs&) = delete;
+    ScriptedDialogs& operator=(const ScriptedDialogs&) = delete;
+
+    std::deque<bool> confirmAnswers;
+    std::deque<SaveChoice> saveChoices;
+    std::deque<QString> openFileNames;
+    std::deque<QString> saveFileNames;
+
+    QStringList asked;   // texts of every confirmation and save question
+    QStringList errors;  // "text\ninformative text" of every error shown
+    QStringList informations;
+
+    bool confirmDelete(QWidget*, const QString& text) override { return next(confirmAnswers, text, false); }
+    bool confirm(QWidget*, const QString& text, const QString&, const QString&, const QString&) override
+    {
+        return next(confirmAnswers, text, false);
+    }
+    SaveChoice askSaveChanges(QWidget*, const QString& documentName) override
+    {
+        return next(saveChoices, documentName, SaveChoice::Cancel);
+    }
+    QString getOpenFileName(QWidget*, const QString& caption, const QString&) override
+    {
+        return next(openFileNames, caption, QString());
+    }
+    QString getSaveFileName(QWidget*, const QString& caption, const QString&, const QString&) override
+    {
+        return next(saveFileNames, caption, QString());
+    }
+    void showError(QWidget*, const QString& text, const QString& informativeText) override
+    {
+        errors << text + QLatin1Char('\n') + informativeText;
+    }
+    void showInformation(QWidget*, const QString& text, const QString& informativeText) override
+    {
+        informations << text + QLatin1Char('\n') + informativeText;
+    }
+
+private:
+    template <typename T>
+    T next(std::deque<T>& answers, const QString& question, T fallback)
+    {
+        asked << question;
+        if (answers.empty())
+            return fallback;
+        T answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+
+    Dialogs* previous_ = nullptr;
+};
+
+}  // namespace saldo::gui::testing
