@@ -3,6 +3,7 @@
 #include "platform/Calendar.h"
 
 #include <charconv>
+#include <initializer_list>
 #include <limits>
 
 namespace saldo {
@@ -35,8 +36,11 @@ std::optional<float> SearchText::number(std::string_view text)
 {
     // from_chars takes no '+' of its own; one leading sign of either kind is allowed.
     std::string_view digits = text;
-    if (!digits.empty() && digits.front() == '+')
+    if (!digits.empty() && digits.front() == '+') {
         digits.remove_prefix(1);
+        if (!digits.empty() && digits.front() == '-')
+            return std::nullopt;
+    }
     if (digits.empty() || digits.front() == '+')
         return std::nullopt;
     // Only the characters of C decimal notation: this keeps out "inf", "nan"

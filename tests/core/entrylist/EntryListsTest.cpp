@@ -1,0 +1,237 @@
+#include "entrylist/EntryLists.h"
+#include "entrylist/SearchOutcome.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+namespace saldo {
+namespace {
+
+EinnahmeList makeEntries(std::initializer_list<const char*> names)
+{
+    EinnahmeList list;
+    for (const char* name : names)
+        list.push_back(Einnahme::make(name, "", 10.0f, 19.0f));
+    return list;
+}
+
+std::vector<std::string> namesOf(const EinnahmeList& list)
+{
+    std::vector<std::string> names;
+    for (const auto& e : list)
+        names.push_back(e->name());
+    return names;
+}
+
+using Names = std::vector<std::string>;
+
+TEST(EntryListsTest, StartingEntryAndAddingPlaceNewEntriesInBothLists)
+{
+    EntryLists lists;
+    EXPECT_TRUE(lists.einnahmen().empty());
+    lists.setStartingEntry();
+    ASSERT_EQ(lists.einnahmen().size(), 1u);
+    const auto& start = lists.einnahmen()[0];
+    EXPECT_EQ(start->name(), "Neu");
+    EXPECT_EQ(start->kategorie(), "");
+    EXPECT_EQ(start->brutto(), 0.0f);
+    EXPECT_EQ(start->steuersatz(), 19.0f);
+    EXPECT_EQ(lists.backupEinnahmen(), lists.einnahmen());
+
+    // Under a filter that "Neu" does not meet, the new entry is still shown, last.
+    lists.setEntries(makeEntries({"Miete", "Strom", "Miete Garage"}));
+    ASSERT_TRUE(lists.applySearch(SearchOutcome::decide("Name", "Miete")));
+    ASSERT_EQ(namesOf(lists.einnahmen()), (Names{"Miete", "Miete Garage"}));
+    EXPECT_EQ(lists.addEntry(), 2u);
+    ASSERT_EQ(lists.einnahmen().size(), 3u);
+    const auto& added = lists.einnahmen()[2];
+    EXPECT_EQ(added->name(), "Neu");
+    EXPECT_EQ(added->steuersatz(), 0.0f);
+    EXPECT_EQ(added->brutto(), 0.0f);
+    ASSERT_EQ(lists.backupEinnahmen().size(), 4u);
+    EXPECT_EQ(lists.backupEinnahmen()[3], added);
+}
+
+TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteList)
+{
+    EntryLists lists;
+    lists.setEntries(makeEntries({"A", "B", "C"}));
+    const auto source = lists.einnahmen()[1];
+    EXPECT_EQ(lists.duplicate(1), 2u);
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"A", "B", "B Kopie", "C"}));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"A", "B", "C", "B Kopie"}));
+    EXPECT_EQ(lists.einnahmen()[2], lists.backupEinnahmen()[3]);
+    EXPECT_NE(lists.einnahmen()[2], source);
+
+    EXPECT_FALSE(lists.duplicate(4));
+    EXPECT_EQ(lists.einnahmen().size(), 4u);
+    EXPECT_EQ(lists.backupEinnahmen().size(), 4u);
+
+    // The command's row: the selected one, else the last; nothing on an empty table.
+    EXPECT_EQ(EntryLists::duplicateSourceRow(std::nullopt, 3), 2u);
+    EXPECT_EQ(EntryLists::duplicateSourceRow(1u, 3), 1u);
+    EXPECT_FALSE(EntryLists::duplicateSourceRow(std::nullopt, 0));
+    EXPECT_FALSE(EntryLists::duplicateSourceRow(3u, 3));
+}
+
+TEST(EntryListsTest, DeleteUndoRedoOfTwoRowsOfFive)
+{
+    EntryLists lists;
+    lists.setEntries(makeEntries({"e0", "e1", "e2", "e3", "e4"}));
+    const EinnahmeList before = lists.einnahmen();
+
+    const DeletionRecord record = lists.deleteRows({1, 3});
+    ASSERT_EQ(record.size(), 2u);
+    EXPECT_EQ(record.entries()[0], before[3]);
+    EXPECT_EQ(record.entries()[1], before[1]);
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"e0", "e2", "e4"}));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"e0", "e2", "e4"}));
+
+    EXPECT_EQ(lists.undoDeletion(record), (std::vector<std::size_t>{3, 4}));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"e0", "e2", "e4", "e3", "e1"}));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"e0", "e2", "e4", "e3", "e1"}));
+    EXPECT_EQ(lists.einnahmen()[3], before[3]);
+
+    // A different entry with the same fields as a deleted one survives the redo.
+    auto twin = Einnahme::restore(before[1]->stored());
+    lists.undoDeletion(DeletionRecord({twin}));
+    lists.redoDeletion(record);
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"e0", "e2", "e4", "e1"}));
+    EXPECT_EQ(lists.einnahmen()[3], twin);
+    EXPECT_EQ(lists.backupEinnahmen()[3], twin);
+
+    // Redoing again finds nothing left to remove.
+    lists.redoDeletion(record);
+    EXPECT_EQ(lists.einnahmen().size(), 4u);
+
+    EXPECT_EQ(EntryLists::deleteConfirmationText(1), "Moechten Sie 1 Eintrag loeschen?");
+    EXPECT_EQ(EntryLists::deleteConfirmationText(2), "Moechten Sie 2 Eintraege loeschen?");
+    EXPECT_EQ(EntryLists::deleteConfirmationText(0), "Moechten Sie 0 Eintraege loeschen?");
+}
+
+TEST(EntryListsTest, DeletingUnderAFilterLeavesHiddenEntriesAndIgnoresBadRows)
+{
+    EntryLists lists;
+    lists.setEntries(makeEntries({"Strom", "Miete", "Telefon", "Miete Garage", "Porto"}));
+    ASSERT_TRUE(lists.applySearch(SearchOutcome::decide("Name", "Miete")));
+    ASSERT_EQ(namesOf(lists.einnahmen()), (Names{"Miete", "Miete Garage"}));
+
+    const DeletionRecord record = lists.deleteRows({1, 1, 7});
+    ASSERT_EQ(record.size(), 1u);
+    EXPECT_EQ(record.entries()[0]->name(), "Miete Garage");
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"Miete"}));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"Strom", "Miete", "Telefon", "Porto"}));
+
+    EXPECT_TRUE(lists.deleteRows({5}).empty());
+    EXPECT_EQ(lists.backupEinnahmen().size(), 4u);
+}
+
+// The one-by-one rules written out literally, to check the single-pass versions.
+struct Reference {
+    EinnahmeList shown;
+    EinnahmeList complete;
+
+    EinnahmeList deleteRows(std::vector<std::size_t> rows)
+    {
+        std::sort(rows.begin(), rows.end(), std::greater<>());
+        rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+        EinnahmeList record;
+        for (std::size_t row : rows) {
+            if (row >= shown.size())
+                continue;
+            auto entry = shown[row];
+            shown.erase(shown.begin() + static_cast<std::ptrdiff_t>(row));
+            auto it = std::find(complete.begin(), complete.end(), entry);
+            if (it != complete.end())
+                complete.erase(it);
+            record.push_back(entry);
+        }
+        return record;
+    }
+
+    std::vector<std::size_t> undo(const EinnahmeList& record)
+    {
+        std::vector<std::size_t> rows;
+        for (const auto& entry : record) {
+            shown.push_back(entry);
+            complete.push_back(entry);
+            rows.push_back(static_cast<std::size_t>(std::find(shown.begin(), shown.end(), entry) - shown.begin()));
+        }
+        return rows;
+    }
+
+    void redo(const EinnahmeList& record)
+    {
+        for (const auto& entry : record) {
+            for (auto* list : {&shown, &complete}) {
+                auto it = std::find(list->begin(), list->end(), entry);
+                while (it != list->end()) {
+                    list->erase(it);
+                    it = std::find(list->begin(), list->end(), entry);
+                }
+            }
+        }
+    }
+};
+
+TEST(EntryListsTest, SinglePassEditsMatchTheOneByOneRulesOnRandomLists)
+{
+    std::mt19937 rng(20240611);
+    const char* names[] = {"Miete", "Strom", "Porto", "Miete Garage", "Telefon"};
+    const char* keys[] = {"name", "brutto", "datum", "art"};
+    for (int round = 0; round < 300; ++round) {
+        // A pool of entries placed into the complete list with repetitions, so
+        // the same object may stand in several places of both lists.
+        EinnahmeList pool;
+        const int poolSize = 1 + static_cast<int>(rng() % 8);
+        for (int i = 0; i < poolSize; ++i)
+            pool.push_back(Einnahme::make(names[rng() % 5], "", static_cast<float>(rng() % 5), 19.0f));
+        EinnahmeList initial;
+        const int count = static_cast<int>(rng() % 12);
+        for (int i = 0; i < count; ++i)
+            initial.push_back(pool[rng() % pool.size()]);
+        EntryLists lists;
+        lists.setEntries(initial);
+        std::vector<DeletionRecord> records;
+
+        for (int step = 0; step < 12; ++step) {
+            Reference ref{lists.einnahmen(), lists.backupEinnahmen()};
+            const int op = static_cast<int>(rng() % 6);
+            if (op == 0) {
+                lists.applySearch(SearchOutcome::decide("Name", rng() % 3 ? "M" : ""));
+            } else if (op == 1) {
+                lists.sortEinnahmen(std::string_view(keys[rng() % 4]), rng() % 2 == 0);
+            } else if (op == 2) {
+                std::vector<std::size_t> rows;
+                const std::size_t n = rng() % 5;
+                for (std::size_t i = 0; i < n; ++i)
+                    rows.push_back(rng() % (lists.einnahmen().size() + 2));
+                const DeletionRecord record = lists.deleteRows(rows);
+                EXPECT_EQ(record.entries(), ref.deleteRows(rows));
+                records.push_back(record);
+            } else if (op == 3 && !records.empty()) {
+                const DeletionRecord& record = records[rng() % records.size()];
+                EXPECT_EQ(lists.undoDeletion(record), ref.undo(record.entries()));
+            } else if (op == 4 && !records.empty()) {
+                const DeletionRecord& record = records[rng() % records.size()];
+                lists.redoDeletion(record);
+                ref.redo(record.entries());
+            } else {
+                // A record of pool entries, some of them already in the lists.
+                EinnahmeList extra;
+                for (std::size_t i = rng() % 3; i > 0; --i)
+                    extra.push_back(pool[rng() % pool.size()]);
+                EXPECT_EQ(lists.undoDeletion(DeletionRecord(extra)), ref.undo(extra));
+            }
+            if (op >= 2) {
+                ASSERT_EQ(lists.einnahmen(), ref.shown) << "round " << round << " step " << step;
+                ASSERT_EQ(lists.backupEinnahmen(), ref.complete) << "round " << round << " step " << step;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace saldo

@@ -1,0 +1,151 @@
+#include "entrylist/EntryLists.h"
+#include "entrylist/SearchOutcome.h"
+#include "entrylist/SortOrdering.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <random>
+
+namespace saldo {
+namespace {
+
+using Names = std::vector<std::string>;
+
+std::vector<std::string> namesOf(const EinnahmeList& list)
+{
+    std::vector<std::string> names;
+    for (const auto& e : list)
+        names.push_back(e->name());
+    return names;
+}
+
+Names sorted(EinnahmeList list, std::optional<std::string_view> key, bool ascending)
+{
+    SortOrdering::sortEinnahmen(list, key, ascending);
+    return namesOf(list);
+}
+
+TEST(SortOrderingTest, TextsOrderByCodePointsWithCanonicalSpellingsEqual)
+{
+    EinnahmeList list;
+    for (const char* name : {"apfel", "Zebra", "\u00c4pfel", "Birne", "A\u0308rger", "Ausgabe"})
+        list.push_back(Einnahme::make(name, "", 1.0f, 19.0f));
+    // Ä (U+00C4) follows every ASCII letter, also when written as A + U+0308.
+    const Names ascending{"Ausgabe", "Birne", "Zebra", "apfel", "\u00c4pfel", "A\u0308rger"};
+    EXPECT_EQ(sorted(list, "name", true), ascending);
+    EXPECT_EQ(sorted(list, "name", false), Names(ascending.rbegin(), ascending.rend()));
+
+    list[0]->setArt("Ausgabe");
+    list[1]->setArt("Einnahme");
+    EXPECT_EQ(sorted({list[1], list[0]}, "art", true), (Names{"apfel", "Zebra"}));
+}
+
+TEST(SortOrderingTest, AmountsDatesAndFlags)
+{
+    auto gross119 = Einnahme::make("119@19", "", 119.0f, 19.0f);
+    auto gross105 = Einnahme::make("105@0", "", 105.0f, 0.0f);
+    auto gross50 = Einnahme::make("50@7", "", 50.0f, 7.0f);
+    gross119->setDatum(300.0);
+    gross105->setDatum(-100.0);
+    gross50->setDatum(200.0);
+    gross105->setIsNonEU(true);
+    gross50->setInnergemeinschaftlicherErwerb(true);
+    const EinnahmeList list{gross105, gross119, gross50};
+
+    EXPECT_EQ(sorted(list, "brutto", true), (Names{"50@7", "105@0", "119@19"}));
+    EXPECT_EQ(sorted(list, "brutto", false), (Names{"119@19", "105@0", "50@7"}));
+    // By the derived net: 119 at 19 % is 100, below 105 at 0 %.
+    EXPECT_EQ(sorted(list, "netto", true), (Names{"50@7", "119@19", "105@0"}));
+    EXPECT_EQ(sorted(list, "steuersatz", false), (Names{"119@19", "50@7", "105@0"}));
+    EXPECT_EQ(sorted(list, "datum", true), (Names{"105@0", "50@7", "119@19"}));
+    EXPECT_EQ(sorted(list, "noneu", true).back(), "105@0");
+    EXPECT_EQ(sorted(list, "noneu", false).front(), "105@0");
+    EXPECT_EQ(sorted(list, "innergem", true).back(), "50@7");
+    EXPECT_EQ(sorted(list, "innergem", false).front(), "50@7");
+}
+
+TEST(SortOrderingTest, UnknownOrMissingKeyOrdersByArtThenBruttoInEitherDirection)
+{
+    EinnahmeList list;
+    for (auto [art, brutto] : {std::pair{"Einnahme", 50.0f}, {"Ausgabe", 10.0f}, {"Einnahme", 5.0f}, {"Ausgabe", 3.0f}}) {
+        auto e = Einnahme::make(std::string(art) + " " + std::to_string(static_cast<int>(brutto)), "", brutto, 19.0f);
+        e->setArt(art);
+        list.push_back(e);
+    }
+    const Names expected{"Ausgabe 3", "Ausgabe 10", "Einnahme 5", "Einnahme 50"};
+    for (bool ascending : {true, false}) {
+        EXPECT_EQ(sorted(list, "leistungsart", ascending), expected);
+        EXPECT_EQ(sorted(list, "Name", ascending), expected);
+        EXPECT_EQ(sorted(list, std::nullopt, ascending), expected);
+    }
+}
+
+TEST(SortOrderingTest, NotANumberSortsLastAscendingAndFirstDescending)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    EinnahmeList list;
+    for (float brutto : {3.0f, nan, 1.0f, nan, 2.0f})
+        list.push_back(Einnahme::make(std::isnan(brutto) ? "nan" : std::to_string(static_cast<int>(brutto)), "",
+                                      brutto, 19.0f));
+    EXPECT_EQ(sorted(list, "brutto", true), (Names{"1", "2", "3", "nan", "nan"}));
+    EXPECT_EQ(sorted(list, "brutto", false), (Names{"nan", "nan", "3", "2", "1"}));
+}
+
+// Random lists with repeated values, NaN amounts and dates, and texts in both
+// Unicode spellings: the fast sort must give an order the pairwise ordering
+// accepts, and must only permute the list.
+TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
+{
+    std::mt19937 rng(77);
+    const char* texts[] = {"", "a", "A", "Z", "ab", "\u00e4", "a\u0308", "\u00c4b", "A\u0308b", "Einnahme", "Ausgabe", "z"};
+    const float amounts[] = {0.0f, 1.0f, 1.0f, 119.0f, 105.0f, std::numeric_limits<float>::quiet_NaN(), -0.0f, 1e30f};
+    std::vector<std::optional<std::string_view>> keys(SortOrdering::kColumnKeys.begin(), SortOrdering::kColumnKeys.end());
+    keys.push_back(std::nullopt);
+    keys.push_back("unknown");
+    for (int round = 0; round < 40; ++round) {
+        EinnahmeList list;
+        const int count = static_cast<int>(rng() % 200);
+        for (int i = 0; i < count; ++i) {
+            auto e = Einnahme::make(texts[rng() % 12], texts[rng() % 12], amounts[rng() % 8], amounts[rng() % 8]);
+            e->setArt(texts[rng() % 12]);
+            e->setRechnungsnummer(texts[rng() % 12]);
+            e->setSteuernummer(texts[rng() % 12]);
+            e->setDatum(rng() % 5 == 0 ? std::numeric_limits<double>::quiet_NaN() : static_cast<double>(rng() % 7));
+            e->setIsNonEU(rng() % 2 == 0);
+            e->setInnergemeinschaftlicherErwerb(rng() % 3 == 0);
+            list.push_back(e);
+        }
+        for (const auto& key : keys) {
+            for (bool ascending : {true, false}) {
+                EinnahmeList result = list;
+                SortOrdering::sortEinnahmen(result, key, ascending);
+                const auto before = [&](const EinnahmePtr& a, const EinnahmePtr& b) {
+                    return SortOrdering::before(*a, *b, key, ascending);
+                };
+                EXPECT_TRUE(std::is_sorted(result.begin(), result.end(), before))
+                    << (key ? *key : "(none)") << " ascending " << ascending;
+                EXPECT_TRUE(std::is_permutation(result.begin(), result.end(), list.begin(), list.end()));
+            }
+        }
+    }
+}
+
+TEST(SortOrderingTest, SortingUnderAFilterLeavesTheCompleteListInItsOrder)
+{
+    EinnahmeList entries;
+    for (const char* name : {"Miete c", "Strom", "Miete a", "Porto", "Miete b"})
+        entries.push_back(Einnahme::make(name, "", 1.0f, 19.0f));
+    EntryLists lists;
+    lists.setEntries(entries);
+    lists.applySearch(SearchOutcome::decide("Name", "Miete"));
+    lists.sortEinnahmen("name", true);
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"Miete a", "Miete b", "Miete c"}));
+    EXPECT_EQ(lists.backupEinnahmen(), entries);
+    lists.applySearch(SearchOutcome::decide("Name", ""));
+    EXPECT_EQ(lists.einnahmen(), entries);
+}
+
+}  // namespace
+}  // namespace saldo
