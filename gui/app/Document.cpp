@@ -1,0 +1,269 @@
+#include "app/Document.h"
+
+#include "app/DocumentController.h"
+#include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
+#include "editors/DetailViewController.h"
+#include "entrylist/ViewController.h"
+#include "model/LedgerFile.h"
+#include "platform/Diagnostics.h"
+#include "platform/Dialogs.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QUndoStack>
+
+#include <cmath>
+#include <iostream>
+
+namespace saldo::gui {
+
+QString Document::unreadableFileReason()
+{
+    return QStringLiteral("Die Datei ist keine lesbare Saldo-Datei.");
+}
+
+Document::Document(UserDefaults& defaults, QObject* parent)
+    : QObject(parent), defaults_(defaults), undoStack_(new QUndoStack(this))
+{
+    autosaveTimer_.setSingleShot(true);
+    setAutosavingDelay(DocumentController::kDefaultAutosavingDelay);
+    connect(&autosaveTimer_, &QTimer::timeout, this, &Document::autosave);
+    // Undo and redo change the entries, so both mark the document changed.
+    connect(undoStack_, &QUndoStack::indexChanged, this, [this] { updateChangeCount(ChangeType::Done); });
+}
+
+Document::~Document()
+{
+    autosaveTimer_.stop();
+    // The window and its panes go first, while the undo stack they use lives.
+    window_.reset();
+}
+
+void Document::setFilePath(const QString& path)
+{
+    if (path == filePath_)
+        return;
+    filePath_ = path;
+    emit filePathChanged(path);
+}
+
+QString Document::displayName() const
+{
+    return isUntitled() ? QStringLiteral("Unbenannt") : QFileInfo(filePath_).fileName();
+}
+
+bool Document::readFromData(const QByteArray& data)
+{
+    try {
+        EinnahmeList entries = LedgerFile::decode(std::string_view(data.constData(), static_cast<std::size_t>(data.size())));
+        einnahmen_ = std::move(entries);
+        errorCode_ = 0;
+        return true;
+    } catch (const std::exception& error) {
+        std::cerr << "saldo: " << error.what() << '\n';
+    }
+    errorCode_ = kFileErrorCode;
+    return false;
+}
+
+bool Document::readFromFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        std::cerr << "saldo: " << path.toStdString() << ": " << file.errorString().toStdString() << '\n';
+        errorCode_ = kFileErrorCode;
+        return false;
+    }
+    if (!readFromData(file.readAll()))
+        return false;
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    setFilePath(canonical.isEmpty() ? QFileInfo(path).absoluteFilePath() : canonical);
+    return true;
+}
+
+void Document::makeWindowControllers()
+{
+    if (window_)
+        return;
+    if (DocumentController* controller = DocumentController::sharedDocumentController())
+        setAutosavingDelay(controller->autosavingDelay());
+
+    window_ = std::make_unique<DocumentWindow>(*this, defaults_);
+    ViewController* list = entryList();
+    list->setUndoStack(undoStack_);
+    connect(list, &ViewController::changeDone, this, [this] { updateChangeCount(ChangeType::Done); });
+    connect(window_->splitViewController()->detailViewController(), &DetailViewController::changeDone, this,
+            [this] { updateChangeCount(ChangeType::Done); });
+
+    // A new document keeps the entry list's starting entry; an opened one
+    // replaces it with the file's entries (the same objects, nothing copied).
+    if (einnahmen_)
+        list->setEntries(*einnahmen_);
+}
+
+void Document::showWindows()
+{
+    makeWindowControllers();
+    window_->show();
+    window_->raise();
+    window_->activateWindow();
+}
+
+ViewController* Document::entryList() const
+{
+    return window_ ? window_->splitViewController()->viewController() : nullptr;
+}
+
+std::optional<QByteArray> Document::dataOfType()
+{
+    ViewController* list = entryList();
+    if (!list) {
+        errorCode_ = kFileErrorCode;
+        return std::nullopt;
+    }
+    try {
+        const std::string bytes = LedgerFile::encode(list->backupEinnahmen());
+        diagnosticLine("data saved");
+        return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    } catch (const std::exception& error) {
+        std::cerr << "saldo: " << error.what() << '\n';
+    }
+    errorCode_ = kFileErrorCode;
+    return std::nullopt;
+}
+
+bool Document::writeFile(const QString& path, const QByteArray& data, QString* reason)
+{
+    // QSaveFile writes a temporary file beside the target and renames it over
+    // the target only when everything was written, keeping the target's
+    // permissions; it never falls back to writing the target directly.
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        *reason = file.errorString();
+        return false;
+    }
+    if (file.write(data) != data.size()) {
+        *reason = file.errorString();
+        file.cancelWriting();
+        return false;
+    }
+    if (!file.commit()) {
+        *reason = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+void Document::reportSaveFailure(const QString& path, const QString& reason)
+{
+    std::cerr << "saldo: " << path.toStdString() << ": " << reason.toStdString() << '\n';
+    if (saveFailureShown_)
+        return;
+    saveFailureShown_ = true;
+    Dialogs::instance().showError(
+        window_.get(),
+        QStringLiteral("Das Dokument „%1“ konnte nicht gesichert werden.").arg(QFileInfo(path).fileName()),
+        QStringLiteral("%1\nDie Änderungen bleiben im Fenster erhalten; Saldo versucht es bei der nächsten "
+                       "Änderung erneut.")
+            .arg(reason));
+}
+
+bool Document::saveTo(const QString& path)
+{
+    autosaveTimer_.stop();
+    const std::optional<QByteArray> data = dataOfType();
+    QString reason = QStringLiteral("Die Einträge konnten nicht kodiert werden.");
+    if (!data || !writeFile(path, *data, &reason)) {
+        errorCode_ = kFileErrorCode;
+        reportSaveFailure(path, reason);
+        return false;
+    }
+    saveFailureShown_ = false;
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    setFilePath(canonical.isEmpty() ? path : canonical);
+    updateChangeCount(ChangeType::Cleared);
+    return true;
+}
+
+bool Document::save()
+{
+    if (isUntitled())
+        return false;
+    return saveTo(filePath_);
+}
+
+bool Document::saveWithDialog()
+{
+    const QString suggested = QDir::home().filePath(displayName() + QStringLiteral(".saldo"));
+    QString path = Dialogs::instance().getSaveFileName(window_.get(), QStringLiteral("Sichern"), suggested,
+                                                       QStringLiteral("Saldo-Dokumente (*.saldo)"));
+    if (path.isEmpty())
+        return false;
+    if (!path.endsWith(QStringLiteral(".saldo"), Qt::CaseInsensitive))
+        path += QStringLiteral(".saldo");
+    return saveTo(path);
+}
+
+bool Document::saveDocument()
+{
+    return isUntitled() ? saveWithDialog() : save();
+}
+
+void Document::updateChangeCount(ChangeType change)
+{
+    const bool wasEdited = isDocumentEdited();
+    switch (change) {
+    case ChangeType::Done:
+        ++changeCount_;
+        // An edit made during the delay moves the save further out.
+        if (!isUntitled())
+            autosaveTimer_.start();
+        break;
+    case ChangeType::Undone:
+        --changeCount_;
+        if (!isUntitled())
+            autosaveTimer_.start();
+        break;
+    case ChangeType::Cleared:
+        changeCount_ = 0;
+        autosaveTimer_.stop();
+        break;
+    }
+    if (wasEdited != isDocumentEdited())
+        emit editedChanged(isDocumentEdited());
+}
+
+void Document::setAutosavingDelay(double seconds)
+{
+    autosaveTimer_.setInterval(static_cast<int>(std::lround(seconds * 1000.0)));
+}
+
+void Document::autosave()
+{
+    if (isDocumentEdited() && !isUntitled())
+        save();
+}
+
+bool Document::canClose()
+{
+    autosaveTimer_.stop();
+    if (!isDocumentEdited())
+        return true;
+    if (!isUntitled() && save())
+        return true;
+    switch (Dialogs::instance().askSaveChanges(window_.get(), displayName())) {
+    case Dialogs::SaveChoice::Save:
+        return saveWithDialog();
+    case Dialogs::SaveChoice::DontSave:
+        return true;
+    case Dialogs::SaveChoice::Cancel:
+        break;
+    }
+    return false;
+}
+
+}  // namespace saldo::gui

@@ -1,0 +1,165 @@
+#include "app/DocumentController.h"
+
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
+#include "platform/Dialogs.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace saldo::gui {
+
+namespace {
+DocumentController* g_shared = nullptr;
+
+QString canonicalOrAbsolute(const QString& path)
+{
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
+}
+}  // namespace
+
+DocumentController::DocumentController(UserDefaults& defaults, QObject* parent)
+    : QObject(parent), defaults_(defaults)
+{
+    g_shared = this;
+}
+
+DocumentController::~DocumentController()
+{
+    for (Document* document : documents_)
+        delete document;
+    documents_.clear();
+    if (g_shared == this)
+        g_shared = nullptr;
+}
+
+DocumentController* DocumentController::sharedDocumentController()
+{
+    return g_shared;
+}
+
+Document* DocumentController::adopt(Document* document)
+{
+    document->setAutosavingDelay(autosavingDelay_);
+    documents_.push_back(document);
+    document->makeWindowControllers();
+    connect(document->windowController(), &DocumentWindow::closed, this,
+            [this, document] { forget(document); });
+    document->showWindows();
+    emit documentsChanged();
+    return document;
+}
+
+void DocumentController::forget(Document* document)
+{
+    const auto it = std::find(documents_.begin(), documents_.end(), document);
+    if (it == documents_.end())
+        return;
+    documents_.erase(it);
+    // The window is still inside its close event: delete after it returns.
+    document->deleteLater();
+    emit documentsChanged();
+}
+
+Document* DocumentController::newDocument()
+{
+    return adopt(new Document(defaults_));
+}
+
+Document* DocumentController::documentForPath(const QString& path) const
+{
+    const QString wanted = canonicalOrAbsolute(path);
+    for (Document* document : documents_) {
+        if (!document->isUntitled() && document->filePath() == wanted)
+            return document;
+    }
+    return nullptr;
+}
+
+Document* DocumentController::openDocument(const QString& path)
+{
+    if (Document* open = documentForPath(path)) {
+        open->showWindows();
+        noteRecentDocument(open->filePath());
+        return open;
+    }
+    auto* document = new Document(defaults_);
+    if (!document->readFromFile(path)) {
+        delete document;
+        Dialogs::instance().showError(
+            nullptr,
+            QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName()),
+            Document::unreadableFileReason());
+        return nullptr;
+    }
+    noteRecentDocument(document->filePath());
+    return adopt(document);
+}
+
+Document* DocumentController::openDocumentWithDialog(QWidget* parent)
+{
+    const QString path = Dialogs::instance().getOpenFileName(
+        parent, QStringLiteral("Oeffnen"), QStringLiteral("Saldo-Dokumente (*.saldo);;Alle Dateien (*)"));
+    if (path.isEmpty())
+        return nullptr;
+    return openDocument(path);
+}
+
+QStringList DocumentController::recentDocumentPaths() const
+{
+    QStringList paths;
+    if (const auto stored = defaults_.stringArray(kRecentDocumentsKey)) {
+        for (const std::string& path : *stored)
+            paths << QString::fromStdString(path);
+    }
+    return paths;
+}
+
+void DocumentController::noteRecentDocument(const QString& path)
+{
+    QStringList paths = recentDocumentPaths();
+    paths.removeAll(path);
+    paths.prepend(path);
+    while (paths.size() > kMaxRecentDocuments)
+        paths.removeLast();
+    std::vector<std::string> stored;
+    for (const QString& p : paths)
+        stored.push_back(p.toStdString());
+    defaults_.setStringArray(kRecentDocumentsKey, stored);
+}
+
+void DocumentController::clearRecentDocuments()
+{
+    defaults_.setStringArray(kRecentDocumentsKey, {});
+}
+
+bool DocumentController::closeAllDocuments()
+{
+    // Closing removes the document from the list: work on a copy.
+    const std::vector<Document*> open = documents_;
+    for (Document* document : open) {
+        if (DocumentWindow* window = document->windowController()) {
+            if (window->isVisible()) {
+                if (!window->close())
+                    return false;
+                continue;
+            }
+        }
+        if (!document->canClose())
+            return false;
+        forget(document);
+    }
+    return true;
+}
+
+void DocumentController::quit()
+{
+    if (closeAllDocuments())
+        QApplication::quit();
+}
+
+}  // namespace saldo::gui

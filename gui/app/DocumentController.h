@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <vector>
+
+class QWidget;
+
+namespace saldo::gui {
+
+class Document;
+
+// The program's one document controller: makes new documents, opens files
+// (bringing an already open file's window forward instead of opening it
+// twice), keeps the list of recently opened files in the preferences, closes
+// documents and quits after every document agreed to close. A file that cannot
+// be read opens no window and shows one message naming the file. The autosave
+// delay is its setting, handed to every document it makes.
+class DocumentController : public QObject {
+    Q_OBJECT
+public:
+    static constexpr double kDefaultAutosavingDelay = 3.0;
+    static constexpr int kMaxRecentDocuments = 10;
+    static constexpr const char* kRecentDocumentsKey = "ZuletztGeoeffnet";
+
+    explicit DocumentController(UserDefaults& defaults, QObject* parent = nullptr);
+    ~DocumentController() override;
+
+    // The instance alive at the moment, or nullptr.
+    static DocumentController* sharedDocumentController();
+
+    double autosavingDelay() const { return autosavingDelay_; }
+    void setAutosavingDelay(double seconds) { autosavingDelay_ = seconds; }
+
+    // A new, untitled document with its window shown.
+    Document* newDocument();
+    // Opens the file (or brings its window forward when it is open already).
+    // Shows a message and answers nullptr when the file cannot be read.
+    Document* openDocument(const QString& path);
+    // Asks for a file through the open panel and opens it.
+    Document* openDocumentWithDialog(QWidget* parent);
+
+    const std::vector<Document*>& documents() const { return documents_; }
+    Document* documentForPath(const QString& path) const;
+
+    QStringList recentDocumentPaths() const;
+    void clearRecentDocuments();
+
+    // Asks every document to close, in order; stops at the first that refuses.
+    bool closeAllDocuments();
+
+public slots:
+    // Closes every document and, when all agreed, ends the program.
+    void quit();
+
+signals:
+    void documentsChanged();
+
+private:
+    Document* adopt(Document* document);
+    void forget(Document* document);
+    void noteRecentDocument(const QString& path);
+
+    UserDefaults& defaults_;
+    std::vector<Document*> documents_;
+    double autosavingDelay_ = kDefaultAutosavingDelay;
+};
+
+}  // namespace saldo::gui

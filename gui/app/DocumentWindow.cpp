@@ -1,0 +1,54 @@
+#include "app/DocumentWindow.h"
+
+#include "app/Document.h"
+#include "app/SplitViewController.h"
+#include "app/WindowActions.h"
+#include "entrylist/ViewController.h"
+
+#include <QCloseEvent>
+#include <QShowEvent>
+
+namespace saldo::gui {
+
+DocumentWindow::DocumentWindow(Document& document, UserDefaults& defaults, QWidget* parent)
+    : QMainWindow(parent), document_(document)
+{
+    setObjectName(QStringLiteral("DocumentWindow"));
+    split_ = new SplitViewController(defaults, this);
+    setCentralWidget(split_);
+    actions_ = new WindowActions(*this);
+    resize(1360, 840);
+    setMinimumSize(900, 560);
+
+    updateTitle();
+    connect(&document_, &Document::filePathChanged, this, &DocumentWindow::updateTitle);
+    connect(&document_, &Document::editedChanged, this, &DocumentWindow::setWindowModified);
+}
+
+DocumentWindow::~DocumentWindow() = default;
+
+void DocumentWindow::updateTitle()
+{
+    setWindowTitle(document_.displayName() + QStringLiteral("[*]"));
+    setWindowFilePath(document_.filePath());
+    setWindowModified(document_.isDocumentEdited());
+}
+
+void DocumentWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous())
+        split_->viewController()->viewWillAppear();
+}
+
+void DocumentWindow::closeEvent(QCloseEvent* event)
+{
+    if (!document_.canClose()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    emit closed();
+}
+
+}  // namespace saldo::gui

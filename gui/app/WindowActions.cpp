@@ -1,0 +1,133 @@
+#include "app/WindowActions.h"
+
+#include "app/Document.h"
+#include "app/DocumentController.h"
+#include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
+#include "entrylist/ViewController.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QTableView>
+#include <QUndoStack>
+
+namespace saldo::gui {
+
+namespace {
+QAction* makeAction(QObject* parent, const QString& text, const QList<QKeySequence>& shortcuts = {})
+{
+    auto* action = new QAction(text, parent);
+    action->setShortcuts(shortcuts);
+    return action;
+}
+}  // namespace
+
+WindowActions::WindowActions(DocumentWindow& window) : QObject(&window), window_(window)
+{
+    Document& document = window.document();
+    ViewController* list = window.splitViewController()->viewController();
+    DocumentController* controller = DocumentController::sharedDocumentController();
+
+    // Ablage
+    newDocument_ = makeAction(this, QStringLiteral("Neu"), {QKeySequence::New});
+    open_ = makeAction(this, QStringLiteral("Oeffnen…"), {QKeySequence::Open});
+    close_ = makeAction(this, QStringLiteral("Schliessen"), {QKeySequence::Close});
+    save_ = makeAction(this, QStringLiteral("Sichern"), {QKeySequence::Save});
+    quit_ = makeAction(this, QStringLiteral("Beenden"), {QKeySequence::Quit});
+    quit_->setMenuRole(QAction::QuitRole);
+
+    QMenu* ablage = window.menuBar()->addMenu(QStringLiteral("Ablage"));
+    ablage->addAction(newDocument_);
+    ablage->addAction(open_);
+    recentMenu_ = ablage->addMenu(QStringLiteral("Zuletzt geoeffnet"));
+    connect(recentMenu_, &QMenu::aboutToShow, this, &WindowActions::fillRecentMenu);
+    ablage->addSeparator();
+    ablage->addAction(close_);
+    ablage->addAction(save_);
+    ablage->addSeparator();
+    ablage->addAction(quit_);
+
+    if (controller) {
+        connect(newDocument_, &QAction::triggered, controller, [controller] { controller->newDocument(); });
+        connect(open_, &QAction::triggered, controller,
+                [controller, this] { controller->openDocumentWithDialog(&window_); });
+        connect(quit_, &QAction::triggered, controller, &DocumentController::quit);
+    } else {
+        newDocument_->setEnabled(false);
+        open_->setEnabled(false);
+        recentMenu_->setEnabled(false);
+        quit_->setEnabled(false);
+    }
+    connect(close_, &QAction::triggered, &window, &QWidget::close);
+    connect(save_, &QAction::triggered, &document, [&document] { document.saveDocument(); });
+
+    // Bearbeiten
+    QUndoStack* undoStack = document.undoManager();
+    undo_ = undoStack->createUndoAction(this, QStringLiteral("Widerrufen"));
+    undo_->setShortcuts(QKeySequence::Undo);
+    redo_ = undoStack->createRedoAction(this, QStringLiteral("Wiederholen"));
+    redo_->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    addEntry_ = makeAction(this, QStringLiteral("Neuer Eintrag"), {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N)});
+    duplicate_ = makeAction(this, QStringLiteral("Duplizieren"), {QKeySequence(Qt::CTRL | Qt::Key_D)});
+    delete_ = makeAction(this, QStringLiteral("Loeschen"),
+                         {QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)});
+    // Delete and Backspace belong to text fields everywhere else: the keys
+    // delete entries only while the table has the focus (the menu item works always).
+    delete_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    list->tableView()->addAction(delete_);
+
+    QMenu* bearbeiten = window.menuBar()->addMenu(QStringLiteral("Bearbeiten"));
+    bearbeiten->addAction(undo_);
+    bearbeiten->addAction(redo_);
+    bearbeiten->addSeparator();
+    bearbeiten->addAction(addEntry_);
+    bearbeiten->addAction(duplicate_);
+    bearbeiten->addAction(delete_);
+    connect(addEntry_, &QAction::triggered, list, &ViewController::addEntry);
+    connect(duplicate_, &QAction::triggered, list, &ViewController::duplicateEntry);
+    connect(delete_, &QAction::triggered, list, &ViewController::deleteEntries);
+
+    // Eintrag
+    splitBooking_ = makeAction(this, QStringLiteral("Splitbuchung bearbeiten…"),
+                               {QKeySequence(Qt::CTRL | Qt::Key_Return)});
+    serialTransaction_ = makeAction(this, QStringLiteral("Serienbuchung…"),
+                                    {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)});
+    QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("Eintrag"));
+    eintrag->addAction(splitBooking_);
+    eintrag->addAction(serialTransaction_);
+    connect(splitBooking_, &QAction::triggered, list, [list] {
+        const QModelIndex current = list->tableView()->currentIndex();
+        if (current.isValid())
+            list->handleDoubleClick(current);
+    });
+    connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
+
+    for (QAction* action : {newDocument_, open_, close_, save_, quit_, undo_, redo_, addEntry_, duplicate_,
+                            splitBooking_, serialTransaction_})
+        window.addAction(action);
+}
+
+void WindowActions::fillRecentMenu()
+{
+    recentMenu_->clear();
+    DocumentController* controller = DocumentController::sharedDocumentController();
+    if (!controller)
+        return;
+    const QStringList paths = controller->recentDocumentPaths();
+    for (const QString& path : paths) {
+        QAction* action = recentMenu_->addAction(QFileInfo(path).fileName());
+        action->setToolTip(QDir::toNativeSeparators(path));
+        action->setStatusTip(QDir::toNativeSeparators(path));
+        connect(action, &QAction::triggered, controller, [controller, path] { controller->openDocument(path); });
+    }
+    if (paths.isEmpty())
+        recentMenu_->addAction(QStringLiteral("Keine Dokumente"))->setEnabled(false);
+    recentMenu_->addSeparator();
+    QAction* clear = recentMenu_->addAction(QStringLiteral("Liste leeren"));
+    clear->setEnabled(!paths.isEmpty());
+    connect(clear, &QAction::triggered, controller, &DocumentController::clearRecentDocuments);
+}
+
+}  // namespace saldo::gui

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QObject>
+
+class QAction;
+class QMenu;
+
+namespace saldo::gui {
+
+class DocumentWindow;
+
+// The menus and actions of a document window: "Ablage" (new, open, recent
+// files, close, save, quit), "Bearbeiten" (undo and redo with the action's
+// name, new entry, duplicate, delete) and "Eintrag" (split bookings, recurring
+// entries). It routes each action to the document controller, the document or
+// the entry list; without a document controller (tests) the application-wide
+// actions are disabled.
+class WindowActions : public QObject {
+    Q_OBJECT
+public:
+    explicit WindowActions(DocumentWindow& window);
+
+    QAction* newDocumentAction() const { return newDocument_; }
+    QAction* openAction() const { return open_; }
+    QMenu* recentMenu() const { return recentMenu_; }
+    QAction* closeAction() const { return close_; }
+    QAction* saveAction() const { return save_; }
+    QAction* quitAction() const { return quit_; }
+    QAction* undoAction() const { return undo_; }
+    QAction* redoAction() const { return redo_; }
+    QAction* addEntryAction() const { return addEntry_; }
+    QAction* duplicateAction() const { return duplicate_; }
+    QAction* deleteAction() const { return delete_; }
+    QAction* splitBookingAction() const { return splitBooking_; }
+    QAction* serialTransactionAction() const { return serialTransaction_; }
+
+    // Refills "Zuletzt geoeffnet" from the document controller's list.
+    void fillRecentMenu();
+
+private:
+    DocumentWindow& window_;
+    QAction* newDocument_ = nullptr;
+    QAction* open_ = nullptr;
+    QMenu* recentMenu_ = nullptr;
+    QAction* close_ = nullptr;
+    QAction* save_ = nullptr;
+    QAction* quit_ = nullptr;
+    QAction* undo_ = nullptr;
+    QAction* redo_ = nullptr;
+    QAction* addEntry_ = nullptr;
+    QAction* duplicate_ = nullptr;
+    QAction* delete_ = nullptr;
+    QAction* splitBooking_ = nullptr;
+    QAction* serialTransaction_ = nullptr;
+};
+
+}  // namespace saldo::gui
