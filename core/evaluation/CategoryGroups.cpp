@@ -1,0 +1,83 @@
+#include "evaluation/CategoryGroups.h"
+
+#include "model/UnicodeText.h"
+
+#include <functional>
+
+namespace saldo {
+
+void CategoryGroups::reset()
+{
+    slots_.assign(256, Slot{});
+    used_ = 0;
+    byNfc_.clear();
+    groups_.clear();
+    count_ = 0;
+}
+
+std::uint32_t CategoryGroups::add(std::string_view kategorie, bool income)
+{
+    if (slots_.empty())
+        reset();
+    const std::uint64_t hash = std::hash<std::string_view>{}(kategorie);
+    const std::size_t mask = slots_.size() - 1;
+    std::uint32_t group = kNone;
+    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+        const Slot& slot = slots_[i];
+        if (slot.group == kNone) {
+            group = groupOfNewBytes(kategorie);
+            insert(hash, kategorie, group);
+            break;
+        }
+        if (slot.hash == hash && slot.bytes == kategorie) {
+            group = slot.group;
+            break;
+        }
+    }
+    Group& g = groups_[group];
+    const std::uint32_t index = count_++;
+    if (g.first == kNone)
+        g.first = index;
+    std::uint32_t& firstOfKind = income ? g.firstIncome : g.firstExpense;
+    if (firstOfKind == kNone)
+        firstOfKind = index;
+    return group;
+}
+
+std::uint32_t CategoryGroups::groupOfNewBytes(std::string_view kategorie)
+{
+    // Bytes not seen before: canonically equivalent spellings share one NFC form.
+    const auto [it, inserted] = byNfc_.try_emplace(UnicodeText::nfc(kategorie), static_cast<std::uint32_t>(groups_.size()));
+    if (inserted)
+        groups_.push_back(Group{});
+    return it->second;
+}
+
+void CategoryGroups::insert(std::uint64_t hash, std::string_view bytes, std::uint32_t group)
+{
+    if (2 * (used_ + 1) > slots_.size())
+        grow();
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t i = hash & mask;
+    while (slots_[i].group != kNone)
+        i = (i + 1) & mask;
+    slots_[i] = Slot{hash, bytes, group};
+    ++used_;
+}
+
+void CategoryGroups::grow()
+{
+    std::vector<Slot> old = std::move(slots_);
+    slots_.assign(old.size() * 2, Slot{});
+    const std::size_t mask = slots_.size() - 1;
+    for (const Slot& slot : old) {
+        if (slot.group == kNone)
+            continue;
+        std::size_t i = slot.hash & mask;
+        while (slots_[i].group != kNone)
+            i = (i + 1) & mask;
+        slots_[i] = slot;
+    }
+}
+
+}  // namespace saldo

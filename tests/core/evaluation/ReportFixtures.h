@@ -1,0 +1,39 @@
+#pragma once
+
+#include "model/Einnahme.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace saldo::testing {
+
+// Whole file as bytes; fails the test when it cannot be read.
+std::string readFile(const std::string& path);
+
+// Path of a file in tests/data/report.
+std::string reportData(const std::string& name);
+
+// The entries of a ledger written by tests/data/report/reference_report.py as
+// tab-separated lines (art, kategorie, brutto, steuersatz, datum, both flags,
+// number of split bookings). The split bookings get large amounts so that any
+// step that visits them changes the report.
+EinnahmeList readEntriesTsv(const std::string& path);
+
+// Equal texts, or the first line where they differ with both versions.
+::testing::AssertionResult sameText(const std::string& expected, const std::string& actual);
+
+// Sets TZ for the lifetime of the object and restores the previous value.
+class ScopedTimeZone {
+public:
+    explicit ScopedTimeZone(const char* tz);
+    ~ScopedTimeZone();
+    ScopedTimeZone(const ScopedTimeZone&) = delete;
+    ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
+
+private:
+    bool hadValue_ = false;
+    std::string previous_;
+};
+
+}  // namespace saldo::testing
