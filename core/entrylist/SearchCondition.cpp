@@ -1,5 +1,6 @@
 #include "entrylist/SearchCondition.h"
 
+#include "entrylist/NfcText.h"
 #include "model/UnicodeText.h"
 
 #include <cmath>
@@ -47,8 +48,7 @@ SearchCondition SearchCondition::everything()
 SearchCondition SearchCondition::contains(Field field, std::string text)
 {
     SearchCondition c(field, Relation::Contains);
-    c.textIsAscii_ = UnicodeText::isAscii(text);
-    c.text_ = c.textIsAscii_ ? std::move(text) : UnicodeText::nfc(text);
+    c.text_ = NfcText::form(text);
     return c;
 }
 
@@ -93,10 +93,11 @@ bool SearchCondition::matches(const Einnahme& entry) const
         return true;
     case Relation::Contains: {
         const std::string& haystack = textOf(entry, field_);
-        // An ASCII text is its own NFC form; others are normalised so that a
-        // decomposed and a precomposed spelling find each other.
-        if (UnicodeText::isAscii(haystack))
-            return textIsAscii_ && haystack.find(text_) != std::string::npos;
+        // ASCII and Latin-1 texts are their own NFC form; others are
+        // normalised so that a decomposed and a precomposed spelling find
+        // each other.
+        if (NfcText::isCertainlyNfc(haystack))
+            return haystack.find(text_) != std::string::npos;
         return UnicodeText::nfc(haystack).find(text_) != std::string::npos;
     }
     case Relation::IsTrue:

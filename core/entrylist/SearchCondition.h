@@ -53,8 +53,7 @@ private:
 
     Field field_;
     Relation relation_;
-    std::string text_;        // NFC form of the searched text
-    bool textIsAscii_ = true;
+    std::string text_;  // NFC form of the searched text
     float value_ = 0.0f;
     ReferenceSeconds from_ = 0.0;
     ReferenceSeconds to_ = 0.0;

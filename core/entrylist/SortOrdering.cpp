@@ -1,12 +1,12 @@
 #include "entrylist/SortOrdering.h"
 
+#include "entrylist/NfcText.h"
 #include "model/UnicodeText.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cmath>
 #include <cstdint>
-#include <deque>
 #include <limits>
 
 namespace saldo {
@@ -79,48 +79,17 @@ bool numberLess(T a, T b)
     return a < b;
 }
 
-// A precomputed sort key beside the entry's position in the list.
+// A precomputed number key beside the entry's position in the list.
 template <typename K>
 struct Keyed {
     K key;
     std::uint32_t index;
 };
 
-struct DefaultKey {
-    std::string_view art;
-    float brutto;
-};
-
-bool defaultLess(const DefaultKey& a, const DefaultKey& b)
+template <typename K>
+bool keyedLess(const Keyed<K>& a, const Keyed<K>& b)
 {
-    const int byArt = a.art.compare(b.art);
-    if (byArt != 0)
-        return byArt < 0;
-    return numberLess(a.brutto, b.brutto);
-}
-
-// The NFC form of a text as a view: the text itself when it is ASCII (its own
-// NFC form), else a normalised copy kept alive in `storage`. Byte order of the
-// views is the order of UnicodeText::compare.
-std::string_view nfcView(const std::string& text, std::deque<std::string>& storage)
-{
-    if (UnicodeText::isAscii(text))
-        return text;
-    return storage.emplace_back(UnicodeText::nfc(text));
-}
-
-template <typename K, typename Less>
-void sortByKeys(EinnahmeList& list, std::vector<Keyed<K>>& items, bool ascending, Less less)
-{
-    if (ascending)
-        std::sort(items.begin(), items.end(), [&](const Keyed<K>& a, const Keyed<K>& b) { return less(a.key, b.key); });
-    else
-        std::sort(items.begin(), items.end(), [&](const Keyed<K>& a, const Keyed<K>& b) { return less(b.key, a.key); });
-    EinnahmeList sorted;
-    sorted.reserve(list.size());
-    for (const auto& item : items)
-        sorted.push_back(std::move(list[item.index]));
-    list = std::move(sorted);
+    return numberLess(a.key, b.key);
 }
 
 template <typename K, typename MakeKey>
@@ -131,6 +100,82 @@ std::vector<Keyed<K>> keysOf(const EinnahmeList& list, MakeKey makeKey)
     for (std::size_t i = 0; i < list.size(); ++i)
         items.push_back({makeKey(*list[i]), static_cast<std::uint32_t>(i)});
     return items;
+}
+
+// A precomputed text key: the NFC form of the text in a shared buffer, and its
+// first eight bytes also as a big-endian number (zero padded), so that most
+// comparisons decide without reaching the buffer. The default ordering also
+// reads the gross amount.
+struct TextItem {
+    std::uint64_t prefix;
+    const char* data;
+    std::size_t size;
+    float brutto;
+    std::uint32_t index;
+
+    std::string_view text() const { return {data, size}; }
+};
+
+bool textLess(const TextItem& a, const TextItem& b)
+{
+    if (a.prefix != b.prefix)
+        return a.prefix < b.prefix;
+    return a.text() < b.text();
+}
+
+bool defaultLess(const TextItem& a, const TextItem& b)
+{
+    if (a.prefix != b.prefix)
+        return a.prefix < b.prefix;
+    const int byArt = a.text().compare(b.text());
+    if (byArt != 0)
+        return byArt < 0;
+    return numberLess(a.brutto, b.brutto);
+}
+
+// The text keys of a list, in list order. The byte order of NFC forms is the
+// order of UnicodeText::compare (which compares NFC forms, or the bytes of a
+// text that is not UTF-8, as UnicodeText::nfc gives them).
+template <typename TextOf>
+std::vector<TextItem> textItems(const EinnahmeList& list, std::string& buffer, TextOf textOf)
+{
+    std::vector<TextItem> items(list.size());
+    std::vector<std::size_t> offsets(list.size());
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const std::string& text = textOf(*list[i]);
+        offsets[i] = buffer.size();
+        if (NfcText::isCertainlyNfc(text))
+            buffer += text;
+        else
+            buffer += UnicodeText::nfc(text);
+        items[i].size = buffer.size() - offsets[i];
+        items[i].brutto = list[i]->brutto();
+        items[i].index = static_cast<std::uint32_t>(i);
+    }
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        TextItem& item = items[i];
+        item.data = buffer.data() + offsets[i];
+        std::uint64_t prefix = 0;
+        for (std::size_t b = 0; b < 8; ++b)
+            prefix = (prefix << 8) | (b < item.size ? static_cast<unsigned char>(item.data[b]) : 0u);
+        item.prefix = prefix;
+    }
+    return items;
+}
+
+// Sorts the keys, then puts the entries in their order.
+template <typename Item, typename Less>
+void sortItems(EinnahmeList& list, std::vector<Item>& items, bool ascending, Less less)
+{
+    if (ascending)
+        std::sort(items.begin(), items.end(), less);
+    else
+        std::sort(items.begin(), items.end(), [&](const Item& a, const Item& b) { return less(b, a); });
+    EinnahmeList sorted;
+    sorted.reserve(list.size());
+    for (const auto& item : items)
+        sorted.push_back(std::move(list[item.index]));
+    list = std::move(sorted);
 }
 
 }  // namespace
@@ -174,9 +219,9 @@ void SortOrdering::sortEinnahmen(EinnahmeList& list, std::optional<std::string_v
         return;
     }
     if (isText(key)) {
-        std::deque<std::string> storage;
-        auto items = keysOf<std::string_view>(list, [&](const Einnahme& e) { return nfcView(textOf(e, key), storage); });
-        sortByKeys(list, items, ascending, [](std::string_view a, std::string_view b) { return a < b; });
+        std::string buffer;
+        auto items = textItems(list, buffer, [&](const Einnahme& e) -> const std::string& { return textOf(e, key); });
+        sortItems(list, items, ascending, textLess);
         return;
     }
     if (isFloat(key)) {
@@ -184,19 +229,17 @@ void SortOrdering::sortEinnahmen(EinnahmeList& list, std::optional<std::string_v
         // is computed, so computing it once per entry orders as computing it
         // in each comparison.
         auto items = keysOf<float>(list, [&](const Einnahme& e) { return floatOf(e, key); });
-        sortByKeys(list, items, ascending, numberLess<float>);
+        sortItems(list, items, ascending, keyedLess<float>);
         return;
     }
     if (key == Key::Datum) {
         auto items = keysOf<double>(list, [](const Einnahme& e) { return e.datum(); });
-        sortByKeys(list, items, ascending, numberLess<double>);
+        sortItems(list, items, ascending, keyedLess<double>);
         return;
     }
-    std::deque<std::string> storage;
-    auto items = keysOf<DefaultKey>(list, [&](const Einnahme& e) {
-        return DefaultKey{nfcView(e.art(), storage), e.brutto()};
-    });
-    sortByKeys(list, items, true, defaultLess);
+    std::string buffer;
+    auto items = textItems(list, buffer, [](const Einnahme& e) -> const std::string& { return e.art(); });
+    sortItems(list, items, true, defaultLess);
 }
 
 }  // namespace saldo
