@@ -39,6 +39,8 @@ int main(int argc, char** argv)
     QElapsedTimer sinceStart;
     sinceStart.start();
 
+    // The images live in the static GUI library; pull them in explicitly.
+    Q_INIT_RESOURCE(saldo);
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Saldo"));
     QApplication::setApplicationName(QStringLiteral("Saldo"));

@@ -142,20 +142,20 @@ bool Document::writeFile(const QString& path, const QByteArray& data, QString* r
     // the target only when everything was written, keeping the target's
     // permissions; it never falls back to writing the target directly.
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        *reason = file.errorString();
-        return false;
-    }
-    if (file.write(data) != data.size()) {
-        *reason = file.errorString();
+    bool written = file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
+    if (!written)
         file.cancelWriting();
-        return false;
+    written = file.commit() && written;
+    if (!written) {
+        *reason = file.error() == QFileDevice::OpenError
+                      ? QStringLiteral("Die Datei kann in diesem Ordner nicht angelegt werden.")
+                      : QStringLiteral("Die Datei konnte nicht vollständig geschrieben werden; ist der "
+                                       "Datenträger voll?");
+        const QString detail = file.errorString();
+        if (!detail.isEmpty() && detail != QLatin1String("Unknown error"))
+            *reason += QStringLiteral(" (%1)").arg(detail);
     }
-    if (!file.commit()) {
-        *reason = file.errorString();
-        return false;
-    }
-    return true;
+    return written;
 }
 
 void Document::reportSaveFailure(const QString& path, const QString& reason)

@@ -13,6 +13,8 @@ int main(int argc, char** argv)
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
     // Keep QSettings and friends away from the user's real configuration.
     QStandardPaths::setTestModeEnabled(true);
+    // The images live in the static GUI library; pull them in explicitly.
+    Q_INIT_RESOURCE(saldo);
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("SaldoTests"));
     QApplication::setApplicationName(QStringLiteral("SaldoTests"));

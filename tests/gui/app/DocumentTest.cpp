@@ -1,0 +1,303 @@
+// The document: reading, the hand-over to the entry list, saving in place
+// (atomic, reported once when it fails), autosave and closing.
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
+#include "editors/DetailViewController.h"
+#include "entrylist/ViewController.h"
+#include "platform/Diagnostics.h"
+#include "platform/UserDefaults.h"
+#include "gui/support/LedgerFixtures.h"
+#include "gui/support/ScriptedDialogs.h"
+
+#include <QFileInfo>
+#include <QItemSelectionModel>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace saldo::gui {
+namespace {
+
+using testing::decodeFile;
+using testing::encoded;
+using testing::readBytes;
+using testing::sampleEntries;
+using testing::ScriptedDialogs;
+using testing::writeBytes;
+
+class DocumentTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(dir.isValid());
+        previousSink = setDiagnosticSink([this](const std::string& line) { lines.push_back(line); });
+    }
+    void TearDown() override { setDiagnosticSink(previousSink); }
+
+    // A document opened from a file of `count` sample entries, window made.
+    std::unique_ptr<Document> openedDocument(int count, const QString& name = QStringLiteral("Kasse.saldo"))
+    {
+        const QString path = dir.filePath(name);
+        EXPECT_TRUE(writeBytes(path, encoded(sampleEntries(count))));
+        auto document = std::make_unique<Document>(defaults);
+        EXPECT_TRUE(document->readFromFile(path));
+        document->makeWindowControllers();
+        return document;
+    }
+
+    InMemoryUserDefaults defaults;
+    QTemporaryDir dir;
+    ScriptedDialogs dialogs;
+    std::vector<std::string> lines;
+    DiagnosticSink previousSink;
+};
+
+TEST_F(DocumentTest, OpenedFileReplacesTheStartingEntryWithItsOwnEntries)
+{
+    auto document = openedDocument(4);
+    ViewController* list = document->entryList();
+    ASSERT_TRUE(document->einnahmen());
+    const EinnahmeList& snapshot = *document->einnahmen();
+    ASSERT_EQ(snapshot.size(), 4u);
+    // Both lists hold the very objects that were read: nothing copied, no "Neu".
+    EXPECT_EQ(list->einnahmen(), snapshot);
+    EXPECT_EQ(list->backupEinnahmen(), snapshot);
+    EXPECT_EQ(list->tableView()->model()->rowCount(), 4);
+    for (const EinnahmePtr& entry : list->einnahmen())
+        EXPECT_NE(entry->name(), "Neu");
+    EXPECT_EQ(snapshot[2]->name(), "Posten 3");
+    EXPECT_FALSE(document->isDocumentEdited());
+    EXPECT_EQ(document->windowController()->windowTitle(), QStringLiteral("Kasse.saldo[*]"));
+}
+
+TEST_F(DocumentTest, EmptyRootArrayShowsAnEmptyTableAndNoDetailBox)
+{
+    auto document = openedDocument(0);
+    document->windowController()->show();
+    ViewController* list = document->entryList();
+    EXPECT_TRUE(list->einnahmen().empty());
+    EXPECT_TRUE(list->backupEinnahmen().empty());
+    EXPECT_EQ(list->tableView()->model()->rowCount(), 0);
+    EXPECT_EQ(list->selectedEinnahme(), nullptr);
+    EXPECT_EQ(document->windowController()->splitViewController()->detailViewController()->boxOpacity(), 0.0);
+}
+
+TEST_F(DocumentTest, NewDocumentKeepsItsStartingEntrySelected)
+{
+    Document document(defaults);
+    EXPECT_FALSE(document.einnahmen());
+    document.makeWindowControllers();
+    document.windowController()->show();
+    ViewController* list = document.entryList();
+    ASSERT_EQ(list->einnahmen().size(), 1u);
+    const EinnahmePtr& neu = list->einnahmen().front();
+    EXPECT_EQ(neu->name(), "Neu");
+    EXPECT_EQ(neu->steuersatz(), 19.0f);
+    EXPECT_EQ(neu->brutto(), 0.0f);
+    const QModelIndexList rows = list->tableView()->selectionModel()->selectedRows();
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows.front().row(), 0);
+    EXPECT_EQ(list->selectedEinnahme(), neu);
+    EXPECT_EQ(document.windowController()->windowTitle(), QStringLiteral("Unbenannt[*]"));
+}
+
+TEST_F(DocumentTest, UnreadableDataFailsWithTheFixedErrorAndKeepsTheEntries)
+{
+    Document document(defaults);
+    ASSERT_TRUE(document.readFromData(encoded(sampleEntries(2))));
+    const EinnahmeList before = *document.einnahmen();
+
+    for (const QByteArray& bad : {QByteArray("bplist00 kaputt"), QByteArray("<plist><dict/></plist>"),
+                                  encoded(sampleEntries(3)).left(40), QByteArray()}) {
+        EXPECT_FALSE(document.readFromData(bad));
+        EXPECT_EQ(document.errorCode(), Document::kFileErrorCode);
+        EXPECT_EQ(*document.einnahmen(), before);
+    }
+}
+
+TEST_F(DocumentTest, SavingWritesTheCompleteListAndSaysSoOnce)
+{
+    auto document = openedDocument(5);
+    ViewController* list = document->entryList();
+    list->addEntry();  // the live list is saved, not the snapshot read at opening
+    ASSERT_EQ(list->backupEinnahmen().size(), 6u);
+    lines.clear();
+
+    ASSERT_TRUE(document->save());
+    EXPECT_EQ(lines, std::vector<std::string>{"data saved"});
+    const EinnahmeList written = decodeFile(document->filePath());
+    ASSERT_EQ(written.size(), 6u);
+    for (std::size_t i = 0; i < written.size(); ++i) {
+        EXPECT_EQ(written[i]->name(), list->backupEinnahmen()[i]->name());
+        EXPECT_EQ(written[i]->brutto(), list->backupEinnahmen()[i]->brutto());
+    }
+    EXPECT_FALSE(document->isDocumentEdited());
+}
+
+TEST_F(DocumentTest, DataWithoutAWindowIsRefused)
+{
+    Document document(defaults);
+    EXPECT_FALSE(document.dataOfType());
+    EXPECT_EQ(document.errorCode(), Document::kFileErrorCode);
+    EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(DocumentTest, AChangeIsSavedAfterTheAutosaveDelayAndTheDelayRestarts)
+{
+    auto document = openedDocument(2);
+    ViewController* list = document->entryList();
+    QTimer& timer = document->autosaveTimer();
+    EXPECT_EQ(timer.interval(), 3000);
+    EXPECT_TRUE(timer.isSingleShot());
+    EXPECT_FALSE(timer.isActive());
+
+    list->addEntry();
+    EXPECT_TRUE(document->isDocumentEdited());
+    EXPECT_TRUE(document->windowController()->isWindowModified());
+    ASSERT_TRUE(timer.isActive());
+    EXPECT_EQ(decodeFile(document->filePath()).size(), 2u);  // nothing written before the delay
+
+    QMetaObject::invokeMethod(&timer, "timeout");
+    EXPECT_EQ(decodeFile(document->filePath()).size(), 3u);
+    EXPECT_FALSE(document->isDocumentEdited());
+    EXPECT_FALSE(document->windowController()->isWindowModified());
+    EXPECT_EQ(lines, std::vector<std::string>{"data saved"});
+}
+
+TEST_F(DocumentTest, UndoAndRedoMarkTheDocumentChanged)
+{
+    auto document = openedDocument(1);
+    QUndoStack* stack = document->undoManager();
+    stack->push(new QUndoCommand(QStringLiteral("Loeschen")));
+    ASSERT_TRUE(document->save());
+    stack->undo();
+    EXPECT_TRUE(document->isDocumentEdited());
+    EXPECT_TRUE(document->autosaveTimer().isActive());
+    ASSERT_TRUE(document->save());
+    stack->redo();
+    EXPECT_TRUE(document->isDocumentEdited());
+}
+
+TEST_F(DocumentTest, ClosingSavesAChangedDocumentInPlace)
+{
+    auto document = openedDocument(3);
+    document->windowController()->show();
+    emit document->windowController()->splitViewController()->detailViewController()->changeDone();
+    document->entryList()->addEntry();
+    EXPECT_TRUE(document->windowController()->close());
+    EXPECT_EQ(decodeFile(document->filePath()).size(), 4u);
+    EXPECT_TRUE(dialogs.asked.isEmpty());
+    EXPECT_FALSE(document->autosaveTimer().isActive());
+}
+
+TEST_F(DocumentTest, SavingKeepsTheFilePermissions)
+{
+    auto document = openedDocument(1);
+    ASSERT_TRUE(QFile::setPermissions(document->filePath(), QFile::ReadOwner | QFile::WriteOwner));
+    const QFile::Permissions before = QFile::permissions(document->filePath());
+    ASSERT_FALSE(before & (QFile::ReadGroup | QFile::ReadOther));
+    document->entryList()->addEntry();
+    ASSERT_TRUE(document->save());
+    EXPECT_EQ(QFile::permissions(document->filePath()), before);
+}
+
+// A save that cannot be written must lose nothing: the old file stays as it
+// was, the document stays changed, the user hears about it once, and the next
+// change tries again.
+void expectFailedSaveLosesNothing(Document& document, ScriptedDialogs& dialogs, const QByteArray& before)
+{
+    document.entryList()->addEntry();
+    EXPECT_FALSE(document.save());
+    EXPECT_TRUE(document.isDocumentEdited());
+    EXPECT_EQ(readBytes(document.filePath()), before);
+    ASSERT_EQ(dialogs.errors.size(), 1);
+    EXPECT_TRUE(dialogs.errors.front().startsWith(QStringLiteral("Das Dokument „Kasse.saldo“ konnte nicht gesichert werden.")));
+
+    document.entryList()->addEntry();
+    EXPECT_TRUE(document.autosaveTimer().isActive());
+    QMetaObject::invokeMethod(&document.autosaveTimer(), "timeout");
+    EXPECT_TRUE(document.isDocumentEdited());
+    EXPECT_EQ(dialogs.errors.size(), 1);  // not once more every few seconds
+    EXPECT_EQ(readBytes(document.filePath()), before);
+}
+
+TEST_F(DocumentTest, AFullDiskKeepsTheOldFileAndTheChanges)
+{
+    // The file size limit makes every write beyond it fail, as a full disk
+    // does, also for the superuser.
+    auto document = openedDocument(1);
+    const QByteArray before = readBytes(document->filePath());
+    for (int i = 0; i < 200; ++i)
+        document->entryList()->addEntry();
+
+    rlimit previous{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &previous), 0);
+    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = previous;
+    small.rlim_cur = static_cast<rlim_t>(before.size() + 512);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    expectFailedSaveLosesNothing(*document, dialogs, before);
+    setrlimit(RLIMIT_FSIZE, &previous);
+    std::signal(SIGXFSZ, previousHandler);
+
+    ASSERT_TRUE(document->save());
+    EXPECT_FALSE(document->isDocumentEdited());
+    EXPECT_EQ(decodeFile(document->filePath()).size(), document->entryList()->backupEinnahmen().size());
+}
+
+TEST_F(DocumentTest, AReadOnlyFolderKeepsTheOldFileAndTheChanges)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "the superuser writes into read-only folders";
+    auto document = openedDocument(1);
+    const QByteArray before = readBytes(document->filePath());
+    ASSERT_TRUE(QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::ExeOwner));
+    expectFailedSaveLosesNothing(*document, dialogs, before);
+    QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    EXPECT_TRUE(document->save());
+}
+
+TEST_F(DocumentTest, ClosingAChangedUntitledDocumentAsks)
+{
+    Document document(defaults);
+    document.makeWindowControllers();
+    document.windowController()->show();
+    document.entryList()->addEntry();
+    EXPECT_FALSE(document.autosaveTimer().isActive());  // no file to save into yet
+
+    dialogs.saveChoices = {Dialogs::SaveChoice::Cancel};
+    EXPECT_FALSE(document.windowController()->close());
+    EXPECT_TRUE(document.windowController()->isVisible());
+    EXPECT_EQ(dialogs.asked, QStringList{QStringLiteral("Unbenannt")});
+
+    // "Sichern…" asks for a name; a cancelled save panel keeps the window open.
+    dialogs.saveChoices = {Dialogs::SaveChoice::Save};
+    EXPECT_FALSE(document.windowController()->close());
+
+    dialogs.saveChoices = {Dialogs::SaveChoice::Save};
+    dialogs.saveFileNames = {dir.filePath(QStringLiteral("Kasse"))};
+    EXPECT_TRUE(document.windowController()->close());
+    const QString saved = dir.filePath(QStringLiteral("Kasse.saldo"));
+    EXPECT_EQ(document.filePath(), QFileInfo(saved).canonicalFilePath());
+    EXPECT_EQ(decodeFile(saved).size(), 2u);  // "Neu" and the added entry
+}
+
+TEST_F(DocumentTest, DiscardingAnUntitledDocumentWritesNothing)
+{
+    Document document(defaults);
+    document.makeWindowControllers();
+    document.entryList()->addEntry();
+    dialogs.saveChoices = {Dialogs::SaveChoice::DontSave};
+    EXPECT_TRUE(document.canClose());
+    EXPECT_TRUE(lines.empty());
+    EXPECT_TRUE(document.isUntitled());
+}
+
+}  // namespace
+}  // namespace saldo::gui
