@@ -41,10 +41,28 @@ void EntryLists::setStartingEntry()
 
 std::size_t EntryLists::addEntry()
 {
-    auto entry = Einnahme::make("Neu", "", 0.0f, 0.0f);
+    return appendEntry(Einnahme::make("Neu", "", 0.0f, 0.0f));
+}
+
+std::size_t EntryLists::appendEntry(EinnahmePtr entry)
+{
     backupEinnahmen_.push_back(entry);
     einnahmen_.push_back(std::move(entry));
     return einnahmen_.size() - 1;
+}
+
+bool EntryLists::replaceEntry(std::size_t row, EinnahmePtr replacement)
+{
+    if (row >= einnahmen_.size() || !replacement)
+        return false;
+    const EinnahmePtr source = einnahmen_[row];
+    auto place = std::find(backupEinnahmen_.begin(), backupEinnahmen_.end(), source);
+    if (place != backupEinnahmen_.end())
+        *place = replacement;
+    else
+        backupEinnahmen_.push_back(replacement);
+    einnahmen_[row] = std::move(replacement);
+    return true;
 }
 
 std::optional<std::size_t> EntryLists::duplicate(std::size_t row)

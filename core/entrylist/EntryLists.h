@@ -40,6 +40,17 @@ public:
     // also while a search hides other entries. Answers its row (the last one).
     std::size_t addEntry();
 
+    // Appends an entry made elsewhere (a recurring series) to both lists;
+    // answers its row.
+    std::size_t appendEntry(EinnahmePtr entry);
+
+    // Puts `replacement` in place of the entry at `row`: at that row of the
+    // shown list and at the first place of the same object in the complete
+    // list (the split-booking editor's write-back). Should the source be
+    // missing from the complete list, the replacement is appended there so
+    // that it is saved. False, and nothing changed, for a bad row.
+    bool replaceEntry(std::size_t row, EinnahmePtr replacement);
+
     // Inserts a copy of the entry at `row` right after it in the shown list and
     // at the end of the complete list; answers row + 1. Nothing for a bad row.
     std::optional<std::size_t> duplicate(std::size_t row);

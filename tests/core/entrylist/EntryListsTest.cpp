@@ -76,6 +76,21 @@ TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteLis
     EXPECT_FALSE(EntryLists::duplicateSourceRow(3u, 3));
 }
 
+TEST(EntryListsTest, ReplacingTakesTheShownRowAndTheSourcesPlaceInTheCompleteList)
+{
+    EntryLists lists;
+    lists.setEntries(makeEntries({"c", "a", "b"}));
+    lists.sortEinnahmen("name", true);
+    ASSERT_EQ(namesOf(lists.einnahmen()), (Names{"a", "b", "c"}));
+    auto working = Einnahme::make("a edited", "", 1.0f, 7.0f);
+    EXPECT_TRUE(lists.replaceEntry(0, working));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"a edited", "b", "c"}));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"c", "a edited", "b"}));
+    EXPECT_EQ(lists.backupEinnahmen()[1], working);
+    EXPECT_FALSE(lists.replaceEntry(3, Einnahme::make("x", "", 1.0f, 7.0f)));
+    EXPECT_EQ(lists.backupEinnahmen().size(), 3u);
+}
+
 TEST(EntryListsTest, DeleteUndoRedoOfTwoRowsOfFive)
 {
     EntryLists lists;
