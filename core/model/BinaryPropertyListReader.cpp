@@ -1,0 +1,412 @@
+#include "model/BinaryPropertyListReader.h"
+
+#include "model/LedgerFile.h"
+#include "model/NearestFloat.h"
+#include "model/Utf16.h"
+
+#include <bit>
+#include <cstring>
+
+namespace saldo {
+
+namespace {
+
+std::uint64_t bigEndian(const std::uint8_t* p, unsigned bytes)
+{
+    std::uint64_t value = 0;
+    for (unsigned i = 0; i < bytes; ++i)
+        value = (value << 8) | p[i];
+    return value;
+}
+
+const char* typeName(std::uint8_t marker)
+{
+    switch (marker >> 4) {
+    case 0x0:
+        return marker == 0x08 || marker == 0x09 ? "a boolean" : marker == 0x00 ? "null" : "a fill byte";
+    case 0x1:
+        return "an integer";
+    case 0x2:
+        return "a real";
+    case 0x3:
+        return "a date";
+    case 0x4:
+        return "data";
+    case 0x5:
+    case 0x6:
+        return "a string";
+    case 0x8:
+        return "a UID";
+    case 0xA:
+        return "an array";
+    case 0xC:
+        return "a set";
+    case 0xD:
+        return "a dictionary";
+    default:
+        return "an unknown object";
+    }
+}
+
+std::string hexByte(std::uint8_t b)
+{
+    static const char digits[] = "0123456789ABCDEF";
+    return std::string("0x") + digits[b >> 4] + digits[b & 15];
+}
+
+}  // namespace
+
+BinaryPropertyListReader::BinaryPropertyListReader(std::string_view bytes)
+    : data_(reinterpret_cast<const std::uint8_t*>(bytes.data()))
+    , size_(bytes.size())
+{
+}
+
+EinnahmeList BinaryPropertyListReader::readEntries()
+{
+    readTrailer();
+    state_.assign(objectCount_, 0);
+    // Every entry costs about its size in memory; a file that does not share
+    // objects stays far below this, one that shares them a million times does not.
+    budget_ = size_ < (std::uint64_t(1) << 58) ? 16 * std::uint64_t(size_) + (1u << 20) : UINT64_MAX;
+    checkAllObjects();
+    const Head root = head(topObject_);
+    if ((root.marker >> 4) != 0xA)
+        fail(std::string("root is ") + typeName(root.marker) + ", not an array");
+    return readEntryArray(topObject_);
+}
+
+void BinaryPropertyListReader::readTrailer()
+{
+    constexpr std::size_t kTrailer = 32;
+    if (size_ < 8 + 1 + 1 + kTrailer)
+        fail("too short for a binary property list (" + std::to_string(size_) + " bytes)");
+    const std::uint8_t* t = data_ + size_ - kTrailer;
+    offsetSize_ = t[6];
+    refSize_ = t[7];
+    objectCount_ = bigEndian(t + 8, 8);
+    topObject_ = bigEndian(t + 16, 8);
+    const std::uint64_t table = bigEndian(t + 24, 8);
+    const std::size_t trailerStart = size_ - kTrailer;
+    if (offsetSize_ < 1 || offsetSize_ > 8)
+        fail("offset size " + std::to_string(offsetSize_) + " in the trailer is out of range (1 to 8)");
+    if (refSize_ < 1 || refSize_ > 8)
+        fail("object reference size " + std::to_string(refSize_) + " in the trailer is out of range (1 to 8)");
+    if (objectCount_ == 0)
+        fail("the trailer counts no objects");
+    if (topObject_ >= objectCount_)
+        fail("top object " + std::to_string(topObject_) + " out of range (" + std::to_string(objectCount_)
+            + " objects)");
+    if (table < 9 || table >= trailerStart)
+        fail("offset table out of range (at " + std::to_string(table) + ", trailer at "
+            + std::to_string(trailerStart) + ")");
+    if (objectCount_ > (trailerStart - table) / offsetSize_)
+        fail("offset table out of range (" + std::to_string(objectCount_) + " offsets of " + std::to_string(offsetSize_)
+            + " bytes do not fit before the trailer)");
+    offsetTable_ = static_cast<std::size_t>(table);
+}
+
+void BinaryPropertyListReader::checkAllObjects()
+{
+    for (std::uint64_t object = 0; object < objectCount_; ++object)
+        head(object);
+}
+
+BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64_t object) const
+{
+    const std::uint64_t offset
+        = bigEndian(data_ + offsetTable_ + static_cast<std::size_t>(object) * offsetSize_, offsetSize_);
+    if (offset < 8 || offset >= offsetTable_)
+        fail("object " + std::to_string(object) + ": offset " + std::to_string(offset)
+            + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")");
+    return headAt(object, offset);
+}
+
+BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(std::uint64_t object, std::uint64_t offset) const
+{
+    const std::size_t end = offsetTable_;
+    std::size_t pos = static_cast<std::size_t>(offset);
+    Head h;
+    h.marker = data_[pos++];
+    const unsigned hi = h.marker >> 4;
+    const unsigned lo = h.marker & 15;
+    auto where = [&] { return "object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": "; };
+    std::uint64_t unit = 0;
+    std::uint64_t fixed = 0;
+    switch (hi) {
+    case 0x0:
+        if (lo != 0 && lo != 8 && lo != 9 && lo != 15)
+            fail(where() + "unknown type marker " + hexByte(h.marker));
+        break;
+    case 0x1:
+        if (lo > 4)
+            fail(where() + "integer of " + std::to_string(1u << lo) + " bytes is not supported");
+        fixed = std::uint64_t(1) << lo;
+        break;
+    case 0x2:
+        if (lo != 2 && lo != 3)
+            fail(where() + "real of " + std::to_string(1u << lo) + " bytes is not supported");
+        fixed = std::uint64_t(1) << lo;
+        break;
+    case 0x3:
+        if (lo != 3)
+            fail(where() + "unknown type marker " + hexByte(h.marker));
+        fixed = 8;
+        break;
+    case 0x8:
+        fixed = lo + 1;
+        break;
+    case 0x4:
+    case 0x5:
+        unit = 1;
+        break;
+    case 0x6:
+        unit = 2;
+        break;
+    case 0xA:
+    case 0xC:
+        unit = refSize_;
+        break;
+    case 0xD:
+        unit = 2 * std::uint64_t(refSize_);
+        break;
+    default:
+        fail(where() + "unknown type marker " + hexByte(h.marker));
+    }
+    if (unit == 0) {
+        if (fixed > end - pos)
+            fail(where() + "value runs past the end of the object area");
+        h.count = fixed;
+        h.payload = pos;
+        return h;
+    }
+    h.count = lo;
+    if (lo == 15) {
+        if (pos >= end)
+            fail(where() + "length runs past the end of the object area");
+        const std::uint8_t lengthMarker = data_[pos++];
+        if ((lengthMarker >> 4) != 0x1 || (lengthMarker & 15) > 3)
+            fail(where() + "length is not an integer (marker " + hexByte(lengthMarker) + ")");
+        const unsigned bytes = 1u << (lengthMarker & 15);
+        if (bytes > end - pos)
+            fail(where() + "length runs past the end of the object area");
+        h.count = bigEndian(data_ + pos, bytes);
+        pos += bytes;
+    }
+    if (h.count > (end - pos) / unit)
+        fail(where() + "length " + std::to_string(h.count) + " runs past the end of the object area");
+    h.payload = pos;
+    return h;
+}
+
+std::uint64_t BinaryPropertyListReader::refAt(std::size_t position) const
+{
+    const std::uint64_t ref = bigEndian(data_ + position, refSize_);
+    if (ref >= objectCount_)
+        fail("object reference " + std::to_string(ref) + " out of range (" + std::to_string(objectCount_)
+            + " objects)");
+    return ref;
+}
+
+EinnahmeList BinaryPropertyListReader::readEntryArray(std::uint64_t object)
+{
+    const Head h = head(object);
+    enter(object);
+    charge(8 * h.count + 16);
+    EinnahmeList list;
+    list.reserve(static_cast<std::size_t>(h.count));
+    path_.push(0);
+    for (std::uint64_t i = 0; i < h.count; ++i) {
+        path_.setLast(i + 1);
+        list.push_back(readEntry(refAt(h.payload + static_cast<std::size_t>(i) * refSize_)));
+    }
+    path_.pop();
+    leave(object);
+    return list;
+}
+
+EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
+{
+    const Head h = head(object);
+    if ((h.marker >> 4) != 0xD)
+        fail(std::string("is ") + typeName(h.marker) + ", not a dictionary");
+    enter(object);
+    charge(256);
+    Einnahme::Stored stored;
+    unsigned seen = 0;
+    const std::size_t values = h.payload + static_cast<std::size_t>(h.count) * refSize_;
+    for (std::size_t i = 0; i < h.count; ++i) {
+        const int key = keyIndexOf(refAt(h.payload + i * refSize_));
+        const std::uint64_t value = refAt(values + i * refSize_);
+        if (key < 0)
+            continue;
+        readValue(key, value, stored);
+        seen |= 1u << key;
+    }
+    if (seen != LedgerEntryPath::kAllKeysMask)
+        fail("key \"" + std::string(LedgerEntryPath::firstMissingKey(seen)) + "\" missing");
+    leave(object);
+    return Einnahme::restore(std::move(stored));
+}
+
+int BinaryPropertyListReader::keyIndexOf(std::uint64_t object)
+{
+    const std::uint8_t state = state_[object];
+    if (state & kKeyKnown)
+        return (state & 0x3F) - 1;
+    const Head h = head(object);
+    int index;
+    if ((h.marker >> 4) == 0x5) {
+        index = LedgerEntryPath::keyIndex(
+            std::string_view(reinterpret_cast<const char*>(data_ + h.payload), static_cast<std::size_t>(h.count)));
+    } else if ((h.marker >> 4) == 0x6) {
+        std::string key;
+        if (!Utf16::appendUtf8FromBigEndian(data_ + h.payload, static_cast<std::size_t>(h.count), key))
+            fail("a dictionary key holds an unpaired UTF-16 surrogate");
+        index = LedgerEntryPath::keyIndex(key);
+    } else {
+        fail(std::string("a dictionary key is ") + typeName(h.marker) + ", not a string");
+    }
+    state_[object] = static_cast<std::uint8_t>(state | kKeyKnown | (index + 1));
+    return index;
+}
+
+void BinaryPropertyListReader::readValue(int key, std::uint64_t object, Einnahme::Stored& stored)
+{
+    const Head h = head(object);
+    switch (key) {
+    case 0:
+        return readString(key, h, stored.name);
+    case 1:
+        return readString(key, h, stored.kategorie);
+    case 2:
+        return readString(key, h, stored.art);
+    case 3:
+    case 4: {
+        if (h.marker != 0x08 && h.marker != 0x09)
+            failWrongType(key, h, "a boolean");
+        (key == 3 ? stored.innergemeinschaftlicherErwerb : stored.isNonEU) = h.marker == 0x09;
+        return;
+    }
+    case 5:
+        stored.brutto = readAmount(key, h);
+        return;
+    case 6:
+        stored.steuersatz = readAmount(key, h);
+        return;
+    case 7:
+        stored.datum = readDatum(key, h);
+        return;
+    case 8:
+        return readString(key, h, stored.rechnungsnummer);
+    case 9:
+        return readString(key, h, stored.steuernummer);
+    case 10:
+        return readString(key, h, stored.leistungsart);
+    default:
+        if ((h.marker >> 4) != 0xA)
+            failWrongType(key, h, "an array");
+        if (h.count > 0 && path_.depth() > LedgerEntryPath::kMaxNesting)
+            fail("split bookings nested deeper than " + std::to_string(LedgerEntryPath::kMaxNesting) + " levels");
+        stored.childTransactions = readEntryArray(object);
+        return;
+    }
+}
+
+void BinaryPropertyListReader::readString(int key, const Head& h, std::string& out)
+{
+    const std::uint8_t* p = data_ + h.payload;
+    const auto length = static_cast<std::size_t>(h.count);
+    if ((h.marker >> 4) == 0x5) {
+        charge(length);
+        for (std::size_t i = 0; i < length; ++i) {
+            if (p[i] >= 0x80)
+                failAtKey(key, "ASCII string holds the byte " + hexByte(p[i]));
+        }
+        out.assign(reinterpret_cast<const char*>(p), length);
+    } else if ((h.marker >> 4) == 0x6) {
+        charge(3 * std::uint64_t(length));
+        out.clear();
+        if (!Utf16::appendUtf8FromBigEndian(p, length, out))
+            failAtKey(key, "string holds an unpaired UTF-16 surrogate");
+    } else {
+        failWrongType(key, h, "a string");
+    }
+}
+
+float BinaryPropertyListReader::readAmount(int key, const Head& h) const
+{
+    const std::uint8_t* p = data_ + h.payload;
+    switch (h.marker) {
+    case 0x22:
+        return std::bit_cast<float>(static_cast<std::uint32_t>(bigEndian(p, 4)));
+    case 0x23:
+        return nearestFloat(std::bit_cast<double>(bigEndian(p, 8)));
+    case 0x10:
+    case 0x11:
+    case 0x12:
+        return static_cast<float>(bigEndian(p, static_cast<unsigned>(h.count)));
+    case 0x13:
+        return static_cast<float>(static_cast<std::int64_t>(bigEndian(p, 8)));
+    case 0x14: {
+        // Sixteen bytes hold unsigned 64-bit values and their negative counterparts.
+        const std::uint64_t high = bigEndian(p, 8);
+        const std::uint64_t low = bigEndian(p + 8, 8);
+        if (high == 0)
+            return static_cast<float>(low);
+        if (high == UINT64_MAX && (low >> 63) != 0)
+            return static_cast<float>(static_cast<std::int64_t>(low));
+        failAtKey(key, "integer out of range");
+    }
+    default:
+        failWrongType(key, h, "a real");
+    }
+}
+
+double BinaryPropertyListReader::readDatum(int key, const Head& h) const
+{
+    // A date, or a real holding the same seconds since the reference date.
+    const std::uint8_t* p = data_ + h.payload;
+    switch (h.marker) {
+    case 0x33:
+    case 0x23:
+        return std::bit_cast<double>(bigEndian(p, 8));
+    case 0x22:
+        return std::bit_cast<float>(static_cast<std::uint32_t>(bigEndian(p, 4)));
+    default:
+        failWrongType(key, h, "a date");
+    }
+}
+
+void BinaryPropertyListReader::enter(std::uint64_t object)
+{
+    if (state_[object] & kActive)
+        fail("reference cycle: object " + std::to_string(object) + " contains itself");
+    state_[object] |= kActive;
+}
+
+void BinaryPropertyListReader::charge(std::uint64_t units)
+{
+    if (units > budget_)
+        fail("objects are shared so often that the file would expand beyond 16 times its size");
+    budget_ -= units;
+}
+
+void BinaryPropertyListReader::fail(const std::string& what) const
+{
+    if (path_.depth() == 0)
+        throw LedgerFileError(what);
+    throw LedgerFileError(path_.describe() + ": " + what);
+}
+
+void BinaryPropertyListReader::failAtKey(int key, const std::string& what) const
+{
+    fail("key \"" + std::string(kEinnahmeKeys[key]) + "\": " + what);
+}
+
+void BinaryPropertyListReader::failWrongType(int key, const Head& h, const char* expected) const
+{
+    fail("key \"" + std::string(kEinnahmeKeys[key]) + "\" holds " + typeName(h.marker) + ", expected " + expected);
+}
+
+}  // namespace saldo

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "model/Einnahme.h"
+#include "model/LedgerEntryPath.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace saldo {
+
+// Decodes a binary property list (bplist00) whose root is an array of entry
+// dictionaries straight into entries, without building a generic tree first.
+// The bytes are treated as hostile: the trailer, every offset, count, length
+// and object reference is checked against the data before it is used, all
+// arithmetic on them is overflow-checked, reference cycles are refused, split
+// bookings nest at most LedgerEntryPath::kMaxNesting levels (bounded recursion
+// with small frames), and objects referenced more than once are decoded once
+// per reference only within a budget proportional to the file size. Any fault
+// throws LedgerFileError naming what was wrong and where; nothing partial is
+// returned.
+class BinaryPropertyListReader {
+public:
+    explicit BinaryPropertyListReader(std::string_view bytes);
+
+    EinnahmeList readEntries();
+
+private:
+    // The decoded head of one object: its marker, its element count or length,
+    // and where its payload starts.
+    struct Head {
+        std::uint8_t marker = 0;
+        std::uint64_t count = 0;
+        std::size_t payload = 0;
+    };
+
+    void readTrailer();
+    void checkAllObjects();
+    Head head(std::uint64_t object) const;
+    Head headAt(std::uint64_t object, std::uint64_t offset) const;
+    std::uint64_t refAt(std::size_t position) const;
+
+    EinnahmeList readEntryArray(std::uint64_t object);
+    EinnahmePtr readEntry(std::uint64_t object);
+    void readValue(int key, std::uint64_t object, Einnahme::Stored& stored);
+    int keyIndexOf(std::uint64_t object);
+    void readString(int key, const Head& h, std::string& out);
+    float readAmount(int key, const Head& h) const;
+    double readDatum(int key, const Head& h) const;
+
+    void enter(std::uint64_t object);
+    void leave(std::uint64_t object) { state_[object] &= static_cast<std::uint8_t>(~kActive); }
+    void charge(std::uint64_t units);
+
+    [[noreturn]] void fail(const std::string& what) const;
+    [[noreturn]] void failAtKey(int key, const std::string& what) const;
+    [[noreturn]] void failWrongType(int key, const Head& h, const char* expected) const;
+
+    static constexpr std::uint8_t kActive = 0x80;  // a container on the current path
+    static constexpr std::uint8_t kKeyKnown = 0x40;  // low bits hold the key index + 1 (0: other key)
+
+    const std::uint8_t* data_;
+    std::size_t size_;
+    unsigned offsetSize_ = 0;
+    unsigned refSize_ = 0;
+    std::uint64_t objectCount_ = 0;
+    std::uint64_t topObject_ = 0;
+    std::size_t offsetTable_ = 0;  // also the end of the object area
+    std::vector<std::uint8_t> state_;  // one byte per object
+    std::uint64_t budget_ = 0;
+    LedgerEntryPath path_;
+};
+
+}  // namespace saldo

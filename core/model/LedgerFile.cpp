@@ -1,0 +1,185 @@
+#include "model/LedgerFile.h"
+
+#include "model/BinaryPropertyListReader.h"
+#include "model/BinaryPropertyListWriter.h"
+#include "model/XmlPropertyListReader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace saldo {
+
+namespace {
+
+constexpr std::string_view kBinaryMagic = "bplist00";
+
+std::string systemError(const std::string& what, int error)
+{
+    return what + ": " + std::strerror(error);
+}
+
+// Removes the temporary file unless the write went through.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(std::string pattern)
+        : path_(std::move(pattern))
+    {
+        fd_ = ::mkostemp(path_.data(), O_CLOEXEC);
+    }
+    ~TemporaryFile()
+    {
+        if (fd_ >= 0)
+            ::close(fd_);
+        if (!kept_)
+            ::unlink(path_.c_str());
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    int fd() const { return fd_; }
+    const std::string& path() const { return path_; }
+    int close()
+    {
+        const int result = ::close(fd_);
+        fd_ = -1;
+        return result;
+    }
+    void keep() { kept_ = true; }
+
+private:
+    std::string path_;
+    int fd_ = -1;
+    bool kept_ = false;
+};
+
+mode_t defaultFileMode()
+{
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+}  // namespace
+
+EinnahmeList LedgerFile::decode(std::string_view bytes)
+{
+    if (bytes.empty())
+        throw LedgerFileError("not a property list: the file is empty");
+    if (bytes.substr(0, kBinaryMagic.size()) == kBinaryMagic)
+        return BinaryPropertyListReader(bytes).readEntries();
+    if (bytes.substr(0, 6) == "bplist")
+        throw LedgerFileError("unsupported binary property list version \""
+            + std::string(bytes.substr(0, std::min<std::size_t>(bytes.size(), 8))) + "\"");
+    // XML: possibly after a byte order mark and blanks. Anything else is not a property list.
+    std::size_t i = 0;
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF")
+        i = 3;
+    else if (bytes.size() >= 2 && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') || (bytes[0] == '\xFE' && bytes[1] == '\xFF')))
+        return XmlPropertyListReader::readEntries(bytes);
+    while (i < bytes.size() && (bytes[i] == ' ' || bytes[i] == '\t' || bytes[i] == '\n' || bytes[i] == '\r'))
+        ++i;
+    if (i == bytes.size() || bytes[i] != '<')
+        throw LedgerFileError("not a property list");
+    return XmlPropertyListReader::readEntries(bytes);
+}
+
+std::string LedgerFile::encode(const EinnahmeList& entries)
+{
+    return BinaryPropertyListWriter::write(entries);
+}
+
+EinnahmeList LedgerFile::read(const std::string& path)
+{
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        throw LedgerFileError(systemError(path, errno));
+    std::string bytes;
+    struct stat info {};
+    int error = 0;
+    if (::fstat(fd, &info) != 0) {
+        error = errno;
+    } else if (S_ISDIR(info.st_mode)) {
+        error = EISDIR;
+    } else {
+        if (S_ISREG(info.st_mode))
+            bytes.reserve(static_cast<std::size_t>(info.st_size));
+        char buffer[1 << 16];
+        for (;;) {
+            const ssize_t got = ::read(fd, buffer, sizeof buffer);
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got < 0) {
+                error = errno;
+                break;
+            }
+            if (got == 0)
+                break;
+            bytes.append(buffer, static_cast<std::size_t>(got));
+        }
+    }
+    ::close(fd);
+    if (error != 0)
+        throw LedgerFileError(systemError(path, error));
+    try {
+        return decode(bytes);
+    } catch (const LedgerFileError& e) {
+        throw LedgerFileError(path + ": " + e.what());
+    }
+}
+
+void LedgerFile::write(const std::string& path, const EinnahmeList& entries)
+{
+    const std::string bytes = encode(entries);
+
+    // Replace the file a link points to, not the link.
+    std::string target = path;
+    struct stat linkInfo {};
+    if (::lstat(path.c_str(), &linkInfo) == 0 && S_ISLNK(linkInfo.st_mode)) {
+        if (char* resolved = ::realpath(path.c_str(), nullptr)) {
+            target = resolved;
+            std::free(resolved);
+        }
+    }
+    const std::size_t slash = target.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : target.substr(0, slash);
+    const std::string base = slash == std::string::npos ? target : target.substr(slash + 1);
+
+    mode_t mode = defaultFileMode();
+    struct stat old {};
+    if (::stat(target.c_str(), &old) == 0)
+        mode = old.st_mode & 07777;
+
+    TemporaryFile temporary((folder == "/" ? "" : folder) + "/." + base + ".XXXXXX");
+    if (temporary.fd() < 0)
+        throw LedgerFileError(systemError(path + ": cannot create a temporary file in " + folder, errno));
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t n = ::write(temporary.fd(), bytes.data() + written, bytes.size() - written);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            throw LedgerFileError(systemError(path + ": cannot write", errno));
+        written += static_cast<std::size_t>(n);
+    }
+    if (::fchmod(temporary.fd(), mode) != 0)
+        throw LedgerFileError(systemError(path + ": cannot set permissions", errno));
+    if (::fsync(temporary.fd()) != 0)
+        throw LedgerFileError(systemError(path + ": cannot flush to disk", errno));
+    if (temporary.close() != 0)
+        throw LedgerFileError(systemError(path + ": cannot write", errno));
+    if (::rename(temporary.path().c_str(), target.c_str()) != 0)
+        throw LedgerFileError(systemError(path + ": cannot replace the file", errno));
+    temporary.keep();
+    const int dir = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dir >= 0) {
+        ::fsync(dir);
+        ::close(dir);
+    }
+}
+
+}  // namespace saldo

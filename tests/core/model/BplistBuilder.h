@@ -1,0 +1,160 @@
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace saldo::test {
+
+// Trailer fields to put in place of the true ones.
+struct BplistTrailer {
+    std::optional<std::uint64_t> objectCount = {}, topObject = {}, offsetTable = {};
+    std::optional<unsigned> offsetSize = {}, refSize = {};
+};
+
+// Assembles binary property lists object by object for the reader tests, so
+// that a test can put any marker, reference or trailer field where it likes.
+// Object references are `refSize` bytes wide, offsets `offsetSize` bytes.
+class BplistBuilder {
+public:
+    unsigned refSize = 1;
+    unsigned offsetSize = 2;
+
+    std::size_t raw(std::string bytes)
+    {
+        objects_.push_back(std::move(bytes));
+        return objects_.size() - 1;
+    }
+    std::size_t ascii(const std::string& text) { return raw(lengthMarker(0x50, text.size()) + text); }
+    std::size_t utf16(const std::vector<std::uint16_t>& units)
+    {
+        std::string bytes = lengthMarker(0x60, units.size());
+        for (const auto u : units) {
+            bytes.push_back(static_cast<char>(u >> 8));
+            bytes.push_back(static_cast<char>(u & 0xFF));
+        }
+        return raw(bytes);
+    }
+    std::size_t boolean(bool value) { return raw(std::string(1, value ? '\x09' : '\x08')); }
+    std::size_t real4(float value) { return raw("\x22" + bigEndian(std::bit_cast<std::uint32_t>(value), 4)); }
+    std::size_t real8(double value) { return raw("\x23" + bigEndian(std::bit_cast<std::uint64_t>(value), 8)); }
+    std::size_t integer(std::uint64_t value, unsigned bytes)
+    {
+        return raw(std::string(1, static_cast<char>(0x10 | std::countr_zero(bytes))) + bigEndian(value, bytes));
+    }
+    std::size_t date(double value) { return raw("\x33" + bigEndian(std::bit_cast<std::uint64_t>(value), 8)); }
+    std::size_t array(const std::vector<std::size_t>& refs)
+    {
+        std::string bytes = lengthMarker(0xA0, refs.size());
+        for (const auto r : refs)
+            bytes += ref(r);
+        return raw(bytes);
+    }
+    std::size_t dict(const std::vector<std::size_t>& keys, const std::vector<std::size_t>& values)
+    {
+        std::string bytes = lengthMarker(0xD0, keys.size());
+        for (const auto k : keys)
+            bytes += ref(k);
+        for (const auto v : values)
+            bytes += ref(v);
+        return raw(bytes);
+    }
+    // Replaces an object's bytes after the fact (to point an array at itself).
+    void replace(std::size_t object, std::string bytes) { objects_[object] = std::move(bytes); }
+    std::string ref(std::size_t object) const { return bigEndian(object, refSize); }
+
+    // The object of a key string, made once per key.
+    std::size_t key(const std::string& name)
+    {
+        const auto found = keys_.find(name);
+        if (found != keys_.end())
+            return found->second;
+        return keys_[name] = ascii(name);
+    }
+
+    // A complete entry dictionary. `values` replaces the value of a key; a key
+    // mapped to nullopt is left out; `extra` adds keys after the twelve.
+    std::size_t entry(const std::map<std::string, std::optional<std::size_t>>& values = {},
+        const std::vector<std::pair<std::string, std::size_t>>& extra = {})
+    {
+        static const char* const names[12] = {"name", "kategorie", "art", "innergemeinschaftlicherErwerb",
+            "isNonEU", "brutto", "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart",
+            "childTransactions"};
+        std::vector<std::size_t> keys, vals;
+        for (const char* name : names) {
+            const auto found = values.find(name);
+            if (found != values.end() && !found->second)
+                continue;
+            keys.push_back(key(name));
+            vals.push_back(found != values.end() ? *found->second : defaultValue(name));
+        }
+        for (const auto& [name, value] : extra) {
+            keys.push_back(key(name));
+            vals.push_back(value);
+        }
+        return dict(keys, vals);
+    }
+
+    using Trailer = BplistTrailer;
+
+    std::string build(std::size_t top, const Trailer& t = {}) const
+    {
+        std::string out = "bplist00";
+        std::vector<std::uint64_t> offsets;
+        for (const auto& object : objects_) {
+            offsets.push_back(out.size());
+            out += object;
+        }
+        const std::uint64_t table = out.size();
+        for (const auto offset : offsets)
+            out += bigEndian(offset, offsetSize);
+        out.append(6, '\0');
+        out.push_back(static_cast<char>(t.offsetSize.value_or(offsetSize)));
+        out.push_back(static_cast<char>(t.refSize.value_or(refSize)));
+        out += bigEndian(t.objectCount.value_or(objects_.size()), 8);
+        out += bigEndian(t.topObject.value_or(top), 8);
+        out += bigEndian(t.offsetTable.value_or(table), 8);
+        return out;
+    }
+
+    static std::string bigEndian(std::uint64_t value, unsigned bytes)
+    {
+        std::string out;
+        for (unsigned i = 0; i < bytes; ++i)
+            out.push_back(static_cast<char>(value >> (8 * (bytes - 1 - i))));
+        return out;
+    }
+
+    std::size_t defaultValue(const std::string& name)
+    {
+        if (name == "innergemeinschaftlicherErwerb" || name == "isNonEU")
+            return boolean(false);
+        if (name == "brutto")
+            return real4(119.0f);
+        if (name == "steuersatz")
+            return real4(19.0f);
+        if (name == "datum")
+            return date(700000000.5);
+        if (name == "childTransactions")
+            return array({});
+        if (name == "art")
+            return ascii("Einnahme");
+        return ascii(name == "name" ? "Miete" : "");
+    }
+
+private:
+    std::string lengthMarker(unsigned type, std::size_t length) const
+    {
+        if (length < 15)
+            return std::string(1, static_cast<char>(type | length));
+        return std::string(1, static_cast<char>(type | 0x0F)) + "\x11" + bigEndian(length, 2);
+    }
+
+    std::vector<std::string> objects_;
+    std::map<std::string, std::size_t> keys_;
+};
+
+}  // namespace saldo::test

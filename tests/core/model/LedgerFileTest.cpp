@@ -1,0 +1,227 @@
+// Round trips through our own writer and reader, and the atomic file write.
+#include "model/LedgerFile.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <sys/stat.h>
+
+namespace saldo {
+namespace {
+
+namespace fs = std::filesystem;
+
+EinnahmePtr entry(std::string name, float brutto, float steuersatz, double datum)
+{
+    Einnahme::Stored s;
+    s.name = std::move(name);
+    s.kategorie = "4210 Miete Miete ";
+    s.art = kArtAusgabe;
+    s.brutto = brutto;
+    s.steuersatz = steuersatz;
+    s.datum = datum;
+    return Einnahme::restore(std::move(s));
+}
+
+// Field by field, floats and dates by their bits, children recursively.
+void expectSame(const Einnahme& a, const Einnahme& b, const std::string& where)
+{
+    SCOPED_TRACE(where);
+    EXPECT_EQ(a.name(), b.name());
+    EXPECT_EQ(a.kategorie(), b.kategorie());
+    EXPECT_EQ(a.art(), b.art());
+    EXPECT_EQ(a.innergemeinschaftlicherErwerb(), b.innergemeinschaftlicherErwerb());
+    EXPECT_EQ(a.isNonEU(), b.isNonEU());
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(a.brutto()), std::bit_cast<std::uint32_t>(b.brutto()));
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(a.steuersatz()), std::bit_cast<std::uint32_t>(b.steuersatz()));
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(a.datum()), std::bit_cast<std::uint64_t>(b.datum()));
+    EXPECT_EQ(a.rechnungsnummer(), b.rechnungsnummer());
+    EXPECT_EQ(a.steuernummer(), b.steuernummer());
+    EXPECT_EQ(a.leistungsart(), b.leistungsart());
+    ASSERT_EQ(a.childTransactions().size(), b.childTransactions().size());
+    for (std::size_t i = 0; i < a.childTransactions().size(); ++i)
+        expectSame(*a.childTransactions()[i], *b.childTransactions()[i], where + "/" + std::to_string(i));
+}
+
+void expectSameLists(const EinnahmeList& a, const EinnahmeList& b)
+{
+    ASSERT_EQ(a.size(), b.size());
+    for (std::size_t i = 0; i < a.size(); ++i)
+        expectSame(*a[i], *b[i], std::to_string(i));
+}
+
+TEST(LedgerFileTest, RoundTripKeepsEveryFieldToTheLastBit)
+{
+    EinnahmeList entries;
+    // Three levels of split bookings.
+    auto top = entry("Bürobedarf Müller & Söhne", 119.0f, 19.0f, 730'000'000.123456789);
+    auto child = entry("Papier", 59.5f, 19.0f, 730'000'000.5);
+    auto grandchild = entry("Druckerpapier A4, 5 Pakete", 23.8f, 19.0f, -0.0);
+    child->setChildTransactions({grandchild});
+    top->setChildTransactions({child, entry("Toner", 59.5f, 19.0f, 1.0e-300)});
+    entries.push_back(top);
+    // Values the setters would refuse are kept as they are.
+    auto odd = entry("", -5.0f, -7.0f, std::nextafter(86400.0, 0.0));
+    odd->setArt("einnahme");
+    auto oddStored = odd->stored();
+    oddStored.innergemeinschaftlicherErwerb = true;
+    oddStored.isNonEU = true;
+    oddStored.rechnungsnummer = "RE-2024-0001";
+    oddStored.steuernummer = "12/345/67890";
+    oddStored.leistungsart = std::string("mit\0Null", 8);
+    entries.push_back(Einnahme::restore(oddStored));
+    // Not-a-number payloads, infinities, subnormals, negative zero.
+    entries.push_back(entry("NaN", std::bit_cast<float>(0x7FC12345u), std::bit_cast<float>(0xFF812345u),
+        std::bit_cast<double>(0x7FF8000000ABCDEFull)));
+    entries.push_back(entry("Grenzwerte", std::numeric_limits<float>::denorm_min(), -0.0f,
+        -std::numeric_limits<double>::infinity()));
+    entries.push_back(entry("∞", std::numeric_limits<float>::infinity(), std::numeric_limits<float>::max(),
+        std::numeric_limits<double>::max()));
+    // Strings beyond the short length form, in both encodings, with characters beyond 16 bits.
+    entries.push_back(entry(std::string(300, 'x'), 1.0f, 7.0f, 0.0));
+    entries.push_back(entry("Gebühr 😀 für Überweisung nach Köln", 2.5f, 0.0f, 1.0));
+
+    const std::string bytes = LedgerFile::encode(entries);
+    ASSERT_EQ(bytes.substr(0, 8), "bplist00");
+    expectSameLists(entries, LedgerFile::decode(bytes));
+    EXPECT_EQ(LedgerFile::encode(LedgerFile::decode(bytes)), bytes);
+}
+
+TEST(LedgerFileTest, EmptyAndLargeListsRoundTrip)
+{
+    EXPECT_TRUE(LedgerFile::decode(LedgerFile::encode({})).empty());
+
+    // Eleven objects per entry: more than 65536 objects need three-byte references.
+    EinnahmeList many;
+    for (int i = 0; i < 7000; ++i)
+        many.push_back(entry("Eintrag " + std::to_string(i), static_cast<float>(i) / 3.0f, 19.0f, i * 86400.25));
+    const std::string bytes = LedgerFile::encode(many);
+    EXPECT_EQ(static_cast<unsigned char>(bytes[bytes.size() - 25]), 3u) << "object reference size";
+    expectSameLists(many, LedgerFile::decode(bytes));
+}
+
+TEST(LedgerFileTest, WriterRefusesWhatNoReaderWouldAccept)
+{
+    auto bad = entry(std::string("Caf\xE9", 4), 1.0f, 19.0f, 0.0);  // Latin-1, not UTF-8
+    auto parent = entry("Eltern", 1.0f, 19.0f, 0.0);
+    parent->setChildTransactions({entry("ok", 1.0f, 19.0f, 0.0), bad});
+    try {
+        LedgerFile::encode({entry("erster", 1.0f, 19.0f, 0.0), parent});
+        FAIL() << "encoded text that is not UTF-8";
+    } catch (const LedgerFileError& e) {
+        EXPECT_STREQ(e.what(), "entry 2 (child 2): name is not valid UTF-8 text");
+    }
+
+    // 513 entry levels are the most a reader accepts; one more is refused.
+    auto chain = [](int levels) {
+        auto head = entry("Ebene", 1.0f, 19.0f, 0.0);
+        auto current = head;
+        for (int i = 1; i < levels; ++i) {
+            auto next = entry("Ebene", 1.0f, 19.0f, 0.0);
+            current->setChildTransactions({next});
+            current = next;
+        }
+        return EinnahmeList{head};
+    };
+    EXPECT_EQ(LedgerFile::decode(LedgerFile::encode(chain(513))).size(), 1u);
+    EXPECT_THROW(LedgerFile::encode(chain(514)), LedgerFileError);
+
+    // An entry that holds itself as split booking ends at the cap, not in a crash.
+    auto loop = entry("Schleife", 1.0f, 19.0f, 0.0);
+    loop->setChildTransactions({loop});
+    EXPECT_THROW(LedgerFile::encode({loop}), LedgerFileError);
+    loop->setChildTransactions({});
+}
+
+class LedgerFileWriteTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/saldo-ledger-XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern), nullptr);
+        dir = pattern;
+    }
+    void TearDown() override { fs::remove_all(dir); }
+
+    static std::string contents(const fs::path& path)
+    {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    fs::path dir;
+};
+
+TEST_F(LedgerFileWriteTest, ReplacesTheFileAndKeepsItsPermissions)
+{
+    const fs::path file = dir / "Buchungen.saldo";
+    const EinnahmeList first = {entry("eins", 1.0f, 19.0f, 1.0)};
+    const EinnahmeList second = {entry("zwei", 2.0f, 7.0f, 2.0), entry("drei", 3.0f, 0.0f, 3.0)};
+    LedgerFile::write(file.string(), first);
+    expectSameLists(first, LedgerFile::read(file.string()));
+
+    ASSERT_EQ(::chmod(file.c_str(), 0640), 0);
+    LedgerFile::write(file.string(), second);
+    expectSameLists(second, LedgerFile::read(file.string()));
+    struct stat info {};
+    ASSERT_EQ(::stat(file.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0640u);
+
+    // Through a link the target is replaced and the link stays a link.
+    const fs::path link = dir / "Verknuepfung.saldo";
+    fs::create_symlink(file, link);
+    LedgerFile::write(link.string(), first);
+    EXPECT_TRUE(fs::is_symlink(link));
+    expectSameLists(first, LedgerFile::read(file.string()));
+
+    // Nothing but the two names is left in the folder.
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 2);
+}
+
+TEST_F(LedgerFileWriteTest, AFailedWriteLeavesTheOldFileIntact)
+{
+    const fs::path file = dir / "Buchungen.saldo";
+    LedgerFile::write(file.string(), {entry("alt", 1.0f, 19.0f, 1.0)});
+    const std::string before = contents(file);
+
+    EXPECT_THROW(LedgerFile::write(file.string(), {entry(std::string("\xFF"), 1.0f, 19.0f, 1.0)}), LedgerFileError);
+    EXPECT_EQ(contents(file), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 1);
+
+    // A folder that is not there: the error names the file and the reason.
+    try {
+        LedgerFile::write((dir / "fehlt" / "x.saldo").string(), {});
+        FAIL() << "wrote into a missing folder";
+    } catch (const LedgerFileError& e) {
+        EXPECT_NE(std::string(e.what()).find("x.saldo"), std::string::npos) << e.what();
+        EXPECT_NE(std::string(e.what()).find("No such file or directory"), std::string::npos) << e.what();
+    }
+}
+
+TEST_F(LedgerFileWriteTest, ReadNamesTheFileInItsErrors)
+{
+    const fs::path missing = dir / "gibt-es-nicht.saldo";
+    try {
+        LedgerFile::read(missing.string());
+        FAIL();
+    } catch (const LedgerFileError& e) {
+        EXPECT_EQ(std::string(e.what()), missing.string() + ": No such file or directory");
+    }
+    const fs::path text = dir / "notiz.txt";
+    std::ofstream(text) << "kein Ledger";
+    try {
+        LedgerFile::read(text.string());
+        FAIL();
+    } catch (const LedgerFileError& e) {
+        EXPECT_EQ(std::string(e.what()), text.string() + ": not a property list");
+    }
+    EXPECT_THROW(LedgerFile::read(dir.string()), LedgerFileError);
+}
+
+}  // namespace
+}  // namespace saldo
