@@ -1,1 +1,107 @@
-int main() { return 0; }
+// saldo-cli: reads, converts and evaluates ledger files from the command line.
+// Exit status 0 on success, 1 when a file cannot be read or written, 2 when the
+// command line is wrong. Every error is one line on standard error.
+#include "EntryDump.h"
+
+#include "evaluation/CalcEngine.h"
+#include "model/LedgerFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using saldo::EinnahmeList;
+
+constexpr int kOk = 0;
+constexpr int kUnreadable = 1;
+constexpr int kUsage = 2;
+
+const char* const kUsageText = R"(Usage: saldo-cli COMMAND ARGUMENTS
+
+Commands:
+  dump FILE         print every entry on one line, split bookings indented below it
+  check FILE        read the file and print how many entries it holds
+  convert IN OUT    read a ledger property list (binary or XML) and write it as a ledger file
+  report FILE       print the evaluation report of the entries
+  help              print this text
+
+Exit status: 0 done, 1 a file could not be read or written, 2 wrong command line.
+)";
+
+int usageError(const std::string& message)
+{
+    std::fprintf(stderr, "saldo-cli: %s (see saldo-cli --help)\n", message.c_str());
+    return kUsage;
+}
+
+int fileError(const std::string& message)
+{
+    std::fprintf(stderr, "saldo-cli: %s\n", message.c_str());
+    return kUnreadable;
+}
+
+int finishOutput()
+{
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+        return fileError(std::string("cannot write to standard output: ") + std::strerror(errno));
+    return kOk;
+}
+
+std::size_t countEntries(const EinnahmeList& entries)
+{
+    std::size_t count = entries.size();
+    for (const auto& e : entries)
+        count += countEntries(e->childTransactions());
+    return count;
+}
+
+int run(const std::vector<std::string>& args)
+{
+    if (args.empty())
+        return usageError("no command given");
+    const std::string& command = args[0];
+    if (command == "help" || command == "--help" || command == "-h") {
+        std::fputs(kUsageText, stdout);
+        return finishOutput();
+    }
+    const std::size_t wanted = command == "convert" ? 3 : 2;
+    if (command != "dump" && command != "check" && command != "convert" && command != "report")
+        return usageError("unknown command \"" + command + "\"");
+    if (args.size() != wanted)
+        return usageError(command + (wanted == 3 ? " takes two files, IN and OUT" : " takes one FILE"));
+
+    const EinnahmeList entries = saldo::LedgerFile::read(args[1]);
+    if (command == "dump") {
+        if (!saldo::cli::EntryDump::write(entries, stdout))
+            return finishOutput();
+    } else if (command == "check") {
+        const std::size_t all = countEntries(entries);
+        std::printf("%s: %zu entries, %zu split bookings\n", args[1].c_str(), entries.size(), all - entries.size());
+    } else if (command == "convert") {
+        saldo::LedgerFile::write(args[2], entries);
+    } else {
+        saldo::CalcEngine& engine = saldo::sharedCalcEngine();
+        engine.calculate(entries);
+        const std::string& text = engine.ergebnisString();
+        std::fwrite(text.data(), 1, text.size(), stdout);
+    }
+    return finishOutput();
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    std::vector<std::string> args(argv + 1, argv + argc);
+    try {
+        return run(args);
+    } catch (const saldo::LedgerFileError& e) {
+        return fileError(e.what());
+    } catch (const std::bad_alloc&) {
+        return fileError("out of memory");
+    }
+}

@@ -1,0 +1,193 @@
+// The command-line tool as a user runs it: exit status, standard output and
+// the one line on standard error.
+#include "evaluation/CalcEngine.h"
+#include "model/LedgerFile.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sys/wait.h>
+
+namespace saldo {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct CliRun {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+class SaldoCliTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/saldo-cli-XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern), nullptr);
+        dir = pattern;
+    }
+    void TearDown() override { fs::remove_all(dir); }
+
+    static std::string slurp(const fs::path& path)
+    {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    CliRun cli(const std::string& arguments)
+    {
+        const fs::path err = dir / "stderr.txt";
+        const std::string command = std::string(SALDO_CLI_PATH) + " " + arguments + " 2>" + err.string();
+        FILE* pipe = ::popen(command.c_str(), "r");
+        CliRun run;
+        char buffer[4096];
+        while (const std::size_t n = std::fread(buffer, 1, sizeof buffer, pipe))
+            run.out.append(buffer, n);
+        const int status = ::pclose(pipe);
+        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        run.err = slurp(err);
+        return run;
+    }
+
+    fs::path dir;
+};
+
+EinnahmeList sampleEntries()
+{
+    Einnahme::Stored s;
+    s.name = "Miete \"Büro\"";
+    s.kategorie = "4210 Miete Miete ";
+    s.art = kArtAusgabe;
+    s.brutto = 119.0f;
+    s.steuersatz = 19.0f;
+    // 2024-03-01 09:30:00 UTC: 8460 days and 9.5 hours after the reference date.
+    s.datum = 8460.0 * 86400 + 9.5 * 3600;
+    s.rechnungsnummer = "R-1";
+    Einnahme::Stored c;
+    c.name = "Anteil";
+    c.kategorie = "";
+    c.art = kArtEinnahme;
+    c.innergemeinschaftlicherErwerb = true;
+    c.brutto = 10.0f;
+    c.steuersatz = 7.0f;
+    c.datum = -0.25;
+    c.leistungsart = "Tab\there";
+    s.childTransactions = {Einnahme::restore(c)};
+    return {Einnahme::restore(s)};
+}
+
+TEST_F(SaldoCliTest, UsageErrorsExitWithTwo)
+{
+    const CliRun help = cli("--help");
+    EXPECT_EQ(help.status, 0);
+    for (const char* command : {"dump FILE", "check FILE", "convert IN OUT", "report FILE"})
+        EXPECT_NE(help.out.find(command), std::string::npos) << command;
+
+    for (const char* arguments : {"", "drucken x", "dump", "dump a b", "convert nur-eins"}) {
+        SCOPED_TRACE(arguments);
+        const CliRun run = cli(arguments);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err.rfind("saldo-cli: ", 0), 0u);
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1);
+    }
+}
+
+TEST_F(SaldoCliTest, UnreadableFilesExitWithOneAndNameFileAndReason)
+{
+    const fs::path missing = dir / "fehlt.saldo";
+    CliRun run = cli("dump " + missing.string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "saldo-cli: " + missing.string() + ": No such file or directory\n");
+
+    const fs::path corrupt = dir / "kaputt.saldo";
+    std::string bytes = LedgerFile::encode(sampleEntries());
+    bytes[bytes.size() - 25] = 0;  // object reference size
+    std::ofstream(corrupt, std::ios::binary) << bytes;
+    for (const char* command : {"dump ", "check ", "report "}) {
+        run = cli(command + corrupt.string());
+        EXPECT_EQ(run.status, 1) << command;
+        EXPECT_EQ(run.out, "") << command;
+        EXPECT_EQ(run.err, "saldo-cli: " + corrupt.string()
+                + ": object reference size 0 in the trailer is out of range (1 to 8)\n")
+            << command;
+    }
+    const fs::path out = dir / "neu.saldo";
+    run = cli("convert " + corrupt.string() + " " + out.string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_FALSE(fs::exists(out));
+}
+
+TEST_F(SaldoCliTest, DumpWritesOneLinePerEntryWithSplitBookingsIndented)
+{
+    const fs::path file = dir / "klein.saldo";
+    LedgerFile::write(file.string(), sampleEntries());
+    const CliRun run = cli("dump " + file.string());
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    // Berlin is an hour ahead of UTC in March; 119 / 1.19 in single precision is 99.99999.
+    EXPECT_EQ(run.out,
+        "name=\"Miete \\\"Büro\\\"\" kategorie=\"4210 Miete Miete \" art=\"Ausgabe\" "
+        "innergemeinschaftlicherErwerb=false isNonEU=false brutto=119 steuersatz=19 netto=99.99999 "
+        "datum=2024-03-01T10:30:00+01:00 (730978200) rechnungsnummer=\"R-1\" steuernummer=\"\" leistungsart=\"\" "
+        "childTransactions=1\n"
+        "  name=\"Anteil\" kategorie=\"\" art=\"Einnahme\" innergemeinschaftlicherErwerb=true isNonEU=false "
+        "brutto=10 steuersatz=7 netto=9.345794 datum=2001-01-01T00:59:59+01:00 (-0.25) rechnungsnummer=\"\" "
+        "steuernummer=\"\" leistungsart=\"Tab\\there\" childTransactions=0\n");
+
+    const CliRun check = cli("check " + file.string());
+    EXPECT_EQ(check.status, 0);
+    EXPECT_EQ(check.out, file.string() + ": 1 entries, 1 split bookings\n");
+}
+
+TEST_F(SaldoCliTest, ConvertTurnsXmlIntoTheBinaryLedgerFormat)
+{
+    const fs::path xml = dir / "liste.plist";
+    std::ofstream(xml) << R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><array><dict>
+<key>name</key><string>Beratung M&#xFC;ller</string><key>kategorie</key><string>8400 Erlöse</string>
+<key>art</key><string>Einnahme</string><key>innergemeinschaftlicherErwerb</key><false/>
+<key>isNonEU</key><true/><key>brutto</key><real>0.1</real><key>steuersatz</key><integer>19</integer>
+<key>datum</key><date>2024-12-31T23:00:00Z</date><key>rechnungsnummer</key><string>RE 9</string>
+<key>steuernummer</key><string/><key>leistungsart</key><string>Beratung</string>
+<key>childTransactions</key><array/><key>netto</key><real>0.08</real>
+</dict></array></plist>
+)";
+    const fs::path out = dir / "liste.saldo";
+    const CliRun run = cli("convert " + xml.string() + " " + out.string());
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out + run.err, "");
+    const std::string bytes = slurp(out);
+    EXPECT_EQ(bytes.substr(0, 8), "bplist00");
+    EXPECT_EQ(bytes.find("netto"), std::string::npos);
+    const EinnahmeList entries = LedgerFile::read(out.string());
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0]->name(), "Beratung Müller");
+    EXPECT_EQ(entries[0]->kategorie(), "8400 Erlöse");
+    EXPECT_TRUE(entries[0]->isNonEU());
+    EXPECT_EQ(entries[0]->brutto(), 0.1f);
+    EXPECT_EQ(entries[0]->steuersatz(), 19.0f);
+    // 2024-12-31 23:00 UTC: 8766 days after the reference date, less one hour.
+    EXPECT_EQ(entries[0]->datum(), 8766.0 * 86400 - 3600);
+    EXPECT_EQ(entries[0]->rechnungsnummer(), "RE 9");
+    EXPECT_EQ(entries[0]->leistungsart(), "Beratung");
+}
+
+TEST_F(SaldoCliTest, ReportWritesExactlyTheEngineText)
+{
+    const fs::path file = dir / "bericht.saldo";
+    const EinnahmeList entries = sampleEntries();
+    LedgerFile::write(file.string(), entries);
+    const CliRun run = cli("report " + file.string());
+    EXPECT_EQ(run.status, 0) << run.err;
+    sharedCalcEngine().calculate(LedgerFile::read(file.string()));
+    EXPECT_FALSE(run.out.empty());
+    EXPECT_EQ(run.out, sharedCalcEngine().ergebnisString());
+}
+
+}  // namespace
+}  // namespace saldo
