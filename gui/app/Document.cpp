@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QSaveFile>
 #include <QUndoStack>
 
@@ -109,8 +110,10 @@ void Document::showWindows()
 {
     makeWindowControllers();
     window_->show();
-    window_->raise();
-    window_->activateWindow();
+    if (QGuiApplication::platformName() != QLatin1String("offscreen")) {
+        window_->raise();
+        window_->activateWindow();
+    }
 }
 
 ViewController* Document::entryList() const

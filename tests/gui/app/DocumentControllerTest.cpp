@@ -1,0 +1,132 @@
+// The document controller: each file open once, unreadable files refused with
+// one message, recent files, closing everything on quit.
+#include "app/Document.h"
+#include "app/DocumentController.h"
+#include "app/DocumentWindow.h"
+#include "entrylist/ViewController.h"
+#include "gui/support/LedgerFixtures.h"
+#include "gui/support/ScriptedDialogs.h"
+#include "model/Kategorien.h"
+#include "platform/UserDefaults.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace saldo::gui {
+namespace {
+
+using testing::encoded;
+using testing::sampleEntries;
+using testing::ScriptedDialogs;
+using testing::writeBytes;
+
+class DocumentControllerTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(dir.isValid()); }
+    void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    QString ledger(const QString& name, int count)
+    {
+        const QString path = dir.filePath(name);
+        EXPECT_TRUE(writeBytes(path, encoded(sampleEntries(count))));
+        return path;
+    }
+
+    InMemoryUserDefaults defaults;
+    QTemporaryDir dir;
+    ScriptedDialogs dialogs;
+    DocumentController controller{defaults};
+};
+
+TEST_F(DocumentControllerTest, AFileIsOpenedOnceWhateverItsPathIsCalled)
+{
+    const QString path = ledger(QStringLiteral("Kasse.saldo"), 2);
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("unter")));
+    ASSERT_TRUE(QFile::link(path, dir.filePath(QStringLiteral("Verweis.saldo"))));
+
+    Document* first = controller.openDocument(path);
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(first->windowController()->isVisible());
+    EXPECT_EQ(controller.openDocument(dir.path() + QStringLiteral("/unter/../Kasse.saldo")), first);
+    EXPECT_EQ(controller.openDocument(dir.filePath(QStringLiteral("Verweis.saldo"))), first);
+    EXPECT_EQ(controller.documents().size(), 1u);
+
+    Document* other = controller.openDocument(ledger(QStringLiteral("Bank.saldo"), 3));
+    ASSERT_NE(other, nullptr);
+    EXPECT_NE(other, first);
+    EXPECT_EQ(other->entryList()->einnahmen().size(), 3u);
+    EXPECT_EQ(controller.documents().size(), 2u);
+}
+
+TEST_F(DocumentControllerTest, AnUnreadableFileOpensNoWindowAndSaysWhichFile)
+{
+    const QString path = dir.filePath(QStringLiteral("Kaputt.saldo"));
+    ASSERT_TRUE(writeBytes(path, QByteArray("bplist00\x01\x02 kein Ledger")));
+    const int windowsBefore = static_cast<int>(QApplication::topLevelWidgets().size());
+
+    EXPECT_EQ(controller.openDocument(path), nullptr);
+    EXPECT_EQ(controller.openDocument(dir.filePath(QStringLiteral("Fehlt.saldo"))), nullptr);
+
+    EXPECT_TRUE(controller.documents().empty());
+    EXPECT_EQ(static_cast<int>(QApplication::topLevelWidgets().size()), windowsBefore);
+    ASSERT_EQ(dialogs.errors.size(), 2);
+    EXPECT_EQ(dialogs.errors[0], QStringLiteral("Das Dokument „Kaputt.saldo“ konnte nicht geöffnet werden.\n"
+                                                "Die Datei ist keine lesbare Saldo-Datei."));
+    EXPECT_TRUE(dialogs.errors[1].startsWith(QStringLiteral("Das Dokument „Fehlt.saldo“")));
+    EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
+}
+
+TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCategories)
+{
+    QStringList opened;
+    for (int i = 0; i < DocumentController::kMaxRecentDocuments + 2; ++i)
+        opened << controller.openDocument(ledger(QStringLiteral("Jahr%1.saldo").arg(2000 + i), 1))->filePath();
+    controller.openDocument(opened[5]);  // already open: moves to the front
+
+    const QStringList recent = controller.recentDocumentPaths();
+    ASSERT_EQ(recent.size(), DocumentController::kMaxRecentDocuments);
+    EXPECT_EQ(recent[0], opened[5]);
+    EXPECT_EQ(recent[1], opened.last());
+    EXPECT_FALSE(recent.contains(opened[0]));
+    // The category list beside it is untouched.
+    EXPECT_EQ(defaults.stringArray(Kategorien::kKey), Kategorien::defaultKategorien());
+
+    controller.clearRecentDocuments();
+    EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
+}
+
+TEST_F(DocumentControllerTest, NewDocumentsGetTheControllersAutosaveDelay)
+{
+    controller.setAutosavingDelay(1.5);
+    Document* document = controller.newDocument();
+    EXPECT_TRUE(document->isUntitled());
+    EXPECT_EQ(document->autosaveTimer().interval(), 1500);
+    Document* opened = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
+    EXPECT_EQ(opened->autosaveTimer().interval(), 1500);
+}
+
+TEST_F(DocumentControllerTest, QuittingAsksForEachChangedUntitledDocumentAndStopsAtCancel)
+{
+    Document* a = controller.newDocument();
+    Document* b = controller.newDocument();
+    Document* saved = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
+    a->entryList()->addEntry();
+    b->entryList()->addEntry();
+    saved->entryList()->addEntry();
+
+    dialogs.saveChoices = {Dialogs::SaveChoice::DontSave, Dialogs::SaveChoice::Cancel};
+    EXPECT_FALSE(controller.closeAllDocuments());
+    EXPECT_EQ(dialogs.asked.size(), 2);
+    EXPECT_EQ(controller.documents().size(), 2u);  // b refused; the file was never reached
+
+    dialogs.saveChoices = {Dialogs::SaveChoice::DontSave};
+    EXPECT_TRUE(controller.closeAllDocuments());
+    EXPECT_TRUE(controller.documents().empty());
+    EXPECT_EQ(testing::decodeFile(dir.filePath(QStringLiteral("Kasse.saldo"))).size(), 2u);
+}
+
+}  // namespace
+}  // namespace saldo::gui

@@ -1,0 +1,76 @@
+// The preferences file: lists of any length survive a new start of the
+// program, and a value that is not a list of texts reads as nothing and stays.
+#include "model/Kategorien.h"
+#include "platform/SettingsUserDefaults.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace saldo::gui {
+namespace {
+
+// QSettings caches a file per process; a copy under a new name is read afresh,
+// as the next start of the program would read it.
+std::optional<std::vector<std::string>> readAfresh(const QString& file, const QString& copy, const char* key)
+{
+    EXPECT_TRUE(QFile::copy(file, copy));
+    return SettingsUserDefaults(copy).stringArray(key);
+}
+
+TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("Saldo.conf"));
+    const std::vector<std::string> chart = Kategorien::defaultKategorien();
+    const std::vector<std::string> one{"1000 Kasse Kasse "};
+    const std::vector<std::string> tricky{" führendes Blank", "Komma, und \"Anführung\"", "", "a\\b=c;d"};
+    {
+        SettingsUserDefaults defaults(file);
+        EXPECT_FALSE(defaults.hasValue(Kategorien::kKey));
+        defaults.setStringArray(Kategorien::kKey, chart);
+        defaults.setStringArray("eins", one);
+        defaults.setStringArray("leer", {});
+        defaults.setStringArray("knifflig", tricky);
+        defaults.setStringArray("kuerzer", chart);
+        defaults.setStringArray("kuerzer", one);  // a shorter list leaves no old rows behind
+    }
+    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("1.conf")), Kategorien::kKey), chart);
+    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("2.conf")), "eins"), one);
+    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("3.conf")), "leer"), std::vector<std::string>{});
+    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("4.conf")), "knifflig"), tricky);
+    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("5.conf")), "kuerzer"), one);
+    EXPECT_TRUE(SettingsUserDefaults(dir.filePath(QStringLiteral("3.conf"))).hasValue("leer"));
+}
+
+TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("Saldo.conf"));
+    const QByteArray text = "[General]\n"
+                            "Kategorien=42\n"
+                            "[Zaehlung]\nsize=3\n1=a\n2=b\n"
+                            "[Unsinn]\nsize=viele\n1=a\n";
+    {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(text);
+    }
+    SettingsUserDefaults defaults(file);
+    EXPECT_TRUE(defaults.hasValue(Kategorien::kKey));
+    EXPECT_EQ(defaults.stringArray(Kategorien::kKey), std::nullopt);
+    EXPECT_EQ(defaults.stringArray("Zaehlung"), std::nullopt);  // a row missing
+    EXPECT_EQ(defaults.stringArray("Unsinn"), std::nullopt);
+    EXPECT_EQ(defaults.stringArray("Fehlt"), std::nullopt);
+
+    // Readers fall back to the default chart without writing it over the value.
+    EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien());
+    Kategorien::storeDefaultKategorienIfMissing(defaults);
+    defaults.settings().sync();
+    QFile in(file);
+    ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(in.readAll().contains("Kategorien=42"));
+}
+
+}  // namespace
+}  // namespace saldo::gui
