@@ -20,21 +20,20 @@ using namespace saldo;
 // spread over ten years, a third of the entries are expenses.
 EinnahmeList makeLedger(std::size_t count)
 {
-    static const char* names[] = {"Miete B\u00fcro",   "Strom",           "Telefon",        "Porto",
-                                  "Beratung Kunde",   "Honorar",         "B\u00fcromaterial", "Fahrtkosten",
-                                  "Software Lizenz",  "Gr\u00fcnpflege",  "Versicherung",   "Bewirtung",
-                                  "Werbung",          "Miete Lager",     "Wartung",        "\u00dcbersetzung"};
-    static const char* kategorien[] = {"8400 Erl\u00f6se 19% USt", "4210 Miete", "4240 Gas, Strom, Wasser",
-                                       "4920 Telefon", "4910 Porto", "4930 B\u00fcrobedarf", "4650 Bewirtungskosten",
-                                       "4600 Werbekosten", "8300 Erl\u00f6se 7% USt", "4360 Versicherungen"};
-    static const float rates[] = {19.0f, 19.0f, 19.0f, 7.0f, 0.0f};
+    static const char* names[] = { "Miete B\u00fcro", "Strom", "Telefon", "Porto", "Beratung Kunde", "Honorar",
+        "B\u00fcromaterial", "Fahrtkosten", "Software Lizenz", "Gr\u00fcnpflege", "Versicherung", "Bewirtung",
+        "Werbung", "Miete Lager", "Wartung", "\u00dcbersetzung" };
+    static const char* kategorien[] = { "8400 Erl\u00f6se 19% USt", "4210 Miete", "4240 Gas, Strom, Wasser",
+        "4920 Telefon", "4910 Porto", "4930 B\u00fcrobedarf", "4650 Bewirtungskosten", "4600 Werbekosten",
+        "8300 Erl\u00f6se 7% USt", "4360 Versicherungen" };
+    static const float rates[] = { 19.0f, 19.0f, 19.0f, 7.0f, 0.0f };
     std::mt19937 rng(12345);
     EinnahmeList list;
     list.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         const float brutto = static_cast<float>(rng() % 500000) / 100.0f;
         auto e = Einnahme::make(std::string(names[rng() % 16]) + " " + std::to_string(rng() % 1000),
-                                kategorien[rng() % 10], brutto, rates[rng() % 5]);
+            kategorien[rng() % 10], brutto, rates[rng() % 5]);
         e->setArt(rng() % 3 == 0 ? kArtAusgabe : kArtEinnahme);
         // 2015-01-01 to 2025-01-01, any time of day.
         e->setDatum(441763200.0 + static_cast<double>(rng() % 315576000u));

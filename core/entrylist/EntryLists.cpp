@@ -12,8 +12,7 @@ namespace {
 
 // Keeps the entries for which `remove(index, entry)` is false, in order. The
 // predicate sees every entry exactly once, front to back, so it may count.
-template <typename Predicate>
-void removeInOrder(EinnahmeList& list, Predicate remove)
+template <typename Predicate> void removeInOrder(EinnahmeList& list, Predicate remove)
 {
     std::size_t kept = 0;
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -36,7 +35,7 @@ void EntryLists::setEntries(EinnahmeList entries)
 
 void EntryLists::setStartingEntry()
 {
-    setEntries({Einnahme::make("Neu", "", 0.0f, 19.0f)});
+    setEntries({ Einnahme::make("Neu", "", 0.0f, 19.0f) });
 }
 
 std::size_t EntryLists::addEntry()

@@ -58,8 +58,7 @@ public:
     // The row the duplicate command works on: the selected row, or the last row
     // when nothing is selected; nothing when the list is empty or the selected
     // row lies outside it.
-    static std::optional<std::size_t> duplicateSourceRow(std::optional<std::size_t> selectedRow,
-                                                         std::size_t rowCount);
+    static std::optional<std::size_t> duplicateSourceRow(std::optional<std::size_t> selectedRow, std::size_t rowCount);
 
     // Removes the entries at the given rows (any order; duplicates and rows
     // outside the list are ignored), walking from the highest row to the lowest:

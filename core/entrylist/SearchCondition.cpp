@@ -102,8 +102,7 @@ bool SearchCondition::matches(const Einnahme& entry) const
     }
     case Relation::IsTrue:
     case Relation::IsFalse: {
-        const bool value =
-            field_ == Field::NonEU ? entry.isNonEU() : entry.innergemeinschaftlicherErwerb();
+        const bool value = field_ == Field::NonEU ? entry.isNonEU() : entry.innergemeinschaftlicherErwerb();
         return value == (relation_ == Relation::IsTrue);
     }
     case Relation::AtLeast:

@@ -15,16 +15,27 @@ namespace saldo {
 // conditions compare `datum` with local midnights.
 class SearchCondition {
 public:
-    enum class Field { Everything, Name, Kategorie, Art, NonEU, Innergemeinschaftlich, Brutto, Netto, Steuersatz, Datum };
+    enum class Field {
+        Everything,
+        Name,
+        Kategorie,
+        Art,
+        NonEU,
+        Innergemeinschaftlich,
+        Brutto,
+        Netto,
+        Steuersatz,
+        Datum
+    };
     enum class Relation {
-        Any,       // every entry
-        Contains,  // text fields
-        IsTrue,    // flags
+        Any, // every entry
+        Contains, // text fields
+        IsTrue, // flags
         IsFalse,
-        AtLeast,   // numbers and dates: >=
-        Equal,     // numbers: ==
-        AtMost,    // numbers and dates: <=
-        Within,    // dates: from <= datum < to
+        AtLeast, // numbers and dates: >=
+        Equal, // numbers: ==
+        AtMost, // numbers and dates: <=
+        Within, // dates: from <= datum < to
     };
 
     static SearchCondition everything();
@@ -53,7 +64,7 @@ private:
 
     Field field_;
     Relation relation_;
-    std::string text_;  // NFC form of the searched text
+    std::string text_; // NFC form of the searched text
     float value_ = 0.0f;
     ReferenceSeconds from_ = 0.0;
     ReferenceSeconds to_ = 0.0;

@@ -10,15 +10,16 @@ std::string_view SearchMenu::title()
 const std::vector<SearchMenu::Item>& SearchMenu::items()
 {
     static const std::vector<Item> menu = {
-        {"Name", true, {}},
-        {"Kategorie", true, {}},
-        {"Art", true, {}},
-        {"Non EU", true, {}},
-        {"Innergemeinschaftlich", true, {}},
-        {"Brutto", false, {{"Brutto >=", true, {}}, {"Brutto =", true, {}}, {"Brutto <=", true, {}}}},
-        {"Netto", false, {{"Netto >=", true, {}}, {"Netto <=", true, {}}}},
-        {"Steuersatz", false, {{"Steuersatz >=", true, {}}, {"Steuersatz =", true, {}}, {"Steuersatz <=", true, {}}}},
-        {"Datum", false, {{"Datum >=", true, {}}, {"Datum =", true, {}}, {"Datum <=", true, {}}}},
+        { "Name", true, {} },
+        { "Kategorie", true, {} },
+        { "Art", true, {} },
+        { "Non EU", true, {} },
+        { "Innergemeinschaftlich", true, {} },
+        { "Brutto", false, { { "Brutto >=", true, {} }, { "Brutto =", true, {} }, { "Brutto <=", true, {} } } },
+        { "Netto", false, { { "Netto >=", true, {} }, { "Netto <=", true, {} } } },
+        { "Steuersatz", false,
+            { { "Steuersatz >=", true, {} }, { "Steuersatz =", true, {} }, { "Steuersatz <=", true, {} } } },
+        { "Datum", false, { { "Datum >=", true, {} }, { "Datum =", true, {} }, { "Datum <=", true, {} } } },
     };
     return menu;
 }

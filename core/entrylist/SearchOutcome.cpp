@@ -15,14 +15,14 @@ struct AmountMode {
 };
 
 constexpr AmountMode kAmountModes[] = {
-    {"Brutto >=", Field::Brutto, Relation::AtLeast},
-    {"Brutto =", Field::Brutto, Relation::Equal},
-    {"Brutto <=", Field::Brutto, Relation::AtMost},
-    {"Netto >=", Field::Netto, Relation::AtLeast},
-    {"Netto <=", Field::Netto, Relation::AtMost},
-    {"Steuersatz >=", Field::Steuersatz, Relation::AtLeast},
-    {"Steuersatz =", Field::Steuersatz, Relation::Equal},
-    {"Steuersatz <=", Field::Steuersatz, Relation::AtMost},
+    { "Brutto >=", Field::Brutto, Relation::AtLeast },
+    { "Brutto =", Field::Brutto, Relation::Equal },
+    { "Brutto <=", Field::Brutto, Relation::AtMost },
+    { "Netto >=", Field::Netto, Relation::AtLeast },
+    { "Netto <=", Field::Netto, Relation::AtMost },
+    { "Steuersatz >=", Field::Steuersatz, Relation::AtLeast },
+    { "Steuersatz =", Field::Steuersatz, Relation::Equal },
+    { "Steuersatz <=", Field::Steuersatz, Relation::AtMost },
 };
 
 }  // namespace

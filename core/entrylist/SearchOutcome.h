@@ -34,7 +34,10 @@ public:
     static SearchOutcome filter(SearchCondition condition);
 
 private:
-    explicit SearchOutcome(Kind kind) : kind_(kind) {}
+    explicit SearchOutcome(Kind kind)
+        : kind_(kind)
+    {
+    }
 
     Kind kind_;
     std::optional<SearchCondition> condition_;

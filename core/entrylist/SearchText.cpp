@@ -26,7 +26,7 @@ bool isLeapYear(int year)
 
 int daysInMonth(int year, int month)
 {
-    static constexpr int days[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    static constexpr int days[12] = { 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31 };
     return month == 2 && isLeapYear(year) ? 29 : days[month - 1];
 }
 
@@ -49,8 +49,8 @@ std::optional<float> SearchText::number(std::string_view text)
         if (!isDigit(c) && c != '.' && c != 'e' && c != 'E' && c != '+' && c != '-')
             return std::nullopt;
     float value = 0.0f;
-    const auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), value,
-                                           std::chars_format::general);
+    const auto [end, ec]
+        = std::from_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::general);
     if (ec != std::errc() || end != digits.data() + digits.size())
         return std::nullopt;
     return value;
@@ -60,7 +60,7 @@ std::optional<SearchText::Day> SearchText::day(std::string_view text)
 {
     if (text.size() != 10 || text[2] != '-' || text[5] != '-')
         return std::nullopt;
-    for (std::size_t i : {0u, 1u, 3u, 4u, 6u, 7u, 8u, 9u})
+    for (std::size_t i : { 0u, 1u, 3u, 4u, 6u, 7u, 8u, 9u })
         if (!isDigit(text[i]))
             return std::nullopt;
     Day result;
@@ -90,7 +90,7 @@ std::optional<SearchText::LocalDay> SearchText::localDay(std::string_view text)
         }
     }
     const auto end = Calendar::localMidnight(next.year, next.month, next.day);
-    return LocalDay{*start, end.value_or(std::numeric_limits<double>::infinity())};
+    return LocalDay { *start, end.value_or(std::numeric_limits<double>::infinity()) };
 }
 
 }  // namespace saldo

@@ -12,7 +12,20 @@
 namespace saldo {
 namespace {
 
-enum class Key { Name, NonEU, Innergem, Art, Kategorie, Brutto, Netto, Steuersatz, Datum, Rechnungsnummer, Steuernummer, Default };
+enum class Key {
+    Name,
+    NonEU,
+    Innergem,
+    Art,
+    Kategorie,
+    Brutto,
+    Netto,
+    Steuersatz,
+    Datum,
+    Rechnungsnummer,
+    Steuernummer,
+    Default
+};
 
 Key resolve(std::optional<std::string_view> key)
 {
@@ -26,7 +39,8 @@ Key resolve(std::optional<std::string_view> key)
 
 bool isText(Key k)
 {
-    return k == Key::Name || k == Key::Art || k == Key::Kategorie || k == Key::Rechnungsnummer || k == Key::Steuernummer;
+    return k == Key::Name || k == Key::Art || k == Key::Kategorie || k == Key::Rechnungsnummer
+        || k == Key::Steuernummer;
 }
 
 bool isFloat(Key k)
@@ -69,8 +83,7 @@ bool flagOf(const Einnahme& e, Key k)
 
 // Numbers ascending with every NaN after every number and NaNs equivalent to
 // each other: a strict weak ordering, unlike the plain `<`.
-template <typename T>
-bool numberLess(T a, T b)
+template <typename T> bool numberLess(T a, T b)
 {
     if (std::isnan(a))
         return false;
@@ -80,25 +93,22 @@ bool numberLess(T a, T b)
 }
 
 // A precomputed number key beside the entry's position in the list.
-template <typename K>
-struct Keyed {
+template <typename K> struct Keyed {
     K key;
     std::uint32_t index;
 };
 
-template <typename K>
-bool keyedLess(const Keyed<K>& a, const Keyed<K>& b)
+template <typename K> bool keyedLess(const Keyed<K>& a, const Keyed<K>& b)
 {
     return numberLess(a.key, b.key);
 }
 
-template <typename K, typename MakeKey>
-std::vector<Keyed<K>> keysOf(const EinnahmeList& list, MakeKey makeKey)
+template <typename K, typename MakeKey> std::vector<Keyed<K>> keysOf(const EinnahmeList& list, MakeKey makeKey)
 {
     std::vector<Keyed<K>> items;
     items.reserve(list.size());
     for (std::size_t i = 0; i < list.size(); ++i)
-        items.push_back({makeKey(*list[i]), static_cast<std::uint32_t>(i)});
+        items.push_back({ makeKey(*list[i]), static_cast<std::uint32_t>(i) });
     return items;
 }
 
@@ -113,7 +123,7 @@ struct TextItem {
     float brutto;
     std::uint32_t index;
 
-    std::string_view text() const { return {data, size}; }
+    std::string_view text() const { return { data, size }; }
 };
 
 bool textLess(const TextItem& a, const TextItem& b)
@@ -136,8 +146,7 @@ bool defaultLess(const TextItem& a, const TextItem& b)
 // The text keys of a list, in list order. The byte order of NFC forms is the
 // order of UnicodeText::compare (which compares NFC forms, or the bytes of a
 // text that is not UTF-8, as UnicodeText::nfc gives them).
-template <typename TextOf>
-std::vector<TextItem> textItems(const EinnahmeList& list, std::string& buffer, TextOf textOf)
+template <typename TextOf> std::vector<TextItem> textItems(const EinnahmeList& list, std::string& buffer, TextOf textOf)
 {
     std::vector<TextItem> items(list.size());
     std::vector<std::size_t> offsets(list.size());
@@ -214,8 +223,7 @@ void SortOrdering::sortEinnahmen(EinnahmeList& list, std::optional<std::string_v
 
     if (key == Key::NonEU || key == Key::Innergem) {
         // Two key values: one partition pass is a complete sort.
-        std::partition(list.begin(), list.end(),
-                       [&](const EinnahmePtr& e) { return flagOf(*e, key) != ascending; });
+        std::partition(list.begin(), list.end(), [&](const EinnahmePtr& e) { return flagOf(*e, key) != ascending; });
         return;
     }
     if (isText(key)) {

@@ -21,9 +21,8 @@ namespace saldo {
 class SortOrdering {
 public:
     // The keys of the first eleven table columns, in column order.
-    static constexpr std::array<std::string_view, 11> kColumnKeys = {
-        "name",  "noneu",      "innergem", "art",             "kategorie",   "brutto",
-        "netto", "steuersatz", "datum",    "rechnungsnummer", "steuernummer"};
+    static constexpr std::array<std::string_view, 11> kColumnKeys = { "name", "noneu", "innergem", "art", "kategorie",
+        "brutto", "netto", "steuersatz", "datum", "rechnungsnummer", "steuernummer" };
 
     static bool isColumnKey(std::string_view key);
 

@@ -41,9 +41,9 @@ TEST(EntryListsTest, StartingEntryAndAddingPlaceNewEntriesInBothLists)
     EXPECT_EQ(lists.backupEinnahmen(), lists.einnahmen());
 
     // Under a filter that "Neu" does not meet, the new entry is still shown, last.
-    lists.setEntries(makeEntries({"Miete", "Strom", "Miete Garage"}));
+    lists.setEntries(makeEntries({ "Miete", "Strom", "Miete Garage" }));
     ASSERT_TRUE(lists.applySearch(SearchOutcome::decide("Name", "Miete")));
-    ASSERT_EQ(namesOf(lists.einnahmen()), (Names{"Miete", "Miete Garage"}));
+    ASSERT_EQ(namesOf(lists.einnahmen()), (Names { "Miete", "Miete Garage" }));
     EXPECT_EQ(lists.addEntry(), 2u);
     ASSERT_EQ(lists.einnahmen().size(), 3u);
     const auto& added = lists.einnahmen()[2];
@@ -57,11 +57,11 @@ TEST(EntryListsTest, StartingEntryAndAddingPlaceNewEntriesInBothLists)
 TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteList)
 {
     EntryLists lists;
-    lists.setEntries(makeEntries({"A", "B", "C"}));
+    lists.setEntries(makeEntries({ "A", "B", "C" }));
     const auto source = lists.einnahmen()[1];
     EXPECT_EQ(lists.duplicate(1), 2u);
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"A", "B", "B Kopie", "C"}));
-    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"A", "B", "C", "B Kopie"}));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "A", "B", "B Kopie", "C" }));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "A", "B", "C", "B Kopie" }));
     EXPECT_EQ(lists.einnahmen()[2], lists.backupEinnahmen()[3]);
     EXPECT_NE(lists.einnahmen()[2], source);
 
@@ -79,13 +79,13 @@ TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteLis
 TEST(EntryListsTest, ReplacingTakesTheShownRowAndTheSourcesPlaceInTheCompleteList)
 {
     EntryLists lists;
-    lists.setEntries(makeEntries({"c", "a", "b"}));
+    lists.setEntries(makeEntries({ "c", "a", "b" }));
     lists.sortEinnahmen("name", true);
-    ASSERT_EQ(namesOf(lists.einnahmen()), (Names{"a", "b", "c"}));
+    ASSERT_EQ(namesOf(lists.einnahmen()), (Names { "a", "b", "c" }));
     auto working = Einnahme::make("a edited", "", 1.0f, 7.0f);
     EXPECT_TRUE(lists.replaceEntry(0, working));
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"a edited", "b", "c"}));
-    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"c", "a edited", "b"}));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "a edited", "b", "c" }));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "c", "a edited", "b" }));
     EXPECT_EQ(lists.backupEinnahmen()[1], working);
     EXPECT_FALSE(lists.replaceEntry(3, Einnahme::make("x", "", 1.0f, 7.0f)));
     EXPECT_EQ(lists.backupEinnahmen().size(), 3u);
@@ -94,26 +94,26 @@ TEST(EntryListsTest, ReplacingTakesTheShownRowAndTheSourcesPlaceInTheCompleteLis
 TEST(EntryListsTest, DeleteUndoRedoOfTwoRowsOfFive)
 {
     EntryLists lists;
-    lists.setEntries(makeEntries({"e0", "e1", "e2", "e3", "e4"}));
+    lists.setEntries(makeEntries({ "e0", "e1", "e2", "e3", "e4" }));
     const EinnahmeList before = lists.einnahmen();
 
-    const DeletionRecord record = lists.deleteRows({1, 3});
+    const DeletionRecord record = lists.deleteRows({ 1, 3 });
     ASSERT_EQ(record.size(), 2u);
     EXPECT_EQ(record.entries()[0], before[3]);
     EXPECT_EQ(record.entries()[1], before[1]);
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"e0", "e2", "e4"}));
-    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"e0", "e2", "e4"}));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "e0", "e2", "e4" }));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "e0", "e2", "e4" }));
 
-    EXPECT_EQ(lists.undoDeletion(record), (std::vector<std::size_t>{3, 4}));
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"e0", "e2", "e4", "e3", "e1"}));
-    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"e0", "e2", "e4", "e3", "e1"}));
+    EXPECT_EQ(lists.undoDeletion(record), (std::vector<std::size_t> { 3, 4 }));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "e0", "e2", "e4", "e3", "e1" }));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "e0", "e2", "e4", "e3", "e1" }));
     EXPECT_EQ(lists.einnahmen()[3], before[3]);
 
     // A different entry with the same fields as a deleted one survives the redo.
     auto twin = Einnahme::restore(before[1]->stored());
-    lists.undoDeletion(DeletionRecord({twin}));
+    lists.undoDeletion(DeletionRecord({ twin }));
     lists.redoDeletion(record);
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"e0", "e2", "e4", "e1"}));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "e0", "e2", "e4", "e1" }));
     EXPECT_EQ(lists.einnahmen()[3], twin);
     EXPECT_EQ(lists.backupEinnahmen()[3], twin);
 
@@ -129,17 +129,17 @@ TEST(EntryListsTest, DeleteUndoRedoOfTwoRowsOfFive)
 TEST(EntryListsTest, DeletingUnderAFilterLeavesHiddenEntriesAndIgnoresBadRows)
 {
     EntryLists lists;
-    lists.setEntries(makeEntries({"Strom", "Miete", "Telefon", "Miete Garage", "Porto"}));
+    lists.setEntries(makeEntries({ "Strom", "Miete", "Telefon", "Miete Garage", "Porto" }));
     ASSERT_TRUE(lists.applySearch(SearchOutcome::decide("Name", "Miete")));
-    ASSERT_EQ(namesOf(lists.einnahmen()), (Names{"Miete", "Miete Garage"}));
+    ASSERT_EQ(namesOf(lists.einnahmen()), (Names { "Miete", "Miete Garage" }));
 
-    const DeletionRecord record = lists.deleteRows({1, 1, 7});
+    const DeletionRecord record = lists.deleteRows({ 1, 1, 7 });
     ASSERT_EQ(record.size(), 1u);
     EXPECT_EQ(record.entries()[0]->name(), "Miete Garage");
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"Miete"}));
-    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names{"Strom", "Miete", "Telefon", "Porto"}));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "Miete" }));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "Strom", "Miete", "Telefon", "Porto" }));
 
-    EXPECT_TRUE(lists.deleteRows({5}).empty());
+    EXPECT_TRUE(lists.deleteRows({ 5 }).empty());
     EXPECT_EQ(lists.backupEinnahmen().size(), 4u);
 }
 
@@ -180,7 +180,7 @@ struct Reference {
     void redo(const EinnahmeList& record)
     {
         for (const auto& entry : record) {
-            for (auto* list : {&shown, &complete}) {
+            for (auto* list : { &shown, &complete }) {
                 auto it = std::find(list->begin(), list->end(), entry);
                 while (it != list->end()) {
                     list->erase(it);
@@ -194,8 +194,8 @@ struct Reference {
 TEST(EntryListsTest, SinglePassEditsMatchTheOneByOneRulesOnRandomLists)
 {
     std::mt19937 rng(20240611);
-    const char* names[] = {"Miete", "Strom", "Porto", "Miete Garage", "Telefon"};
-    const char* keys[] = {"name", "brutto", "datum", "art"};
+    const char* names[] = { "Miete", "Strom", "Porto", "Miete Garage", "Telefon" };
+    const char* keys[] = { "name", "brutto", "datum", "art" };
     for (int round = 0; round < 300; ++round) {
         // A pool of entries placed into the complete list with repetitions, so
         // the same object may stand in several places of both lists.
@@ -212,7 +212,7 @@ TEST(EntryListsTest, SinglePassEditsMatchTheOneByOneRulesOnRandomLists)
         std::vector<DeletionRecord> records;
 
         for (int step = 0; step < 12; ++step) {
-            Reference ref{lists.einnahmen(), lists.backupEinnahmen()};
+            Reference ref { lists.einnahmen(), lists.backupEinnahmen() };
             const int op = static_cast<int>(rng() % 6);
             if (op == 0) {
                 lists.applySearch(SearchOutcome::decide("Name", rng() % 3 ? "M" : ""));

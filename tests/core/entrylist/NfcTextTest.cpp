@@ -12,10 +12,8 @@ namespace {
 // random texts from pieces that compose, reorder, decompose or are not UTF-8.
 TEST(NfcTextTest, TheShortcutAgreesWithTheNormaliser)
 {
-    const char* pieces[] = {"a",          "A",        "e",          " ",        "\u00e4",   "\u00df",
-                            "\u00a0",     "\u0080",   "\u0308",     "\u0301",   "\u0323",   "\u212b",
-                            "\u037e",     "\u1100",   "\u1161",     "\u20ac",   "\xc3",     "\xc2",
-                            "\x80",       "\xff",     "\u00c5",     "\u0041\u030a"};
+    const char* pieces[] = { "a", "A", "e", " ", "\u00e4", "\u00df", "\u00a0", "\u0080", "\u0308", "\u0301", "\u0323",
+        "\u212b", "\u037e", "\u1100", "\u1161", "\u20ac", "\xc3", "\xc2", "\x80", "\xff", "\u00c5", "\u0041\u030a" };
     EXPECT_TRUE(NfcText::isCertainlyNfc("B\u00fcro Gr\u00fc\u00dfe \u00e9t\u00e9 \u00a0\u00bd"));
     EXPECT_FALSE(NfcText::isCertainlyNfc("Bu\u0308ro"));
     EXPECT_FALSE(NfcText::isCertainlyNfc("\xc3"));

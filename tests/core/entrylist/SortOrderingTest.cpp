@@ -1,6 +1,6 @@
+#include "entrylist/SortOrdering.h"
 #include "entrylist/EntryLists.h"
 #include "entrylist/SearchOutcome.h"
-#include "entrylist/SortOrdering.h"
 
 #include <gtest/gtest.h>
 
@@ -30,16 +30,16 @@ Names sorted(EinnahmeList list, std::optional<std::string_view> key, bool ascend
 TEST(SortOrderingTest, TextsOrderByCodePointsWithCanonicalSpellingsEqual)
 {
     EinnahmeList list;
-    for (const char* name : {"apfel", "Zebra", "\u00c4pfel", "Birne", "A\u0308rger", "Ausgabe"})
+    for (const char* name : { "apfel", "Zebra", "\u00c4pfel", "Birne", "A\u0308rger", "Ausgabe" })
         list.push_back(Einnahme::make(name, "", 1.0f, 19.0f));
     // Ä (U+00C4) follows every ASCII letter, also when written as A + U+0308.
-    const Names ascending{"Ausgabe", "Birne", "Zebra", "apfel", "\u00c4pfel", "A\u0308rger"};
+    const Names ascending { "Ausgabe", "Birne", "Zebra", "apfel", "\u00c4pfel", "A\u0308rger" };
     EXPECT_EQ(sorted(list, "name", true), ascending);
     EXPECT_EQ(sorted(list, "name", false), Names(ascending.rbegin(), ascending.rend()));
 
     list[0]->setArt("Ausgabe");
     list[1]->setArt("Einnahme");
-    EXPECT_EQ(sorted({list[1], list[0]}, "art", true), (Names{"apfel", "Zebra"}));
+    EXPECT_EQ(sorted({ list[1], list[0] }, "art", true), (Names { "apfel", "Zebra" }));
 }
 
 TEST(SortOrderingTest, AmountsDatesAndFlags)
@@ -52,14 +52,14 @@ TEST(SortOrderingTest, AmountsDatesAndFlags)
     gross50->setDatum(200.0);
     gross105->setIsNonEU(true);
     gross50->setInnergemeinschaftlicherErwerb(true);
-    const EinnahmeList list{gross105, gross119, gross50};
+    const EinnahmeList list { gross105, gross119, gross50 };
 
-    EXPECT_EQ(sorted(list, "brutto", true), (Names{"50@7", "105@0", "119@19"}));
-    EXPECT_EQ(sorted(list, "brutto", false), (Names{"119@19", "105@0", "50@7"}));
+    EXPECT_EQ(sorted(list, "brutto", true), (Names { "50@7", "105@0", "119@19" }));
+    EXPECT_EQ(sorted(list, "brutto", false), (Names { "119@19", "105@0", "50@7" }));
     // By the derived net: 119 at 19 % is 100, below 105 at 0 %.
-    EXPECT_EQ(sorted(list, "netto", true), (Names{"50@7", "119@19", "105@0"}));
-    EXPECT_EQ(sorted(list, "steuersatz", false), (Names{"119@19", "50@7", "105@0"}));
-    EXPECT_EQ(sorted(list, "datum", true), (Names{"105@0", "50@7", "119@19"}));
+    EXPECT_EQ(sorted(list, "netto", true), (Names { "50@7", "119@19", "105@0" }));
+    EXPECT_EQ(sorted(list, "steuersatz", false), (Names { "119@19", "50@7", "105@0" }));
+    EXPECT_EQ(sorted(list, "datum", true), (Names { "105@0", "50@7", "119@19" }));
     EXPECT_EQ(sorted(list, "noneu", true).back(), "105@0");
     EXPECT_EQ(sorted(list, "noneu", false).front(), "105@0");
     EXPECT_EQ(sorted(list, "innergem", true).back(), "50@7");
@@ -69,13 +69,14 @@ TEST(SortOrderingTest, AmountsDatesAndFlags)
 TEST(SortOrderingTest, UnknownOrMissingKeyOrdersByArtThenBruttoInEitherDirection)
 {
     EinnahmeList list;
-    for (auto [art, brutto] : {std::pair{"Einnahme", 50.0f}, {"Ausgabe", 10.0f}, {"Einnahme", 5.0f}, {"Ausgabe", 3.0f}}) {
+    for (auto [art, brutto] :
+        { std::pair { "Einnahme", 50.0f }, { "Ausgabe", 10.0f }, { "Einnahme", 5.0f }, { "Ausgabe", 3.0f } }) {
         auto e = Einnahme::make(std::string(art) + " " + std::to_string(static_cast<int>(brutto)), "", brutto, 19.0f);
         e->setArt(art);
         list.push_back(e);
     }
-    const Names expected{"Ausgabe 3", "Ausgabe 10", "Einnahme 5", "Einnahme 50"};
-    for (bool ascending : {true, false}) {
+    const Names expected { "Ausgabe 3", "Ausgabe 10", "Einnahme 5", "Einnahme 50" };
+    for (bool ascending : { true, false }) {
         EXPECT_EQ(sorted(list, "leistungsart", ascending), expected);
         EXPECT_EQ(sorted(list, "Name", ascending), expected);
         EXPECT_EQ(sorted(list, std::nullopt, ascending), expected);
@@ -86,11 +87,11 @@ TEST(SortOrderingTest, NotANumberSortsLastAscendingAndFirstDescending)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     EinnahmeList list;
-    for (float brutto : {3.0f, nan, 1.0f, nan, 2.0f})
-        list.push_back(Einnahme::make(std::isnan(brutto) ? "nan" : std::to_string(static_cast<int>(brutto)), "",
-                                      brutto, 19.0f));
-    EXPECT_EQ(sorted(list, "brutto", true), (Names{"1", "2", "3", "nan", "nan"}));
-    EXPECT_EQ(sorted(list, "brutto", false), (Names{"nan", "nan", "3", "2", "1"}));
+    for (float brutto : { 3.0f, nan, 1.0f, nan, 2.0f })
+        list.push_back(
+            Einnahme::make(std::isnan(brutto) ? "nan" : std::to_string(static_cast<int>(brutto)), "", brutto, 19.0f));
+    EXPECT_EQ(sorted(list, "brutto", true), (Names { "1", "2", "3", "nan", "nan" }));
+    EXPECT_EQ(sorted(list, "brutto", false), (Names { "nan", "nan", "3", "2", "1" }));
 }
 
 // Random lists with repeated values, NaN amounts and dates, and texts in both
@@ -99,9 +100,11 @@ TEST(SortOrderingTest, NotANumberSortsLastAscendingAndFirstDescending)
 TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
 {
     std::mt19937 rng(77);
-    const char* texts[] = {"", "a", "A", "Z", "ab", "\u00e4", "a\u0308", "\u00c4b", "A\u0308b", "Einnahme", "Ausgabe", "z"};
-    const float amounts[] = {0.0f, 1.0f, 1.0f, 119.0f, 105.0f, std::numeric_limits<float>::quiet_NaN(), -0.0f, 1e30f};
-    std::vector<std::optional<std::string_view>> keys(SortOrdering::kColumnKeys.begin(), SortOrdering::kColumnKeys.end());
+    const char* texts[]
+        = { "", "a", "A", "Z", "ab", "\u00e4", "a\u0308", "\u00c4b", "A\u0308b", "Einnahme", "Ausgabe", "z" };
+    const float amounts[] = { 0.0f, 1.0f, 1.0f, 119.0f, 105.0f, std::numeric_limits<float>::quiet_NaN(), -0.0f, 1e30f };
+    std::vector<std::optional<std::string_view>> keys(
+        SortOrdering::kColumnKeys.begin(), SortOrdering::kColumnKeys.end());
     keys.push_back(std::nullopt);
     keys.push_back("unknown");
     for (int round = 0; round < 40; ++round) {
@@ -118,7 +121,7 @@ TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
             list.push_back(e);
         }
         for (const auto& key : keys) {
-            for (bool ascending : {true, false}) {
+            for (bool ascending : { true, false }) {
                 EinnahmeList result = list;
                 SortOrdering::sortEinnahmen(result, key, ascending);
                 const auto before = [&](const EinnahmePtr& a, const EinnahmePtr& b) {
@@ -135,13 +138,13 @@ TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
 TEST(SortOrderingTest, SortingUnderAFilterLeavesTheCompleteListInItsOrder)
 {
     EinnahmeList entries;
-    for (const char* name : {"Miete c", "Strom", "Miete a", "Porto", "Miete b"})
+    for (const char* name : { "Miete c", "Strom", "Miete a", "Porto", "Miete b" })
         entries.push_back(Einnahme::make(name, "", 1.0f, 19.0f));
     EntryLists lists;
     lists.setEntries(entries);
     lists.applySearch(SearchOutcome::decide("Name", "Miete"));
     lists.sortEinnahmen("name", true);
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names{"Miete a", "Miete b", "Miete c"}));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "Miete a", "Miete b", "Miete c" }));
     EXPECT_EQ(lists.backupEinnahmen(), entries);
     lists.applySearch(SearchOutcome::decide("Name", ""));
     EXPECT_EQ(lists.einnahmen(), entries);
