@@ -52,10 +52,20 @@ public slots:
     void handleDoubleClick(const QModelIndex& index);
     // Opens the recurring-entries sheet for the selected row (entry point).
     void initiateSerialTransactionController();
+    // The row actions of the context menu: duplicate or (after confirmation)
+    // delete the given row, whatever is selected.
+    void duplicateRow(int row);
+    void deleteRow(int row);
 
 signals:
     // The document is to be marked changed (a change done by the user).
     void changeDone();
+    // A double-click on a row with a row selected: the split-booking editor is
+    // to open on this working copy of the selected entry (same name, same
+    // child entries, a new object).
+    void splitBookingEditorRequested(const saldo::EinnahmePtr& workingCopy);
+    // The recurring-entries sheet is to open on the shown list and the selected row.
+    void serialTransactionRequested(const saldo::EinnahmeList& transactions, int selectedIndex);
 
 private:
     class Private;

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "entrylist/EntryColumn.h"
+#include "entrylist/EntryLists.h"
+#include "platform/UserDefaults.h"
+
+#include <QAbstractTableModel>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace saldo::gui {
+
+// The entry table's model: one row per entry of the shown list `einnahmen`,
+// one column per EntryColumn, read straight from the shared entries (no copy,
+// no widget per row, every cell in constant time). It also keeps the category
+// list read from the user's preferences, re-read on every reload, for the
+// category cells. Edits arriving through setData go to the edit handler (the
+// entry list's cell edit); afterwards the row is shown again with the entry's
+// current values. The lists themselves are changed by the entry list; it
+// wraps each change in one of the structural calls below so that views see
+// consistent row counts.
+class EntryTableModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    enum Role {
+        // The pop-up's item titles (QStringList); absent for a category cell
+        // without a stored category list.
+        ItemsRole = Qt::UserRole + 1,
+        // The column identifier ("NameColumn", ...) in headerData.
+        IdentifierRole,
+    };
+
+    // Answers whether the value was stored.
+    using EditHandler = std::function<bool(int row, EntryColumn::Id column, const QVariant& value)>;
+
+    EntryTableModel(const EntryLists& lists, const UserDefaults& defaults, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+
+    void setEditHandler(EditHandler handler) { editHandler_ = std::move(handler); }
+
+    // The entry shown in a row, or none.
+    EinnahmePtr entryAt(int row) const;
+
+    // Re-reads the category list and shows every cell again; when the shown
+    // list's length changed behind the model's back, resets instead.
+    void reload();
+    // Runs `change`, which appends or inserts `count` entries at `first`.
+    void insertEntries(int first, int count, const std::function<void()>& change);
+    // Runs `change`, which removes the `count` entries from `first` on.
+    void removeEntries(int first, int count, const std::function<void()>& change);
+    // Runs `change`, which may change the shown list in any way.
+    void resetWith(const std::function<void()>& change);
+    // Shows one row again (after its entry changed).
+    void rowChanged(int row);
+
+    // The stored category list, or nothing when none is stored or it is not a list of texts.
+    const std::optional<QStringList>& categoryTitles() const { return categoryTitles_; }
+
+private:
+    void refreshCategories();
+    QVariant displayData(const Einnahme& entry, EntryColumn::Id column) const;
+    QVariant editData(const Einnahme& entry, EntryColumn::Id column) const;
+    bool categoryListed(const std::string& kategorie) const;
+
+    const EntryLists& lists_;
+    const UserDefaults& defaults_;
+    int rows_ = 0;
+    EditHandler editHandler_;
+    std::optional<std::vector<std::string>> categories_;
+    std::optional<QStringList> categoryTitles_;
+    std::unordered_set<std::string> categorySet_;
+};
+
+}  // namespace saldo::gui

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "model/Einnahme.h"
+#include "platform/Diagnostics.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Sound.h"
+
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace saldo::gui::testing {
+
+// Records every sound played while it lives.
+class SoundRecorder {
+public:
+    SoundRecorder()
+    {
+        previous_ = setSoundPlayer([this](const std::string& name) { played.push_back(name); });
+    }
+    ~SoundRecorder() { setSoundPlayer(previous_); }
+    SoundRecorder(const SoundRecorder&) = delete;
+    SoundRecorder& operator=(const SoundRecorder&) = delete;
+
+    std::vector<std::string> played;
+
+private:
+    SoundPlayer previous_;
+};
+
+// Records every diagnostic line written while it lives.
+class DiagnosticRecorder {
+public:
+    DiagnosticRecorder()
+    {
+        previous_ = setDiagnosticSink([this](const std::string& line) { lines.push_back(line); });
+    }
+    ~DiagnosticRecorder() { setDiagnosticSink(previous_); }
+    DiagnosticRecorder(const DiagnosticRecorder&) = delete;
+    DiagnosticRecorder& operator=(const DiagnosticRecorder&) = delete;
+
+    std::vector<std::string> lines;
+
+private:
+    DiagnosticSink previous_;
+};
+
+// Collects Qt's warnings (those of QAbstractItemModelTester among them) while it lives.
+class QtWarningRecorder {
+public:
+    QtWarningRecorder()
+    {
+        current() = this;
+        previous_ = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type != QtDebugMsg && type != QtInfoMsg && current())
+                current()->warnings << text;
+        });
+    }
+    ~QtWarningRecorder()
+    {
+        qInstallMessageHandler(previous_);
+        current() = nullptr;
+    }
+    QtWarningRecorder(const QtWarningRecorder&) = delete;
+    QtWarningRecorder& operator=(const QtWarningRecorder&) = delete;
+
+    QStringList warnings;
+
+private:
+    static QtWarningRecorder*& current()
+    {
+        static QtWarningRecorder* recorder = nullptr;
+        return recorder;
+    }
+    QtMessageHandler previous_ = nullptr;
+};
+
+// How often a notification is posted between construction and count().
+class PostCounter {
+public:
+    explicit PostCounter(const char* name)
+        : name_(name)
+        , start_(NotificationCenter::defaultCenter().postCount(name))
+    {
+    }
+    std::uint64_t count() const { return NotificationCenter::defaultCenter().postCount(name_) - start_; }
+
+private:
+    std::string name_;
+    std::uint64_t start_;
+};
+
+// Entries named as given, gross 10, 20, 30, ... at 19 %.
+inline EinnahmeList namedEntries(const std::vector<std::string>& names)
+{
+    EinnahmeList entries;
+    float brutto = 10.0f;
+    for (const auto& name : names) {
+        entries.push_back(Einnahme::make(name, "", brutto, 19.0f));
+        brutto += 10.0f;
+    }
+    return entries;
+}
+
+inline std::vector<std::string> namesOf(const EinnahmeList& entries)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : entries)
+        names.push_back(entry->name());
+    return names;
+}
+
+}  // namespace saldo::gui::testing

@@ -1,0 +1,202 @@
+// Adding, duplicating and deleting entries from the entry list, with the
+// deletion's undo and redo on the document's undo stack. Confirmations are
+// answered by a scripted dialog.
+#include "app/SplitViewController.h"
+#include "editors/DetailViewController.h"
+#include "entrylist/ViewController.h"
+#include "gui/support/ScriptedDialogs.h"
+#include "gui/entrylist/EntryListTestSupport.h"
+
+#include <QItemSelectionModel>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace saldo;
+using namespace saldo::gui;
+using namespace saldo::gui::testing;
+
+namespace {
+
+class ListCommands : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        split = std::make_unique<SplitViewController>(defaults);
+        vc = split->viewController();
+        vc->setUndoStack(&undoStack);
+        changes = std::make_unique<QSignalSpy>(vc, &ViewController::changeDone);
+    }
+
+    void use(const std::vector<std::string>& names)
+    {
+        entries = namedEntries(names);
+        vc->setEntries(entries);
+    }
+    std::vector<int> selectedRows() const
+    {
+        std::vector<int> rows;
+        for (const QModelIndex& index : vc->tableView()->selectionModel()->selectedRows())
+            rows.push_back(index.row());
+        std::sort(rows.begin(), rows.end());
+        return rows;
+    }
+    void select(std::initializer_list<int> rows)
+    {
+        QItemSelectionModel* selection = vc->tableView()->selectionModel();
+        selection->clearSelection();
+        for (int row : rows)
+            selection->select(vc->tableView()->model()->index(row, 0),
+                              QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+
+    InMemoryUserDefaults defaults;
+    ScriptedDialogs dialogs;
+    QUndoStack undoStack;
+    std::unique_ptr<SplitViewController> split;
+    ViewController* vc = nullptr;
+    EinnahmeList entries;
+    std::unique_ptr<QSignalSpy> changes;
+};
+
+}  // namespace
+
+TEST_F(ListCommands, AddingAppendsANewEntryToBothListsAndSelectsItAlone)
+{
+    use({"A", "B", "C"});
+    select({0, 1});
+    vc->addEntry();
+    ASSERT_EQ(vc->einnahmen().size(), 4u);
+    const EinnahmePtr added = vc->einnahmen()[3];
+    EXPECT_EQ(added->name(), "Neu");
+    EXPECT_EQ(added->steuersatz(), 0.0f);
+    EXPECT_EQ(added->kategorie(), "");
+    EXPECT_EQ(vc->backupEinnahmen().back(), added);
+    EXPECT_EQ(selectedRows(), std::vector<int>({3}));
+    EXPECT_EQ(vc->selectedEinnahme(), added);
+    EXPECT_EQ(split->detailViewController()->selectedEinnahme(), added);
+    EXPECT_EQ(changes->count(), 1);
+    EXPECT_EQ(undoStack.count(), 0);  // adding cannot be undone
+}
+
+TEST_F(ListCommands, DuplicatePlacesTheCopyAfterItsSourceButAtTheEndOfTheCompleteList)
+{
+    use({"A", "B", "C"});
+    vc->tableView()->selectRow(1);
+    vc->duplicateEntry();
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"A", "B", "B Kopie", "C"}));
+    EXPECT_EQ(namesOf(vc->backupEinnahmen()), std::vector<std::string>({"A", "B", "C", "B Kopie"}));
+    EXPECT_EQ(vc->einnahmen()[2], vc->backupEinnahmen()[3]);
+    EXPECT_EQ(selectedRows(), std::vector<int>({2}));
+    EXPECT_EQ(changes->count(), 1);
+
+    // Nothing selected: the last row is duplicated.
+    vc->tableView()->clearSelection();
+    vc->duplicateEntry();
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"A", "B", "B Kopie", "C", "C Kopie"}));
+    EXPECT_EQ(selectedRows(), std::vector<int>({4}));
+
+    // The row action duplicates its own row, whatever is selected.
+    vc->duplicateRow(0);
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"A", "A Kopie", "B", "B Kopie", "C", "C Kopie"}));
+    EXPECT_EQ(selectedRows(), std::vector<int>({1}));
+    EXPECT_EQ(changes->count(), 3);
+
+    // An empty table has nothing to duplicate.
+    vc->setEntries({});
+    vc->duplicateEntry();
+    EXPECT_TRUE(vc->einnahmen().empty());
+    EXPECT_EQ(changes->count(), 3);
+}
+
+TEST_F(ListCommands, DeletionAsksThenUndoAppendsInRecordOrderAndRedoRemovesTheSameObjects)
+{
+    use({"e0", "e1", "e2", "e3", "e4"});
+    // An entry with the same field values as e1 must survive every step.
+    auto twin = Einnahme::make("e1", "", 20.0f, 19.0f);
+    twin->setDatum(entries[1]->datum());
+    EinnahmeList withTwin = entries;
+    withTwin.push_back(twin);
+    vc->setEntries(withTwin);
+    vc->tableView()->selectRow(0);
+    select({1, 3});
+
+    dialogs.confirmAnswers = {true};
+    vc->deleteEntries();
+    EXPECT_EQ(dialogs.asked, QStringList({"Moechten Sie 2 Eintraege loeschen?"}));
+    const EinnahmeList afterDelete = {entries[0], entries[2], entries[4], twin};
+    EXPECT_EQ(vc->einnahmen(), afterDelete);
+    EXPECT_EQ(vc->backupEinnahmen(), afterDelete);
+    EXPECT_TRUE(selectedRows().empty());
+    EXPECT_EQ(vc->selectedEinnahme(), nullptr);
+    EXPECT_EQ(split->detailViewController()->boxOpacity(), 0.0);
+    ASSERT_EQ(undoStack.count(), 1);
+    EXPECT_EQ(undoStack.undoText(), "Loeschen");
+    EXPECT_EQ(changes->count(), 0);  // the undo stack marks the document
+
+    undoStack.undo();
+    const EinnahmeList afterUndo = {entries[0], entries[2], entries[4], twin, entries[3], entries[1]};
+    EXPECT_EQ(vc->einnahmen(), afterUndo);
+    EXPECT_EQ(vc->backupEinnahmen(), afterUndo);
+    EXPECT_EQ(selectedRows(), std::vector<int>({4, 5}));
+    EXPECT_EQ(undoStack.redoText(), "Loeschen");
+
+    undoStack.redo();
+    EXPECT_EQ(vc->einnahmen(), afterDelete);
+    EXPECT_EQ(vc->backupEinnahmen(), afterDelete);
+
+    undoStack.undo();
+    EXPECT_EQ(vc->einnahmen(), afterUndo);
+}
+
+TEST_F(ListCommands, RefusedOrEmptyDeletionChangesNothing)
+{
+    use({"A", "B", "C"});
+    vc->tableView()->selectRow(1);
+    dialogs.confirmAnswers = {false};
+    vc->deleteEntries();
+    EXPECT_EQ(dialogs.asked, QStringList({"Moechten Sie 1 Eintrag loeschen?"}));
+    EXPECT_EQ(vc->einnahmen(), entries);
+    EXPECT_EQ(vc->backupEinnahmen(), entries);
+    EXPECT_EQ(undoStack.count(), 0);
+    EXPECT_EQ(selectedRows(), std::vector<int>({1}));
+
+    // Nothing selected: not even a question.
+    vc->tableView()->clearSelection();
+    vc->deleteEntries();
+    EXPECT_EQ(dialogs.asked.size(), 1);
+    EXPECT_EQ(vc->einnahmen(), entries);
+}
+
+TEST_F(ListCommands, TheRowActionDeletesItsRowAndLeavesTheSelectionOnItsEntry)
+{
+    use({"A", "B", "C", "D"});
+    vc->tableView()->selectRow(3);
+    dialogs.confirmAnswers = {true};
+    vc->deleteRow(1);
+    EXPECT_EQ(dialogs.asked, QStringList({"Moechten Sie 1 Eintrag loeschen?"}));
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"A", "C", "D"}));
+    EXPECT_EQ(selectedRows(), std::vector<int>({2}));
+    EXPECT_EQ(vc->selectedEinnahme(), entries[3]);
+    undoStack.undo();
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"A", "C", "D", "B"}));
+    EXPECT_EQ(selectedRows(), std::vector<int>({3}));
+}
+
+TEST_F(ListCommands, UndoAfterTheWindowClosedDoesNothing)
+{
+    auto own = std::make_unique<ViewController>(defaults);
+    own->setUndoStack(&undoStack);
+    own->setEntries(namedEntries({"A", "B"}));
+    own->tableView()->selectRow(0);
+    dialogs.confirmAnswers = {true};
+    own->deleteEntries();
+    ASSERT_EQ(undoStack.count(), 1);
+    own.reset();
+    undoStack.undo();
+    undoStack.redo();
+    SUCCEED();  // reaching this line without touching the destroyed list is the test
+}
