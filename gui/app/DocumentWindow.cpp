@@ -17,7 +17,7 @@ DocumentWindow::DocumentWindow(Document& document, UserDefaults& defaults, QWidg
     split_ = new SplitViewController(defaults, this);
     setCentralWidget(split_);
     actions_ = new WindowActions(*this);
-    resize(1360, 840);
+    resize(1440, 900);
     setMinimumSize(900, 560);
 
     updateTitle();

@@ -30,7 +30,7 @@ SplitViewController::SplitViewController(UserDefaults& defaults, QWidget* parent
     // form above the report needs about half the height.
     setStretchFactor(0, 3);
     setStretchFactor(1, 1);
-    setSizes({920, 360});
+    setSizes({1000, 440});
     inner_->setStretchFactor(0, 1);
     inner_->setStretchFactor(1, 1);
     inner_->setSizes({380, 400});

@@ -7,15 +7,19 @@
 #include <QFontMetricsF>
 #include <QPlainTextEdit>
 #include <QSplitter>
+#include <QTextDocument>
+#include <QTextOption>
 #include <QVBoxLayout>
 
 namespace saldo::gui {
 
 namespace {
-// The report separates labels and amounts with tabs and pads labels of
-// different lengths with one to three of them; stops every 14 characters line
-// up the totals and most class lines in a fixed-pitch font.
-constexpr int kTabStopCharacters = 14;
+// The report pads its labels to the amounts with one to three tabs, written
+// for a proportional font, so no even tab width lines up every block. Stops at
+// 14 and 19 characters and then every 12 put the amounts of the totals and of
+// nearly every VAT-class and flag block in one column each.
+constexpr int kFirstTabStops[] = {14, 19};
+constexpr int kTabStopCharacters = 12;
 }  // namespace
 
 SummaryViewController::SummaryViewController(QWidget* parent)
@@ -28,8 +32,15 @@ SummaryViewController::SummaryViewController(QWidget* parent)
     resultTextView_->setUndoRedoEnabled(false);
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     resultTextView_->setFont(fixed);
-    resultTextView_->setTabStopDistance(QFontMetricsF(fixed).horizontalAdvance(QLatin1Char(' ')) *
-                                        kTabStopCharacters);
+    const qreal character = QFontMetricsF(fixed).horizontalAdvance(QLatin1Char(' '));
+    QTextOption option = resultTextView_->document()->defaultTextOption();
+    QList<QTextOption::Tab> tabs;
+    for (int stop : kFirstTabStops)
+        tabs.append(QTextOption::Tab(character * stop, QTextOption::LeftTab));
+    option.setTabs(tabs);
+    option.setTabStopDistance(character * kTabStopCharacters);
+    option.setWrapMode(QTextOption::NoWrap);
+    resultTextView_->document()->setDefaultTextOption(option);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
