@@ -98,10 +98,9 @@ template <typename K> struct Keyed {
     std::uint32_t index;
 };
 
-template <typename K> bool keyedLess(const Keyed<K>& a, const Keyed<K>& b)
-{
-    return numberLess(a.key, b.key);
-}
+template <typename K> struct KeyedLess {
+    bool operator()(const Keyed<K>& a, const Keyed<K>& b) const { return numberLess(a.key, b.key); }
+};
 
 template <typename K, typename MakeKey> std::vector<Keyed<K>> keysOf(const EinnahmeList& list, MakeKey makeKey)
 {
@@ -113,34 +112,54 @@ template <typename K, typename MakeKey> std::vector<Keyed<K>> keysOf(const Einna
 }
 
 // A precomputed text key: the NFC form of the text in a shared buffer, and its
-// first eight bytes also as a big-endian number (zero padded), so that most
-// comparisons decide without reaching the buffer. The default ordering also
-// reads the gross amount.
+// first sixteen bytes also as two big-endian numbers (zero padded), so that
+// most comparisons decide without reaching the buffer. The default ordering
+// also reads the gross amount.
 struct TextItem {
-    std::uint64_t prefix;
+    std::uint64_t head;
+    std::uint64_t next;
     const char* data;
-    std::size_t size;
+    std::uint32_t size;
     float brutto;
     std::uint32_t index;
-
-    std::string_view text() const { return { data, size }; }
 };
 
-bool textLess(const TextItem& a, const TextItem& b)
+// Byte order of the two texts: -1, 0, 1.
+int compareText(const TextItem& a, const TextItem& b)
 {
-    if (a.prefix != b.prefix)
-        return a.prefix < b.prefix;
-    return a.text() < b.text();
+    if (a.head != b.head)
+        return a.head < b.head ? -1 : 1;
+    if (a.next != b.next)
+        return a.next < b.next ? -1 : 1;
+    // The first sixteen bytes agree, counting a missing byte as zero: a text
+    // of at most sixteen bytes is then the start of the other one.
+    if (a.size > 16 && b.size > 16) {
+        const int rest = std::string_view(a.data + 16, a.size - 16).compare({ b.data + 16, b.size - 16 });
+        return rest < 0 ? -1 : (rest > 0 ? 1 : 0);
+    }
+    return a.size < b.size ? -1 : (a.size > b.size ? 1 : 0);
 }
 
-bool defaultLess(const TextItem& a, const TextItem& b)
+struct TextLess {
+    bool operator()(const TextItem& a, const TextItem& b) const { return compareText(a, b) < 0; }
+};
+
+struct DefaultLess {
+    bool operator()(const TextItem& a, const TextItem& b) const
+    {
+        const int byArt = compareText(a, b);
+        if (byArt != 0)
+            return byArt < 0;
+        return numberLess(a.brutto, b.brutto);
+    }
+};
+
+std::uint64_t bigEndianWord(const char* data, std::size_t size, std::size_t from)
 {
-    if (a.prefix != b.prefix)
-        return a.prefix < b.prefix;
-    const int byArt = a.text().compare(b.text());
-    if (byArt != 0)
-        return byArt < 0;
-    return numberLess(a.brutto, b.brutto);
+    std::uint64_t word = 0;
+    for (std::size_t i = from; i < from + 8; ++i)
+        word = (word << 8) | (i < size ? static_cast<unsigned char>(data[i]) : 0u);
+    return word;
 }
 
 // The text keys of a list, in list order. The byte order of NFC forms is the
@@ -157,17 +176,16 @@ template <typename TextOf> std::vector<TextItem> textItems(const EinnahmeList& l
             buffer += text;
         else
             buffer += UnicodeText::nfc(text);
-        items[i].size = buffer.size() - offsets[i];
+        assert(buffer.size() - offsets[i] <= std::numeric_limits<std::uint32_t>::max());
+        items[i].size = static_cast<std::uint32_t>(buffer.size() - offsets[i]);
         items[i].brutto = list[i]->brutto();
         items[i].index = static_cast<std::uint32_t>(i);
     }
     for (std::size_t i = 0; i < list.size(); ++i) {
         TextItem& item = items[i];
         item.data = buffer.data() + offsets[i];
-        std::uint64_t prefix = 0;
-        for (std::size_t b = 0; b < 8; ++b)
-            prefix = (prefix << 8) | (b < item.size ? static_cast<unsigned char>(item.data[b]) : 0u);
-        item.prefix = prefix;
+        item.head = bigEndianWord(item.data, item.size, 0);
+        item.next = bigEndianWord(item.data, item.size, 8);
     }
     return items;
 }
@@ -229,7 +247,7 @@ void SortOrdering::sortEinnahmen(EinnahmeList& list, std::optional<std::string_v
     if (isText(key)) {
         std::string buffer;
         auto items = textItems(list, buffer, [&](const Einnahme& e) -> const std::string& { return textOf(e, key); });
-        sortItems(list, items, ascending, textLess);
+        sortItems(list, items, ascending, TextLess());
         return;
     }
     if (isFloat(key)) {
@@ -237,17 +255,17 @@ void SortOrdering::sortEinnahmen(EinnahmeList& list, std::optional<std::string_v
         // is computed, so computing it once per entry orders as computing it
         // in each comparison.
         auto items = keysOf<float>(list, [&](const Einnahme& e) { return floatOf(e, key); });
-        sortItems(list, items, ascending, keyedLess<float>);
+        sortItems(list, items, ascending, KeyedLess<float>());
         return;
     }
     if (key == Key::Datum) {
         auto items = keysOf<double>(list, [](const Einnahme& e) { return e.datum(); });
-        sortItems(list, items, ascending, keyedLess<double>);
+        sortItems(list, items, ascending, KeyedLess<double>());
         return;
     }
     std::string buffer;
     auto items = textItems(list, buffer, [](const Einnahme& e) -> const std::string& { return e.art(); });
-    sortItems(list, items, true, defaultLess);
+    sortItems(list, items, true, DefaultLess());
 }
 
 }  // namespace saldo

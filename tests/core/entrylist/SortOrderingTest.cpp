@@ -100,8 +100,14 @@ TEST(SortOrderingTest, NotANumberSortsLastAscendingAndFirstDescending)
 TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
 {
     std::mt19937 rng(77);
-    const char* texts[]
-        = { "", "a", "A", "Z", "ab", "\u00e4", "a\u0308", "\u00c4b", "A\u0308b", "Einnahme", "Ausgabe", "z" };
+    using namespace std::string_literals;
+    // Short texts, texts around the sixteen bytes the sort keeps beside each
+    // key, and texts with a zero byte, which must not pass for a missing one.
+    const std::string texts[] = { ""s, "a"s, "A"s, "Z"s, "ab"s, "\u00e4"s, "a\u0308"s, "\u00c4b"s, "A\u0308b"s,
+        "Einnahme"s, "Ausgabe"s, "ab\0"s, "0123456789abcdef"s, "0123456789abcdef\0"s, "0123456789abcdefg"s,
+        "0123456789abcde\u00e4x"s, "0123456789abcdea\u0308x"s, "Miete B\u00fcro Januar 2024 A"s,
+        "Miete B\u00fcro Januar 2024 B"s, "Miete B\u00fcro Januar 2024"s };
+    const std::size_t textCount = sizeof(texts) / sizeof(texts[0]);
     const float amounts[] = { 0.0f, 1.0f, 1.0f, 119.0f, 105.0f, std::numeric_limits<float>::quiet_NaN(), -0.0f, 1e30f };
     std::vector<std::optional<std::string_view>> keys(
         SortOrdering::kColumnKeys.begin(), SortOrdering::kColumnKeys.end());
@@ -111,10 +117,11 @@ TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
         EinnahmeList list;
         const int count = static_cast<int>(rng() % 200);
         for (int i = 0; i < count; ++i) {
-            auto e = Einnahme::make(texts[rng() % 12], texts[rng() % 12], amounts[rng() % 8], amounts[rng() % 8]);
-            e->setArt(texts[rng() % 12]);
-            e->setRechnungsnummer(texts[rng() % 12]);
-            e->setSteuernummer(texts[rng() % 12]);
+            auto e = Einnahme::make(
+                texts[rng() % textCount], texts[rng() % textCount], amounts[rng() % 8], amounts[rng() % 8]);
+            e->setArt(texts[rng() % textCount]);
+            e->setRechnungsnummer(texts[rng() % textCount]);
+            e->setSteuernummer(texts[rng() % textCount]);
             e->setDatum(rng() % 5 == 0 ? std::numeric_limits<double>::quiet_NaN() : static_cast<double>(rng() % 7));
             e->setIsNonEU(rng() % 2 == 0);
             e->setInnergemeinschaftlicherErwerb(rng() % 3 == 0);
