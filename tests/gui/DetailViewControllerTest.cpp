@@ -415,7 +415,7 @@ TEST_F(DetailViewControllerTest, ScreenshotsWhenAsked)
     QDir().mkpath(QString::fromLocal8Bit(dir));
     defaults.setStringArray(saldo::Kategorien::kKey, saldo::Kategorien::defaultKategorien());
 
-    auto income = Einnahme::make("Webdesign Praxis Dr. Keller", "8400 Erlöse 19% USt Gesch. ", 1190.0f, 19.0f);
+    auto income = Einnahme::make("Webdesign Praxis Dr. Keller", "8400 Erlöse 19% Gesch. ", 1190.0f, 19.0f);
     income->setRechnungsnummer("2025-041");
     income->setLeistungsart("Dienstleistung");
     income->setDatum(785000000.0);
