@@ -1,0 +1,99 @@
+// A save killed at any moment must leave either the old or the new complete
+// file behind, never a mixture, a truncated file or no file at all.
+#include "model/LedgerFile.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <signal.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace saldo {
+namespace {
+
+EinnahmeList makeLedger(int count, const std::string& prefix)
+{
+    EinnahmeList entries;
+    entries.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        Einnahme::Stored s;
+        s.name = prefix + " Rechnung " + std::to_string(i);
+        s.kategorie = i % 2 ? "8400 Erl\xC3\xB6se 19% Gesch. " : "4930 B\xC3\xBC" "robedarf Gesch. ";
+        s.art = i % 3 ? "Einnahme" : "Ausgabe";
+        s.brutto = static_cast<float>(i) * 1.25f + 0.5f;
+        s.steuersatz = 19.0f;
+        s.datum = 700'000'000.0 + i * 3600.5;
+        s.rechnungsnummer = "RE-" + std::to_string(i);
+        entries.push_back(Einnahme::restore(std::move(s)));
+    }
+    return entries;
+}
+
+std::string readAll(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
+{
+    const auto dir = std::filesystem::temp_directory_path() / ("saldo-crash-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    const auto path = dir / "Ledger.saldo";
+
+    const EinnahmeList large = makeLedger(20000, "Gross");
+    const EinnahmeList small = makeLedger(3, "Klein");
+    const std::string largeBytes = LedgerFile::encode(large);
+    const std::string smallBytes = LedgerFile::encode(small);
+    ASSERT_NE(largeBytes, smallBytes);
+    LedgerFile::write(path.string(), small);
+
+    std::mt19937 rng(20261123u);
+    std::uniform_int_distribution<int> delayMicros(0, 30000);
+    constexpr int kKills = 200;
+    int sawLarge = 0;
+    int sawSmall = 0;
+    for (int round = 0; round < kKills; ++round) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            // Save the two contents in turn until killed.
+            for (;;) {
+                try {
+                    LedgerFile::write(path.string(), large);
+                    LedgerFile::write(path.string(), small);
+                } catch (...) {
+                    ::_exit(3);
+                }
+            }
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(delayMicros(rng)));
+        ASSERT_EQ(::kill(child, SIGKILL), 0);
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the saving child stopped by itself in round " << round;
+
+        const std::string bytes = readAll(path);
+        if (bytes == largeBytes)
+            ++sawLarge;
+        else if (bytes == smallBytes)
+            ++sawSmall;
+        else
+            FAIL() << "round " << round << ": the file holds " << bytes.size() << " bytes, neither content";
+        // And it reads back as a ledger.
+        EXPECT_NO_THROW(LedgerFile::decode(bytes));
+    }
+    // Both contents were seen, so the kills really fell on different moments.
+    EXPECT_GT(sawLarge, 0);
+    EXPECT_GT(sawSmall, 0);
+    std::filesystem::remove_all(dir);
+}
+
+}  // namespace
+}  // namespace saldo
