@@ -1,0 +1,155 @@
+// Figures of the desktop program at ledger sizes a large business reaches:
+// opening a document into a painted window, one summary-panel refresh (engine
+// plus text view), the text view alone, and scrolling the entry table. Runs
+// offscreen. Read medians with --benchmark_repetitions=5.
+//   gui_bench [benchmark options]
+//   gui_bench --write-ledger COUNT FILE    writes a ledger of COUNT entries
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
+#include "entrylist/ViewController.h"
+#include "evaluation/CalcEngine.h"
+#include "evaluation/SummaryViewController.h"
+#include "model/Kategorien.h"
+#include "model/LedgerFile.h"
+#include "platform/UserDefaults.h"
+
+#include <QApplication>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTableView>
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <random>
+
+namespace {
+
+using namespace saldo;
+using namespace saldo::gui;
+
+// Entries spread over one year with categories of the default chart, a third
+// of them expenses, amounts with cents, the usual three rates.
+EinnahmeList makeLedger(std::size_t count)
+{
+    static const std::vector<std::string> chart = Kategorien::defaultKategorien();
+    static const float rates[] = {19.0f, 19.0f, 19.0f, 7.0f, 0.0f};
+    std::mt19937 rng(2025);
+    EinnahmeList list;
+    list.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        auto entry = Einnahme::make("Beleg " + std::to_string(i + 1), chart[rng() % chart.size()],
+                                    static_cast<float>(rng() % 300000) / 100.0f, rates[rng() % 5]);
+        entry->setArt(rng() % 3 == 0 ? kArtAusgabe : kArtEinnahme);
+        entry->setDatum(757382400.0 + static_cast<double>(rng() % 31536000u));  // 2025
+        entry->setRechnungsnummer("RE-" + std::to_string(rng() % 100000));
+        list.push_back(entry);
+    }
+    return list;
+}
+
+const EinnahmeList& ledgerOf(std::size_t count)
+{
+    static std::map<std::size_t, EinnahmeList> ledgers;
+    auto it = ledgers.find(count);
+    if (it == ledgers.end())
+        it = ledgers.emplace(count, makeLedger(count)).first;
+    return it->second;
+}
+
+void BM_OpenDocumentUntilPainted(benchmark::State& state)
+{
+    const std::string bytes = LedgerFile::encode(ledgerOf(static_cast<std::size_t>(state.range(0))));
+    const QByteArray data(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    InMemoryUserDefaults defaults;
+    for (auto _ : state) {
+        Document document(defaults);
+        document.readFromData(data);
+        document.makeWindowControllers();
+        document.windowController()->show();
+        // grab() paints the whole window now, whether or not the platform
+        // has exposed it yet.
+        benchmark::DoNotOptimize(document.windowController()->grab());
+        state.PauseTiming();
+        document.windowController()->hide();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_OpenDocumentUntilPainted)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+void BM_SummaryRefresh(benchmark::State& state)
+{
+    InMemoryUserDefaults defaults;
+    SplitViewController split(defaults);
+    split.viewController()->setEntries(ledgerOf(static_cast<std::size_t>(state.range(0))));
+    SummaryViewController* summary = split.summaryViewController();
+    for (auto _ : state)
+        summary->updateLabels();
+    state.counters["text_bytes"] = static_cast<double>(summary->resultTextView()->toPlainText().toUtf8().size());
+}
+BENCHMARK(BM_SummaryRefresh)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_EngineOnly(benchmark::State& state)
+{
+    const EinnahmeList& entries = ledgerOf(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state)
+        sharedCalcEngine().calculate(entries);
+}
+BENCHMARK(BM_EngineOnly)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void BM_ReportIntoTextView(benchmark::State& state)
+{
+    sharedCalcEngine().calculate(ledgerOf(100000));
+    const QString text = QString::fromStdString(sharedCalcEngine().ergebnisString());
+    SummaryViewController summary;
+    summary.resize(440, 400);
+    summary.show();
+    for (auto _ : state) {
+        summary.resultTextView()->setPlainText(text);
+        benchmark::DoNotOptimize(summary.resultTextView()->viewport()->grab());
+    }
+    state.counters["text_bytes"] = static_cast<double>(text.toUtf8().size());
+}
+BENCHMARK(BM_ReportIntoTextView)->Unit(benchmark::kMillisecond);
+
+void BM_ScrollTablePage(benchmark::State& state)
+{
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    document.readFromData([&] {
+        const std::string bytes = LedgerFile::encode(ledgerOf(static_cast<std::size_t>(state.range(0))));
+        return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    }());
+    document.makeWindowControllers();
+    document.windowController()->show();
+    QTableView* table = document.entryList()->tableView();
+    QScrollBar* bar = table->verticalScrollBar();
+    state.counters["rows"] = table->model()->rowCount();
+    std::mt19937 rng(7);
+    for (auto _ : state) {
+        bar->setValue(static_cast<int>(rng() % static_cast<unsigned>(bar->maximum() + 1)));
+        benchmark::DoNotOptimize(table->viewport()->grab());
+    }
+}
+BENCHMARK(BM_ScrollTablePage)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc == 4 && std::strcmp(argv[1], "--write-ledger") == 0) {
+        const std::string bytes = LedgerFile::encode(makeLedger(std::strtoull(argv[2], nullptr, 10)));
+        std::ofstream(argv[3], std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        return 0;
+    }
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    Q_INIT_RESOURCE(saldo);
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
