@@ -172,9 +172,10 @@ void ViewController::Private::setUpTable()
     table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
 
     // The table's background is the standard blue; the rows are light over it.
-    QPalette palette = table->palette();
-    palette.setColor(QPalette::Base, QColor(0x00, 0x00, 0xff));
-    table->setPalette(palette);
+    // Only the viewport gets the blue: the cells' controls keep the usual colours.
+    QPalette background = table->viewport()->palette();
+    background.setColor(QPalette::Base, QColor(0x00, 0x00, 0xff));
+    table->viewport()->setPalette(background);
 
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, q, [this] {
         if (structuralChanges == 0)
