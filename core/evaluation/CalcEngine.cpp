@@ -55,46 +55,102 @@ void CalcEngine::calculate(EinnahmeList entries)
     groups_.reset();  // it holds views of the entries' texts
 }
 
+// One pass over the entries in list order: each entry's net amount, kind and
+// rate class, the sums of the first seven blocks and the per-category sums.
+// Every sum is its own single-precision accumulator, so adding each entry to
+// all of its sums in one pass gives the same values as one pass per block.
 void CalcEngine::digest()
 {
     const std::size_t count = einnahmen_.size();
     rows_.resize(count);
-    datums_.resize(count);
     groups_.reset();
-    double earliest = std::numeric_limits<double>::infinity();
-    double latest = -earliest;
+    for (Sums& sums : blockSums_)
+        sums = Sums{};
+    incomeByGroup_.clear();
+    expenseByGroup_.clear();
+    // The entries and their category texts lie wherever the allocator put
+    // them: fetch the entries well ahead, and their texts once the entries
+    // are in the cache.
+    constexpr std::size_t kEntryAhead = 16, kTextAhead = 8;
     for (std::size_t i = 0; i < count; ++i) {
+        if (i + kEntryAhead < count) {
+            const Einnahme::Stored& ahead = einnahmen_[i + kEntryAhead]->stored();
+            __builtin_prefetch(&ahead.kategorie);
+            __builtin_prefetch(&ahead.art);
+            __builtin_prefetch(&ahead.datum);
+        }
+        if (i + kTextAhead < count)
+            __builtin_prefetch(einnahmen_[i + kTextAhead]->kategorie().data());
         const Einnahme& e = *einnahmen_[i];
         Row& row = rows_[i];
-        row.brutto = e.brutto();
+        const float brutto = e.brutto();
         const float steuersatz = e.steuersatz();
-        row.netto = Einnahme::nettoOf(row.brutto, steuersatz);
-        const bool income = e.isIncome();
-        row.flags = static_cast<std::uint8_t>((income ? kIncome : 0) | (e.innergemeinschaftlicherErwerb() ? kInnergem : 0)
-            | (e.isNonEU() ? kNonEU : 0));
+        const float netto = Einnahme::nettoOf(brutto, steuersatz);
+        const bool income = e.art() == kArtEinnahme || e.isIncome();
         // Exact single-precision equality: -0 is 0, a NaN rate is "other".
-        row.rateSlot = steuersatz == 19.0f ? kSlot19 : steuersatz == 7.0f ? kSlot7 : steuersatz == 0.0f ? kSlot0 : kSlotOther;
-        row.group = groups_.add(e.kategorie(), income);
-        const double datum = e.datum();
-        datums_[i] = datum;
-        if (datum < earliest)
-            earliest = datum;
-        if (datum > latest)
-            latest = datum;
+        const std::uint8_t slot = steuersatz == 19.0f ? kSlot19
+            : steuersatz == 7.0f                      ? kSlot7
+            : steuersatz == 0.0f                      ? kSlot0
+                                                      : kSlotOther;
+        row = Row{e.datum(), brutto, netto, static_cast<std::uint8_t>(income ? 0 : 1), slot};
+
+        auto add = [&](Sums& sums) {
+            if (income) {
+                sums.bruttoEinnahme += brutto;
+                sums.nettoEinnahme += netto;
+            } else {
+                sums.bruttoAusgabe += brutto;
+                sums.nettoAusgabe += netto;
+            }
+        };
+        add(blockSums_[kAll]);
+        add(blockSums_[slot]);
+        if (e.innergemeinschaftlicherErwerb())
+            add(blockSums_[kInnergem]);
+        if (e.isNonEU())
+            add(blockSums_[kNonEU]);
+
+        const std::uint32_t group = groups_.add(e.kategorie(), income);
+        if (group >= incomeByGroup_.size()) {
+            incomeByGroup_.resize(group + 1);
+            expenseByGroup_.resize(group + 1);
+        }
+        GroupSums& g = income ? incomeByGroup_[group] : expenseByGroup_[group];
+        if (g.started) {
+            g.brutto += brutto;
+            g.netto += netto;
+        } else {
+            g = GroupSums{brutto, netto, true};
+        }
     }
-    const MonthTable months(earliest, latest);
-    for (std::size_t i = 0; i < count; ++i)
-        rows_[i].month = static_cast<std::uint8_t>(months.monthOf(datums_[i]));
+    tallyPeriods();
     ergebnisString_.reserve(6000 + 400 * groups_.groups().size());
 }
 
-template <typename Predicate> CalcEngine::Sums CalcEngine::sumWhere(Predicate selected) const
+// Month and quarter tables: every entry adds to slot 0 and to its rate class's
+// slot of its month and of its quarter, in list order.
+void CalcEngine::tallyPeriods()
 {
-    Sums sums;
-    for (const Row& row : rows_)
-        if (selected(row))
-            sums.add(row);
-    return sums;
+    double earliest = std::numeric_limits<double>::infinity();
+    double latest = -earliest;
+    for (const Row& row : rows_) {
+        earliest = std::min(earliest, row.datum);
+        latest = std::max(latest, row.datum);
+    }
+    const MonthTable table(earliest, latest);
+    for (PeriodTables& t : months_)
+        t = PeriodTables{};
+    for (PeriodTables& t : quarters_)
+        t = PeriodTables{};
+    for (const Row& row : rows_) {
+        const int month = table.monthOf(row.datum);
+        for (PeriodTables* t : {&months_[month - 1], &quarters_[(month - 1) / 3]}) {
+            t->brutto[row.kind][0] += row.brutto;
+            t->brutto[row.kind][row.rateSlot] += row.brutto;
+            t->netto[row.kind][0] += row.netto;
+            t->netto[row.kind][row.rateSlot] += row.netto;
+        }
+    }
 }
 
 void CalcEngine::appendLine(const char* label, float amount, const char* end)
@@ -123,7 +179,7 @@ void CalcEngine::appendSeparatorLine()
 
 void CalcEngine::appendTotals()
 {
-    const Sums sums = sumWhere([](const Row&) { return true; });
+    const Sums& sums = blockSums_[kAll];
     const std::optional<float>& limit = einnahmenLimit();
     if (limit && sums.bruttoEinnahme > *limit)
         playSound("Ping");
@@ -137,7 +193,7 @@ void CalcEngine::appendTotals()
 
 void CalcEngine::appendRate19()
 {
-    appendBlock(sumWhere([](const Row& r) { return r.rateSlot == kSlot19; }),
+    appendBlock(blockSums_[kSlot19],
         {"Bruttoeinnahme(19 %):\t ", "Nettoeinnahme(19 %):\t ", "Steuerbetrag(19 %):\t\t ", "BruttoAusgabe(19 %):  \t ",
             "NettoAusgabe(19 %):  \t "},
         kEndB);
@@ -147,7 +203,7 @@ void CalcEngine::appendRate19()
 void CalcEngine::appendRate7()
 {
     // The income gross label of this block has no opening parenthesis.
-    appendBlock(sumWhere([](const Row& r) { return r.rateSlot == kSlot7; }),
+    appendBlock(blockSums_[kSlot7],
         {"Bruttoeinnahme7 %):\t ", "Nettoeinnahme(7 %):\t ", "Steuerbetrag(7 %):\t\t ", "BruttoAusgabe(7 %):  \t ",
             "NettoAusgabe(7 %):  \t "},
         kEndB);
@@ -157,7 +213,7 @@ void CalcEngine::appendRate7()
 void CalcEngine::appendRate0()
 {
     // The income gross label of this block has no opening parenthesis.
-    appendBlock(sumWhere([](const Row& r) { return r.rateSlot == kSlot0; }),
+    appendBlock(blockSums_[kSlot0],
         {"Bruttoeinnahme0 %):\t ", "Nettoeinnahme(0 %):\t ", "Steuerbetrag(0 %):\t\t ", "BruttoAusgabe(0 %):  \t ",
             "NettoAusgabe(0 %):  \t "},
         kEndC);
@@ -166,7 +222,7 @@ void CalcEngine::appendRate0()
 
 void CalcEngine::appendRateOther()
 {
-    appendBlock(sumWhere([](const Row& r) { return r.rateSlot == kSlotOther; }),
+    appendBlock(blockSums_[kSlotOther],
         {"Bruttoeinnahme(X %):\t ", "Nettoeinnahme(X %):\t ", "Steuerbetrag(X %):\t\t ", "BruttoAusgabe(X %):  \t ",
             "NettoAusgabe(X %):  \t "},
         kEndC);
@@ -176,7 +232,7 @@ void CalcEngine::appendRateOther()
 
 void CalcEngine::appendInnergem()
 {
-    appendBlock(sumWhere([](const Row& r) { return (r.flags & kInnergem) != 0; }),
+    appendBlock(blockSums_[kInnergem],
         {"Bruttoeinnahme(innergem):\t ", "Nettoeinnahme(innergem):\t ", "Steuerbetrag(innergem):\t\t ",
             "BruttoAusgabe(innergem):  \t ", "NettoAusgabe(innergem):  \t "},
         kEndC);
@@ -186,7 +242,7 @@ void CalcEngine::appendInnergem()
 
 void CalcEngine::appendNonEU()
 {
-    appendBlock(sumWhere([](const Row& r) { return (r.flags & kNonEU) != 0; }),
+    appendBlock(blockSums_[kNonEU],
         {"Bruttoeinnahme(non EU):\t\t ", "Nettoeinnahme(non EU):\t\t ", "Steuerbetrag(non EU):\t\t ",
             "BruttoAusgabe(non EU): \t \t ", "NettoAusgabe(non EU):  \t\t "},
         kEndC);
@@ -215,25 +271,14 @@ void CalcEngine::appendCategories()
     const std::size_t groupCount = groups.size();
     const std::uint32_t firstRun = static_cast<std::uint32_t>(groupCount - 1);
 
-    // Per group and kind, gross and net in list order. The first run adds onto
-    // the pass's starting sums of 0; every other run starts with its first entry.
-    struct GroupSums {
-        float brutto = 0.0f, netto = 0.0f;
-        bool started = false;
-    };
-    std::vector<GroupSums> income(groupCount), expense(groupCount);
-    income[firstRun].started = true;
-    expense[firstRun].started = true;
-    for (const Row& row : rows_) {
-        GroupSums& g = (row.flags & kIncome) ? income[row.group] : expense[row.group];
-        if (g.started) {
-            g.brutto += row.brutto;
-            g.netto += row.netto;
-        } else {
-            g.brutto = row.brutto;
-            g.netto = row.netto;
-            g.started = true;
-        }
+    // The digest started every group's sums with its first entry. The first
+    // run instead adds onto the pass's starting sums of 0, which differs only
+    // in the sign of a zero sum: 0 + -0 is 0.
+    std::vector<GroupSums>& income = incomeByGroup_;
+    std::vector<GroupSums>& expense = expenseByGroup_;
+    for (GroupSums* g : {&income[firstRun], &expense[firstRun]}) {
+        g->brutto = g->brutto == 0.0f ? 0.0f : g->brutto;
+        g->netto = g->netto == 0.0f ? 0.0f : g->netto;
     }
 
     // Income section.
@@ -285,36 +330,20 @@ void CalcEngine::appendMonths()
 {
     static const char* const names[12] = {"Januar", "Februar", "Maerz", "April", "Mai", "Juni", "Juli", "August",
         "September", "Oktober", "November", "Dezember"};
-    static const std::uint8_t monthToPeriod[13] = {0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-    appendPeriods(names, 12, monthToPeriod);
+    appendPeriods(months_, names, 12);
 }
 
 void CalcEngine::appendQuarters()
 {
     static const char* const names[4] = {"Quartal 1", "Quartal 2", "Quartal 3", "Quartal 4"};
-    static const std::uint8_t monthToPeriod[13] = {0, 0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3};
-    appendPeriods(names, 4, monthToPeriod);
+    appendPeriods(quarters_, names, 4);
 }
 
-// Each period sums, per kind, gross and net in slot 0 (all) and in the slot of
-// the entry's rate class, in list order; a kind's section is written when its
-// gross slot 0 is positive. The separator closes the step.
-void CalcEngine::appendPeriods(const char* const names[], int periods, const std::uint8_t periodOfMonth[13])
+// A kind's section of a period is written when its gross slot 0 is positive:
+// the totals line under the header, then one line per rate class. The
+// separator closes the step.
+void CalcEngine::appendPeriods(const PeriodTables tables[], const char* const names[], int periods)
 {
-    struct Tables {
-        float brutto[2][5] = {};  // [0] income, [1] expense
-        float netto[2][5] = {};
-    };
-    Tables tables[12];
-    for (const Row& row : rows_) {
-        Tables& t = tables[periodOfMonth[row.month]];
-        const int kind = (row.flags & kIncome) ? 0 : 1;
-        t.brutto[kind][0] += row.brutto;
-        t.brutto[kind][row.rateSlot] += row.brutto;
-        t.netto[kind][0] += row.netto;
-        t.netto[kind][row.rateSlot] += row.netto;
-    }
-
     static const char* const headers[2] = {"Brutto/Netto/Steuer Einnahme ", "Brutto/Netto/Steuer Ausgabe "};
     static const char* const classLabels[5] = {nullptr, " 0 % Brutto/Netto/Steuer\t  ", " 7 % Brutto/Netto/Steuer\t  ",
         " 19 % Brutto/Netto/Steuer\t  ", " X % Brutto/Netto/Steuer\t  "};
@@ -327,7 +356,7 @@ void CalcEngine::appendPeriods(const char* const names[], int periods, const std
         ergebnisString_ += end;
     };
     for (int p = 0; p < periods; ++p) {
-        const Tables& t = tables[p];
+        const PeriodTables& t = tables[p];
         for (int kind = 0; kind < 2; ++kind) {
             if (!(t.brutto[kind][0] > 0.0f))
                 continue;

@@ -24,33 +24,33 @@ public:
     const std::vector<std::string>& ergebnisStringAsArray() const { return ergebnisStringAsArray_; }
 
 private:
-    // What every step needs of one entry, taken from the list once per calculate
-    // so that the steps run over a compact array in list order.
+    // What the period steps need of one entry, taken from the list in one pass.
     struct Row {
+        double datum;
         float brutto;
         float netto;  // single precision, computed as the entry's own net amount
-        std::uint32_t group;  // category group, numbered by first appearance
-        std::uint8_t month;  // local month 1..12
-        std::uint8_t flags;  // kIncome, kInnergem, kNonEU
+        std::uint8_t kind;  // 0 income, 1 expense
         std::uint8_t rateSlot;  // kSlot0, kSlot7, kSlot19, kSlotOther
     };
-    static constexpr std::uint8_t kIncome = 1, kInnergem = 2, kNonEU = 4;
     static constexpr std::uint8_t kSlot0 = 1, kSlot7 = 2, kSlot19 = 3, kSlotOther = 4;
 
     // Gross and net sums of income and of expense, accumulated in list order.
     struct Sums {
         float bruttoEinnahme = 0.0f, nettoEinnahme = 0.0f;
         float bruttoAusgabe = 0.0f, nettoAusgabe = 0.0f;
-        void add(const Row& row)
-        {
-            if (row.flags & kIncome) {
-                bruttoEinnahme += row.brutto;
-                nettoEinnahme += row.netto;
-            } else {
-                bruttoAusgabe += row.brutto;
-                nettoAusgabe += row.netto;
-            }
-        }
+    };
+    // The sums of the first seven blocks: all entries, the four rate classes
+    // (indexed by rate slot) and the two flags.
+    static constexpr int kAll = 0, kInnergem = 5, kNonEU = 6;
+    // Gross and net of one kind of one category group, in list order.
+    struct GroupSums {
+        float brutto = 0.0f, netto = 0.0f;
+        bool started = false;
+    };
+    // Per kind (0 income, 1 expense) slot 0 for all entries and slots 1..4 per rate class.
+    struct PeriodTables {
+        float brutto[2][5];
+        float netto[2][5];
     };
     // The five labels of a six-line block (the tax label serves both kinds).
     struct BlockLabels {
@@ -74,11 +74,11 @@ private:
     void appendQuarters();
     void appendSeparatorLine();
 
-    template <typename Predicate> Sums sumWhere(Predicate selected) const;
+    void tallyPeriods();
     void appendBlock(const Sums& sums, const BlockLabels& labels, const char* lastEnd);
     void appendLine(const char* label, float amount, const char* end);
     void appendCategoryLine(const char* prefix, std::uint32_t entryIndex, float amount, const char* end);
-    void appendPeriods(const char* const names[], int periods, const std::uint8_t periodOfMonth[13]);
+    void appendPeriods(const PeriodTables tables[], const char* const names[], int periods);
     void splitLines();
 
     EinnahmeList einnahmen_;
@@ -86,10 +86,14 @@ private:
     std::int64_t ergebnisStringRows_ = 0;
     std::vector<std::string> ergebnisStringAsArray_;
 
-    // Working state of one calculate, kept only to reuse its memory.
+    // Working state of one calculate: the sums every step writes from, taken in
+    // list order, one entry at a time (kept between calls only for its memory).
     std::vector<Row> rows_;
-    std::vector<double> datums_;
     CategoryGroups groups_;
+    Sums blockSums_[7];
+    std::vector<GroupSums> incomeByGroup_, expenseByGroup_;
+    PeriodTables months_[12];
+    PeriodTables quarters_[4];
 };
 
 // The one engine of the process, made on first use.

@@ -2,9 +2,29 @@
 
 #include "model/UnicodeText.h"
 
-#include <functional>
+#include <cstring>
 
 namespace saldo {
+namespace {
+
+// A cheap hash of a category text: its length and its first and last eight
+// bytes. Category texts differ early (the account number) or in length, and a
+// collision only costs a full comparison.
+std::uint64_t quickHash(std::string_view text)
+{
+    std::uint64_t head = 0, tail = 0;
+    const std::size_t n = text.size();
+    if (n >= 8) {
+        std::memcpy(&head, text.data(), 8);
+        std::memcpy(&tail, text.data() + n - 8, 8);
+    } else {
+        std::memcpy(&head, text.data(), n);
+    }
+    std::uint64_t h = (head ^ (tail * 0x9E3779B97F4A7C15ull) ^ n) * 0xFF51AFD7ED558CCDull;
+    return h ^ (h >> 29);
+}
+
+}  // namespace
 
 void CategoryGroups::reset()
 {
@@ -19,7 +39,7 @@ std::uint32_t CategoryGroups::add(std::string_view kategorie, bool income)
 {
     if (slots_.empty())
         reset();
-    const std::uint64_t hash = std::hash<std::string_view>{}(kategorie);
+    const std::uint64_t hash = quickHash(kategorie);
     const std::size_t mask = slots_.size() - 1;
     std::uint32_t group = kNone;
     for (std::size_t i = hash & mask;; i = (i + 1) & mask) {

@@ -83,8 +83,16 @@ int MonthTable::monthOf(ReferenceSeconds datum) const
     const double unixTime = datum + kReferenceDateUnixSeconds;
     if (starts_.empty() || !(unixTime >= starts_.front()) || !(unixTime < starts_.back()))
         return Calendar::monthOf(datum);
-    const auto next = std::upper_bound(starts_.begin(), starts_.end(), unixTime);
-    return months_[static_cast<std::size_t>(next - starts_.begin() - 1)];
+    // Last start not after unixTime; written without branches on the data so
+    // that dates in random order cost no mispredictions.
+    const double* base = starts_.data();
+    std::size_t n = starts_.size();
+    while (n > 1) {
+        const std::size_t half = n / 2;
+        base = base[half] <= unixTime ? base + half : base;
+        n -= half;
+    }
+    return months_[static_cast<std::size_t>(base - starts_.data())];
 }
 
 }  // namespace saldo

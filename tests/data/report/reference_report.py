@@ -336,9 +336,10 @@ def every_block():
     jan00 = utc(1999, 12, 31, 23, 0, 0)    # 1 January 2000 00:00 CET, negative datum
     jul99 = utc(1999, 6, 30, 22, 0, 0)     # 1 July 1999 00:00 CEST
     return [
-        # The first category of the list ends the grouped list; its income sums to 0.
-        Entry("Einnahme", "9000 Nullgruppe", 0.0, 19.0, mar24 - 0.5),
-        Entry("Einnahme", "9000 Nullgruppe", 0.0, 7.0, mar24),
+        # The first category of the list ends the grouped list; its income sums
+        # to 0, from negative zeros that the pass adds onto a positive 0.
+        Entry("Einnahme", "9000 Nullgruppe", -0.0, 19.0, mar24 - 0.5),
+        Entry("Einnahme", "9000 Nullgruppe", -0.0, 7.0, mar24),
         Entry("Ausgabe", "9000 Nullgruppe", 12.5, 19.0, mar24 + 0.25, children=2),
         Entry("Einnahme", kasse, 119.0, 19.0, apr24 - 1.0, innergem=True),
         Entry("Einnahme", kelvin, 23.8, 19.0, apr24, non_eu=True),
@@ -353,6 +354,8 @@ def every_block():
         # A group whose income sums to exactly 0, in the middle.
         Entry("Einnahme", "8300 Ausgleich", 25.0, 7.0, jul99 - 0.25),
         Entry("Einnahme", "8300 Ausgleich", -25.0, 7.0, jul99 + 0.25),
+        # A group in the middle that starts with its own negative zero.
+        Entry("Einnahme", "8600 Minusnull", -0.0, 19.0, jul99 + 86400),
         # Kinds that are not income.
         Entry("einnahme", "3400 Wareneingang", 7.77, 19.0, utc(2022, 8, 14, 8, 0, 0)),
         Entry("", "3400 Wareneingang", 1.0, 19.0, utc(2022, 8, 15, 8, 0, 0)),
@@ -370,6 +373,9 @@ def every_block():
         # A category with a line feed, two split lines in the line array.
         Entry("Einnahme", "7000 Zeile\nzwei", 3.0, 7.0, utc(2020, 5, 5, 5, 5, 5)),
         Entry("Einnahme", "7000 Zeile\nzwei", 4.0, 7.0, utc(2020, 5, 6, 5, 5, 5)),
+        # The last new category starts the grouped list: its negative zero is
+        # added onto the pass's positive 0.
+        Entry("Einnahme", "9900 Zuletzt", -0.0, 19.0, utc(2020, 5, 7, 5, 5, 5)),
     ]
 
 
