@@ -12,6 +12,7 @@
 
 #include <QFileInfo>
 #include <QItemSelectionModel>
+#include <QLineEdit>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QUndoStack>
@@ -138,6 +139,22 @@ TEST_F(DocumentTest, SavingWritesTheCompleteListAndSaysSoOnce)
         EXPECT_EQ(written[i]->brutto(), list->backupEinnahmen()[i]->brutto());
     }
     EXPECT_FALSE(document->isDocumentEdited());
+}
+
+TEST_F(DocumentTest, SavingUnderASearchFilterWritesEveryEntry)
+{
+    auto document = openedDocument(10);
+    ViewController* list = document->entryList();
+    auto* field = list->findChild<QLineEdit*>(QStringLiteral("searchField"));
+    if (!field)
+        GTEST_SKIP() << "the entry list has no search field";
+    field->setPlaceholderText(QStringLiteral("Name"));
+    field->setText(QStringLiteral("Posten 1"));  // "Posten 1" and "Posten 10"
+    ASSERT_EQ(list->einnahmen().size(), 2u);
+    ASSERT_EQ(list->backupEinnahmen().size(), 10u);
+
+    ASSERT_TRUE(document->save());
+    EXPECT_EQ(decodeFile(document->filePath()).size(), 10u);
 }
 
 TEST_F(DocumentTest, DataWithoutAWindowIsRefused)

@@ -9,6 +9,7 @@
 #include "gui/support/LedgerFixtures.h"
 #include "platform/UserDefaults.h"
 
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <gtest/gtest.h>
@@ -70,6 +71,29 @@ TEST(SummaryViewControllerTest, ChangesReachThePanelAtTheNextTickOnly)
     QMetaObject::invokeMethod(const_cast<QTimer*>(&summary->timer()), "timeout");
     EXPECT_EQ(summary->resultTextView()->toPlainText(), reportOf(document->entryList()->einnahmen()));
     EXPECT_NE(summary->resultTextView()->toPlainText(), before);
+}
+
+TEST(SummaryViewControllerTest, UnderASearchFilterTheReportCoversTheShownEntriesOnly)
+{
+    InMemoryUserDefaults defaults;
+    auto document = shownDocument(defaults, 10);
+    ViewController* list = document->entryList();
+    auto* field = list->findChild<QLineEdit*>(QStringLiteral("searchField"));
+    if (!field)
+        GTEST_SKIP() << "the entry list has no search field";
+    SummaryViewController* summary = summaryOf(*document);
+    const QString whole = summary->resultTextView()->toPlainText();
+
+    field->setPlaceholderText(QStringLiteral("Name"));
+    field->setText(QStringLiteral("Posten 1"));
+    ASSERT_EQ(list->einnahmen().size(), 2u);
+    summary->updateLabels();
+    EXPECT_EQ(summary->resultTextView()->toPlainText(), reportOf(list->einnahmen()));
+    EXPECT_NE(summary->resultTextView()->toPlainText(), whole);
+
+    field->clear();
+    summary->updateLabels();
+    EXPECT_EQ(summary->resultTextView()->toPlainText(), whole);
 }
 
 TEST(SummaryViewControllerTest, AnEmptyLedgerGivesAnEmptyPanel)
