@@ -43,11 +43,15 @@ void CanberraSoundPlayer::play(const std::string& name)
         return;
 #ifdef SALDO_HAVE_CANBERRA
     if (context_) {
-        // A sound missing from the theme, or no audio device, is not worth a
-        // beep or a message: the sound is skipped.
-        ca_context_play(static_cast<ca_context*>(context_), 0, CA_PROP_EVENT_ID, eventId.c_str(),
-                        CA_PROP_EVENT_DESCRIPTION, name.c_str(), nullptr);
-        return;
+        const int result = ca_context_play(static_cast<ca_context*>(context_), 0, CA_PROP_EVENT_ID,
+                                           eventId.c_str(), CA_PROP_EVENT_DESCRIPTION, name.c_str(), nullptr);
+        // A sound missing from the theme is skipped without a word.
+        if (result == CA_SUCCESS || result == CA_ERROR_NOTFOUND)
+            return;
+        // No usable audio device: do not try (and log) again every time, beep
+        // from now on.
+        ca_context_destroy(static_cast<ca_context*>(context_));
+        context_ = nullptr;
     }
 #endif
     QApplication::beep();

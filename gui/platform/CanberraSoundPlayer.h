@@ -8,8 +8,8 @@ namespace saldo::gui {
 
 // Makes the program's system sounds heard: "Basso" as the freedesktop sound
 // "dialog-error", "Ping" as "message", played through libcanberra. Without
-// libcanberra (or without a sound context) it beeps instead; a sound the theme
-// lacks is skipped silently. install() makes it the process's sound player.
+// libcanberra, or once the sound system turned out unusable, it beeps
+// instead; a sound the theme lacks is skipped silently. install() makes it the process's sound player.
 class CanberraSoundPlayer {
 public:
     CanberraSoundPlayer();
