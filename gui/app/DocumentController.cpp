@@ -90,6 +90,7 @@ Document* DocumentController::openDocument(const QString& path)
     auto* document = new Document(defaults_);
     if (!document->readFromFile(path)) {
         delete document;
+        forgetRecentDocument(canonicalOrAbsolute(path));
         Dialogs::instance().showError(
             nullptr,
             QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName()),
@@ -126,6 +127,17 @@ void DocumentController::noteRecentDocument(const QString& path)
     paths.prepend(path);
     while (paths.size() > kMaxRecentDocuments)
         paths.removeLast();
+    std::vector<std::string> stored;
+    for (const QString& p : paths)
+        stored.push_back(p.toStdString());
+    defaults_.setStringArray(kRecentDocumentsKey, stored);
+}
+
+void DocumentController::forgetRecentDocument(const QString& path)
+{
+    QStringList paths = recentDocumentPaths();
+    if (paths.removeAll(path) == 0)
+        return;
     std::vector<std::string> stored;
     for (const QString& p : paths)
         stored.push_back(p.toStdString());

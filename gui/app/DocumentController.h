@@ -63,6 +63,8 @@ private:
     Document* adopt(Document* document);
     void forget(Document* document);
     void noteRecentDocument(const QString& path);
+    // A file that can no longer be read leaves the recent list.
+    void forgetRecentDocument(const QString& path);
 
     UserDefaults& defaults_;
     std::vector<Document*> documents_;

@@ -94,6 +94,13 @@ TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCateg
     // The category list beside it is untouched.
     EXPECT_EQ(defaults.stringArray(Kategorien::kKey), Kategorien::defaultKategorien());
 
+    // A file that has become unreadable leaves the list when it fails to open.
+    ASSERT_TRUE(QFile::remove(opened.last()));
+    controller.documentForPath(opened.last())->windowController()->close();
+    EXPECT_EQ(controller.openDocument(opened.last()), nullptr);
+    EXPECT_FALSE(controller.recentDocumentPaths().contains(opened.last()));
+    EXPECT_EQ(controller.recentDocumentPaths().size(), DocumentController::kMaxRecentDocuments - 1);
+
     controller.clearRecentDocuments();
     EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
 }

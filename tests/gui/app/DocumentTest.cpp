@@ -157,14 +157,6 @@ TEST_F(DocumentTest, SavingUnderASearchFilterWritesEveryEntry)
     EXPECT_EQ(decodeFile(document->filePath()).size(), 10u);
 }
 
-TEST_F(DocumentTest, DataWithoutAWindowIsRefused)
-{
-    Document document(defaults);
-    EXPECT_FALSE(document.dataOfType());
-    EXPECT_EQ(document.errorCode(), Document::kFileErrorCode);
-    EXPECT_TRUE(lines.empty());
-}
-
 TEST_F(DocumentTest, AChangeIsSavedAfterTheAutosaveDelayAndTheDelayRestarts)
 {
     auto document = openedDocument(2);

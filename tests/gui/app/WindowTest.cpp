@@ -6,7 +6,6 @@
 #include "app/SplitViewController.h"
 #include "app/WindowActions.h"
 #include "editors/DetailViewController.h"
-#include "evaluation/SummaryViewController.h"
 #include "entrylist/ViewController.h"
 #include "gui/support/LedgerFixtures.h"
 #include "platform/UserDefaults.h"
@@ -76,17 +75,6 @@ TEST(WindowTest, TheSelectionReachesTheDetailPanel)
     selection->clearSelection();
     EXPECT_EQ(detail->selectedEinnahme(), nullptr);
     EXPECT_EQ(detail->boxOpacity(), 0.0);
-}
-
-TEST(WindowTest, ShowEntryInDetailViewHandsTheEntryOver)
-{
-    InMemoryUserDefaults defaults;
-    SplitViewController split(defaults);
-    const EinnahmePtr entry = Einnahme::make("Miete", "", 500.0f, 0.0f);
-    split.showEntryInDetailView(entry);
-    EXPECT_EQ(split.detailViewController()->selectedEinnahme(), entry);
-    EXPECT_EQ(split.widget(0), static_cast<QWidget*>(split.viewController()));
-    EXPECT_EQ(split.innerSplitViewController()->widget(1), static_cast<QWidget*>(split.summaryViewController()));
 }
 
 TEST(WindowTest, TheStatusCirclesAreResources)
