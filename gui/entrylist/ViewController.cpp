@@ -234,13 +234,23 @@ void ViewController::setUndoStack(QUndoStack* undoStack)
 
 std::vector<std::size_t> ViewController::Private::selectedRows() const
 {
-    std::vector<std::size_t> rows;
+    // Ranges of rows in ascending order, each row once: the ranges are sorted,
+    // not the rows (select-all at a million rows is one range).
     const QItemSelection selection = table->selectionModel()->selection();
-    for (const QItemSelectionRange& range : selection)
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            rows.push_back(static_cast<std::size_t>(row));
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    std::vector<std::pair<int, int>> ranges;
+    ranges.reserve(static_cast<std::size_t>(selection.size()));
+    std::size_t total = 0;
+    for (const QItemSelectionRange& range : selection) {
+        ranges.emplace_back(range.top(), range.bottom());
+        total += static_cast<std::size_t>(range.bottom() - range.top() + 1);
+    }
+    std::sort(ranges.begin(), ranges.end());
+    std::vector<std::size_t> rows;
+    rows.reserve(total);
+    for (const auto& [top, bottom] : ranges)
+        for (int row = top; row <= bottom; ++row)
+            if (rows.empty() || static_cast<std::size_t>(row) > rows.back())
+                rows.push_back(static_cast<std::size_t>(row));
     return rows;
 }
 

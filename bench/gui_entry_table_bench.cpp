@@ -1,0 +1,186 @@
+// Figures of the entry table alone at 100,000 and 1,000,000 entries, offscreen:
+// painting its viewport, scrolling a page, handing a document's entries over,
+// reloading after "DetailViewUpdated", adding an entry, deleting one row with
+// its undo, selecting every row, and one gross-amount edit in a cell.
+// Read medians with --benchmark_repetitions=5.
+#include "entrylist/EntryColumn.h"
+#include "entrylist/ViewController.h"
+#include "model/Kategorien.h"
+#include "platform/Diagnostics.h"
+#include "platform/NotificationCenter.h"
+#include "platform/UserDefaults.h"
+#include "platform/Dialogs.h"
+
+#include <QApplication>
+#include <QScrollBar>
+#include <QTableView>
+#include <QUndoStack>
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <random>
+
+namespace {
+
+using namespace saldo;
+using namespace saldo::gui;
+
+EinnahmeList makeLedger(std::size_t count)
+{
+    static const std::vector<std::string> chart = Kategorien::defaultKategorien();
+    static const float rates[] = {19.0f, 19.0f, 19.0f, 7.0f, 0.0f};
+    std::mt19937 rng(4711);
+    EinnahmeList list;
+    list.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        auto entry = Einnahme::make("Beleg " + std::to_string(i + 1), chart[rng() % chart.size()],
+                                    static_cast<float>(rng() % 300000) / 100.0f, rates[rng() % 5]);
+        entry->setArt(rng() % 3 == 0 ? kArtAusgabe : kArtEinnahme);
+        entry->setDatum(757382400.0 + static_cast<double>(rng() % 31536000u));
+        entry->setRechnungsnummer("RE-" + std::to_string(rng() % 100000));
+        list.push_back(entry);
+    }
+    return list;
+}
+
+const EinnahmeList& ledgerOf(std::size_t count)
+{
+    static std::map<std::size_t, EinnahmeList> ledgers;
+    auto it = ledgers.find(count);
+    if (it == ledgers.end())
+        it = ledgers.emplace(count, makeLedger(count)).first;
+    return it->second;
+}
+
+// Answers every confirmation with "OK".
+class AlwaysOk : public Dialogs {
+public:
+    bool confirmDelete(QWidget*, const QString&) override { return true; }
+};
+
+struct Table {
+    explicit Table(std::size_t count)
+        : vc(defaults)
+    {
+        vc.setUndoStack(&undo);
+        vc.setEntries(ledgerOf(count));
+        vc.resize(1250, 720);
+        vc.show();
+        vc.viewWillAppear();
+        QApplication::processEvents();
+    }
+    QTableView* table() const { return vc.tableView(); }
+
+    InMemoryUserDefaults defaults;
+    QUndoStack undo;
+    ViewController vc;
+};
+
+void BM_PaintViewport(benchmark::State& state)
+{
+    Table t(static_cast<std::size_t>(state.range(0)));
+    t.table()->verticalScrollBar()->setValue(t.table()->verticalScrollBar()->maximum() / 2);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(t.table()->viewport()->grab());
+    state.counters["rows"] = t.table()->model()->rowCount();
+}
+BENCHMARK(BM_PaintViewport)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_ScrollOnePageAndPaint(benchmark::State& state)
+{
+    Table t(static_cast<std::size_t>(state.range(0)));
+    QScrollBar* bar = t.table()->verticalScrollBar();
+    for (auto _ : state) {
+        bar->setValue((bar->value() + bar->pageStep()) % (bar->maximum() + 1));
+        benchmark::DoNotOptimize(t.table()->viewport()->grab());
+    }
+}
+BENCHMARK(BM_ScrollOnePageAndPaint)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_SetEntriesAndPaint(benchmark::State& state)
+{
+    Table t(1);
+    const EinnahmeList& entries = ledgerOf(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        t.vc.setEntries(entries);
+        t.vc.viewWillAppear();
+        benchmark::DoNotOptimize(t.table()->viewport()->grab());
+    }
+}
+BENCHMARK(BM_SetEntriesAndPaint)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_DetailViewUpdatedReload(benchmark::State& state)
+{
+    Table t(static_cast<std::size_t>(state.range(0)));
+    t.table()->selectRow(t.table()->model()->rowCount() / 2);
+    for (auto _ : state) {
+        NotificationCenter::defaultCenter().post(kDetailViewUpdated);
+        benchmark::DoNotOptimize(t.table()->viewport()->grab());
+    }
+}
+BENCHMARK(BM_DetailViewUpdatedReload)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_AddEntry(benchmark::State& state)
+{
+    Table t(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        t.vc.addEntry();
+        benchmark::DoNotOptimize(t.table()->viewport()->grab());
+    }
+}
+BENCHMARK(BM_AddEntry)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_DeleteMiddleRowThenUndo(benchmark::State& state)
+{
+    AlwaysOk ok;
+    Dialogs* previous = Dialogs::setInstance(&ok);
+    Table t(static_cast<std::size_t>(state.range(0)));
+    const int middle = t.table()->model()->rowCount() / 2;
+    for (auto _ : state) {
+        t.table()->selectRow(middle);
+        t.vc.deleteEntries();
+        t.undo.undo();
+        benchmark::DoNotOptimize(t.table()->viewport()->grab());
+    }
+    Dialogs::setInstance(previous);
+}
+BENCHMARK(BM_DeleteMiddleRowThenUndo)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_SelectAllThenOne(benchmark::State& state)
+{
+    Table t(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        t.table()->selectAll();
+        t.table()->selectRow(0);
+    }
+}
+BENCHMARK(BM_SelectAllThenOne)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_GrossEditInCell(benchmark::State& state)
+{
+    Table t(static_cast<std::size_t>(state.range(0)));
+    const DiagnosticSink previous = setDiagnosticSink([](const std::string&) { });
+    QAbstractItemModel* model = t.table()->model();
+    const QModelIndex cell = model->index(model->rowCount() / 2, EntryColumn::Brutto);
+    t.table()->selectRow(cell.row());
+    bool flip = false;
+    for (auto _ : state) {
+        model->setData(cell, flip ? QStringLiteral("12,50") : QStringLiteral("13,75"));
+        flip = !flip;
+    }
+    setDiagnosticSink(previous);
+}
+BENCHMARK(BM_GrossEditInCell)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    Q_INIT_RESOURCE(saldo);
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
