@@ -7,7 +7,7 @@ namespace saldo {
 
 void AmountFormat::append(std::string& out, float amount)
 {
-    out += "\xE2\x82\xAC ";  // the Euro sign in UTF-8, then a blank
+    out += "\xE2\x82\xAC "; // the Euro sign in UTF-8, then a blank
     const double value = static_cast<double>(amount);
     if (std::isnan(value)) {
         out += "nan";
@@ -26,4 +26,4 @@ std::string AmountFormat::format(float amount)
     return text;
 }
 
-}  // namespace saldo
+} // namespace saldo

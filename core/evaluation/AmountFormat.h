@@ -18,4 +18,4 @@ public:
     static std::string format(float amount);
 };
 
-}  // namespace saldo
+} // namespace saldo

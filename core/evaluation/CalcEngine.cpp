@@ -17,11 +17,11 @@ constexpr const char* kEndB = " \n\n";
 constexpr const char* kEndC = "\n\n";
 constexpr const char* kEndD = "  \n\n";
 
-}  // namespace
+} // namespace
 
 CalcEngine& sharedCalcEngine()
 {
-    static CalcEngine* const engine = new CalcEngine;  // lives until the process ends
+    static CalcEngine* const engine = new CalcEngine; // lives until the process ends
     return *engine;
 }
 
@@ -52,7 +52,7 @@ void CalcEngine::calculate(EinnahmeList entries)
     appendMonths();
     appendQuarters();
     splitLines();
-    groups_.reset();  // it holds views of the entries' texts
+    groups_.reset(); // it holds views of the entries' texts
 }
 
 // One pass over the entries in list order: each entry's net amount, kind and
@@ -65,13 +65,15 @@ void CalcEngine::digest()
     rows_.resize(count);
     groups_.reset();
     for (Sums& sums : blockSums_)
-        sums = Sums{};
+        sums = Sums {};
     incomeByGroup_.clear();
     expenseByGroup_.clear();
     // The entries and their category texts lie wherever the allocator put
     // them: fetch the entries well ahead, and their texts once the entries
     // are in the cache.
     constexpr std::size_t kEntryAhead = 16, kTextAhead = 8;
+    double earliest = std::numeric_limits<double>::infinity(); // NaN dates are left out
+    double latest = -earliest;
     for (std::size_t i = 0; i < count; ++i) {
         if (i + kEntryAhead < count) {
             const Einnahme::Stored& ahead = einnahmen_[i + kEntryAhead]->stored();
@@ -92,7 +94,9 @@ void CalcEngine::digest()
             : steuersatz == 7.0f                      ? kSlot7
             : steuersatz == 0.0f                      ? kSlot0
                                                       : kSlotOther;
-        row = Row{e.datum(), brutto, netto, static_cast<std::uint8_t>(income ? 0 : 1), slot};
+        row = Row { e.datum(), brutto, netto, static_cast<std::uint8_t>(income ? 0 : 1), slot };
+        earliest = std::min(earliest, row.datum);
+        latest = std::max(latest, row.datum);
 
         auto add = [&](Sums& sums) {
             if (income) {
@@ -120,31 +124,25 @@ void CalcEngine::digest()
             g.brutto += brutto;
             g.netto += netto;
         } else {
-            g = GroupSums{brutto, netto, true};
+            g = GroupSums { brutto, netto, true };
         }
     }
-    tallyPeriods();
+    tallyPeriods(earliest, latest);
     ergebnisString_.reserve(6000 + 400 * groups_.groups().size());
 }
 
 // Month and quarter tables: every entry adds to slot 0 and to its rate class's
 // slot of its month and of its quarter, in list order.
-void CalcEngine::tallyPeriods()
+void CalcEngine::tallyPeriods(double earliest, double latest)
 {
-    double earliest = std::numeric_limits<double>::infinity();
-    double latest = -earliest;
-    for (const Row& row : rows_) {
-        earliest = std::min(earliest, row.datum);
-        latest = std::max(latest, row.datum);
-    }
     const MonthTable table(earliest, latest);
     for (PeriodTables& t : months_)
-        t = PeriodTables{};
+        t = PeriodTables {};
     for (PeriodTables& t : quarters_)
-        t = PeriodTables{};
+        t = PeriodTables {};
     for (const Row& row : rows_) {
         const int month = table.monthOf(row.datum);
-        for (PeriodTables* t : {&months_[month - 1], &quarters_[(month - 1) / 3]}) {
+        for (PeriodTables* t : { &months_[month - 1], &quarters_[(month - 1) / 3] }) {
             t->brutto[row.kind][0] += row.brutto;
             t->brutto[row.kind][row.rateSlot] += row.brutto;
             t->netto[row.kind][0] += row.netto;
@@ -184,8 +182,8 @@ void CalcEngine::appendTotals()
     if (limit && sums.bruttoEinnahme > *limit)
         playSound("Ping");
     appendBlock(sums,
-        {"Bruttoeinnahme:\t\t ", "Nettoeinnahme:\t\t ", "Steuerbetrag:\t\t\t ", "BruttoAusgabe:  \t\t ",
-            "NettoAusgabe:  \t\t "},
+        { "Bruttoeinnahme:\t\t ", "Nettoeinnahme:\t\t ", "Steuerbetrag:\t\t\t ", "BruttoAusgabe:  \t\t ",
+            "NettoAusgabe:  \t\t " },
         kEndB);
     appendSeparatorLine();
     ergebnisStringRows_ += 7;
@@ -194,8 +192,8 @@ void CalcEngine::appendTotals()
 void CalcEngine::appendRate19()
 {
     appendBlock(blockSums_[kSlot19],
-        {"Bruttoeinnahme(19 %):\t ", "Nettoeinnahme(19 %):\t ", "Steuerbetrag(19 %):\t\t ", "BruttoAusgabe(19 %):  \t ",
-            "NettoAusgabe(19 %):  \t "},
+        { "Bruttoeinnahme(19 %):\t ", "Nettoeinnahme(19 %):\t ", "Steuerbetrag(19 %):\t\t ",
+            "BruttoAusgabe(19 %):  \t ", "NettoAusgabe(19 %):  \t " },
         kEndB);
     ergebnisStringRows_ += 6;
 }
@@ -204,8 +202,8 @@ void CalcEngine::appendRate7()
 {
     // The income gross label of this block has no opening parenthesis.
     appendBlock(blockSums_[kSlot7],
-        {"Bruttoeinnahme7 %):\t ", "Nettoeinnahme(7 %):\t ", "Steuerbetrag(7 %):\t\t ", "BruttoAusgabe(7 %):  \t ",
-            "NettoAusgabe(7 %):  \t "},
+        { "Bruttoeinnahme7 %):\t ", "Nettoeinnahme(7 %):\t ", "Steuerbetrag(7 %):\t\t ", "BruttoAusgabe(7 %):  \t ",
+            "NettoAusgabe(7 %):  \t " },
         kEndB);
     ergebnisStringRows_ += 6;
 }
@@ -214,8 +212,8 @@ void CalcEngine::appendRate0()
 {
     // The income gross label of this block has no opening parenthesis.
     appendBlock(blockSums_[kSlot0],
-        {"Bruttoeinnahme0 %):\t ", "Nettoeinnahme(0 %):\t ", "Steuerbetrag(0 %):\t\t ", "BruttoAusgabe(0 %):  \t ",
-            "NettoAusgabe(0 %):  \t "},
+        { "Bruttoeinnahme0 %):\t ", "Nettoeinnahme(0 %):\t ", "Steuerbetrag(0 %):\t\t ", "BruttoAusgabe(0 %):  \t ",
+            "NettoAusgabe(0 %):  \t " },
         kEndC);
     ergebnisStringRows_ += 6;
 }
@@ -223,8 +221,8 @@ void CalcEngine::appendRate0()
 void CalcEngine::appendRateOther()
 {
     appendBlock(blockSums_[kSlotOther],
-        {"Bruttoeinnahme(X %):\t ", "Nettoeinnahme(X %):\t ", "Steuerbetrag(X %):\t\t ", "BruttoAusgabe(X %):  \t ",
-            "NettoAusgabe(X %):  \t "},
+        { "Bruttoeinnahme(X %):\t ", "Nettoeinnahme(X %):\t ", "Steuerbetrag(X %):\t\t ", "BruttoAusgabe(X %):  \t ",
+            "NettoAusgabe(X %):  \t " },
         kEndC);
     appendSeparatorLine();
     ergebnisStringRows_ += 7;
@@ -233,8 +231,8 @@ void CalcEngine::appendRateOther()
 void CalcEngine::appendInnergem()
 {
     appendBlock(blockSums_[kInnergem],
-        {"Bruttoeinnahme(innergem):\t ", "Nettoeinnahme(innergem):\t ", "Steuerbetrag(innergem):\t\t ",
-            "BruttoAusgabe(innergem):  \t ", "NettoAusgabe(innergem):  \t "},
+        { "Bruttoeinnahme(innergem):\t ", "Nettoeinnahme(innergem):\t ", "Steuerbetrag(innergem):\t\t ",
+            "BruttoAusgabe(innergem):  \t ", "NettoAusgabe(innergem):  \t " },
         kEndC);
     appendSeparatorLine();
     ergebnisStringRows_ += 7;
@@ -243,8 +241,8 @@ void CalcEngine::appendInnergem()
 void CalcEngine::appendNonEU()
 {
     appendBlock(blockSums_[kNonEU],
-        {"Bruttoeinnahme(non EU):\t\t ", "Nettoeinnahme(non EU):\t\t ", "Steuerbetrag(non EU):\t\t ",
-            "BruttoAusgabe(non EU): \t \t ", "NettoAusgabe(non EU):  \t\t "},
+        { "Bruttoeinnahme(non EU):\t\t ", "Nettoeinnahme(non EU):\t\t ", "Steuerbetrag(non EU):\t\t ",
+            "BruttoAusgabe(non EU): \t \t ", "NettoAusgabe(non EU):  \t\t " },
         kEndC);
     appendSeparatorLine();
     ergebnisStringRows_ += 7;
@@ -276,7 +274,7 @@ void CalcEngine::appendCategories()
     // in the sign of a zero sum: 0 + -0 is 0.
     std::vector<GroupSums>& income = incomeByGroup_;
     std::vector<GroupSums>& expense = expenseByGroup_;
-    for (GroupSums* g : {&income[firstRun], &expense[firstRun]}) {
+    for (GroupSums* g : { &income[firstRun], &expense[firstRun] }) {
         g->brutto = g->brutto == 0.0f ? 0.0f : g->brutto;
         g->netto = g->netto == 0.0f ? 0.0f : g->netto;
     }
@@ -328,14 +326,14 @@ void CalcEngine::appendCategories()
 
 void CalcEngine::appendMonths()
 {
-    static const char* const names[12] = {"Januar", "Februar", "Maerz", "April", "Mai", "Juni", "Juli", "August",
-        "September", "Oktober", "November", "Dezember"};
+    static const char* const names[12] = { "Januar", "Februar", "Maerz", "April", "Mai", "Juni", "Juli", "August",
+        "September", "Oktober", "November", "Dezember" };
     appendPeriods(months_, names, 12);
 }
 
 void CalcEngine::appendQuarters()
 {
-    static const char* const names[4] = {"Quartal 1", "Quartal 2", "Quartal 3", "Quartal 4"};
+    static const char* const names[4] = { "Quartal 1", "Quartal 2", "Quartal 3", "Quartal 4" };
     appendPeriods(quarters_, names, 4);
 }
 
@@ -344,9 +342,9 @@ void CalcEngine::appendQuarters()
 // separator closes the step.
 void CalcEngine::appendPeriods(const PeriodTables tables[], const char* const names[], int periods)
 {
-    static const char* const headers[2] = {"Brutto/Netto/Steuer Einnahme ", "Brutto/Netto/Steuer Ausgabe "};
-    static const char* const classLabels[5] = {nullptr, " 0 % Brutto/Netto/Steuer\t  ", " 7 % Brutto/Netto/Steuer\t  ",
-        " 19 % Brutto/Netto/Steuer\t  ", " X % Brutto/Netto/Steuer\t  "};
+    static const char* const headers[2] = { "Brutto/Netto/Steuer Einnahme ", "Brutto/Netto/Steuer Ausgabe " };
+    static const char* const classLabels[5] = { nullptr, " 0 % Brutto/Netto/Steuer\t  ", " 7 % Brutto/Netto/Steuer\t  ",
+        " 19 % Brutto/Netto/Steuer\t  ", " X % Brutto/Netto/Steuer\t  " };
     auto amounts = [this](float brutto, float netto, const char* end) {
         AmountFormat::append(ergebnisString_, brutto);
         ergebnisString_ += '/';
@@ -390,4 +388,4 @@ void CalcEngine::splitLines()
     }
 }
 
-}  // namespace saldo
+} // namespace saldo

@@ -28,9 +28,9 @@ private:
     struct Row {
         double datum;
         float brutto;
-        float netto;  // single precision, computed as the entry's own net amount
-        std::uint8_t kind;  // 0 income, 1 expense
-        std::uint8_t rateSlot;  // kSlot0, kSlot7, kSlot19, kSlotOther
+        float netto; // single precision, computed as the entry's own net amount
+        std::uint8_t kind; // 0 income, 1 expense
+        std::uint8_t rateSlot; // kSlot0, kSlot7, kSlot19, kSlotOther
     };
     static constexpr std::uint8_t kSlot0 = 1, kSlot7 = 2, kSlot19 = 3, kSlotOther = 4;
 
@@ -74,7 +74,7 @@ private:
     void appendQuarters();
     void appendSeparatorLine();
 
-    void tallyPeriods();
+    void tallyPeriods(double earliest, double latest);
     void appendBlock(const Sums& sums, const BlockLabels& labels, const char* lastEnd);
     void appendLine(const char* label, float amount, const char* end);
     void appendCategoryLine(const char* prefix, std::uint32_t entryIndex, float amount, const char* end);
@@ -103,4 +103,4 @@ CalcEngine& sharedCalcEngine();
 // calculate whose gross income is greater than it plays "Ping".
 std::optional<float>& einnahmenLimit();
 
-}  // namespace saldo
+} // namespace saldo

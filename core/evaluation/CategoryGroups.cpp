@@ -24,11 +24,34 @@ std::uint64_t quickHash(std::string_view text)
     return h ^ (h >> 29);
 }
 
-}  // namespace
+// Byte equality of two texts of the same length, eight bytes at a time
+// (category texts are short: a call to memcmp would cost more than the work).
+bool sameBytes(const char* a, const char* b, std::size_t n)
+{
+    if (n < 8) {
+        for (std::size_t i = 0; i < n; ++i)
+            if (a[i] != b[i])
+                return false;
+        return true;
+    }
+    std::uint64_t x, y;
+    for (std::size_t i = 0; i + 8 <= n; i += 8) {
+        std::memcpy(&x, a + i, 8);
+        std::memcpy(&y, b + i, 8);
+        if (x != y)
+            return false;
+    }
+    // The last eight bytes, overlapping what was compared already.
+    std::memcpy(&x, a + n - 8, 8);
+    std::memcpy(&y, b + n - 8, 8);
+    return x == y;
+}
+
+} // namespace
 
 void CategoryGroups::reset()
 {
-    slots_.assign(256, Slot{});
+    slots_.assign(256, Slot {});
     used_ = 0;
     byNfc_.clear();
     groups_.clear();
@@ -49,7 +72,8 @@ std::uint32_t CategoryGroups::add(std::string_view kategorie, bool income)
             insert(hash, kategorie, group);
             break;
         }
-        if (slot.hash == hash && slot.bytes == kategorie) {
+        if (slot.hash == hash && slot.bytes.size() == kategorie.size()
+            && sameBytes(slot.bytes.data(), kategorie.data(), kategorie.size())) {
             group = slot.group;
             break;
         }
@@ -67,9 +91,10 @@ std::uint32_t CategoryGroups::add(std::string_view kategorie, bool income)
 std::uint32_t CategoryGroups::groupOfNewBytes(std::string_view kategorie)
 {
     // Bytes not seen before: canonically equivalent spellings share one NFC form.
-    const auto [it, inserted] = byNfc_.try_emplace(UnicodeText::nfc(kategorie), static_cast<std::uint32_t>(groups_.size()));
+    const auto [it, inserted]
+        = byNfc_.try_emplace(UnicodeText::nfc(kategorie), static_cast<std::uint32_t>(groups_.size()));
     if (inserted)
-        groups_.push_back(Group{});
+        groups_.push_back(Group {});
     return it->second;
 }
 
@@ -81,14 +106,14 @@ void CategoryGroups::insert(std::uint64_t hash, std::string_view bytes, std::uin
     std::size_t i = hash & mask;
     while (slots_[i].group != kNone)
         i = (i + 1) & mask;
-    slots_[i] = Slot{hash, bytes, group};
+    slots_[i] = Slot { hash, bytes, group };
     ++used_;
 }
 
 void CategoryGroups::grow()
 {
     std::vector<Slot> old = std::move(slots_);
-    slots_.assign(old.size() * 2, Slot{});
+    slots_.assign(old.size() * 2, Slot {});
     const std::size_t mask = slots_.size() - 1;
     for (const Slot& slot : old) {
         if (slot.group == kNone)
@@ -100,4 +125,4 @@ void CategoryGroups::grow()
     }
 }
 
-}  // namespace saldo
+} // namespace saldo

@@ -20,9 +20,9 @@ public:
     static constexpr std::uint32_t kNone = UINT32_MAX;
 
     struct Group {
-        std::uint32_t first = kNone;  // index of the group's first entry
-        std::uint32_t firstIncome = kNone;  // its first income entry, if any
-        std::uint32_t firstExpense = kNone;  // its first expense entry, if any
+        std::uint32_t first = kNone; // index of the group's first entry
+        std::uint32_t firstIncome = kNone; // its first income entry, if any
+        std::uint32_t firstExpense = kNone; // its first expense entry, if any
     };
 
     // Adds the next entry of the list (index = number of entries added so far)
@@ -44,11 +44,11 @@ private:
     void insert(std::uint64_t hash, std::string_view bytes, std::uint32_t group);
     void grow();
 
-    std::vector<Slot> slots_;  // open addressing over the raw bytes; size a power of two
+    std::vector<Slot> slots_; // open addressing over the raw bytes; size a power of two
     std::size_t used_ = 0;
-    std::unordered_map<std::string, std::uint32_t> byNfc_;  // NFC form -> group
+    std::unordered_map<std::string, std::uint32_t> byNfc_; // NFC form -> group
     std::vector<Group> groups_;
     std::uint32_t count_ = 0;
 };
 
-}  // namespace saldo
+} // namespace saldo

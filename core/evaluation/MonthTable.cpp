@@ -26,8 +26,8 @@ std::optional<double> monthStart(int year, int month)
     if (Calendar::monthOf(guess) == month && Calendar::monthOf(guess - 1.0) != month)
         return guess + kReferenceDateUnixSeconds;
     // Search whole seconds within two days of the guess for the first one of the month.
-    double lo = guess - 2 * 86400.0;  // before the month
-    double hi = guess + 2 * 86400.0;  // inside the month
+    double lo = guess - 2 * 86400.0; // before the month
+    double hi = guess + 2 * 86400.0; // inside the month
     if (Calendar::monthOf(lo) == month || Calendar::monthOf(hi) != month)
         return std::nullopt;
     while (hi - lo > 1.0) {
@@ -40,7 +40,7 @@ std::optional<double> monthStart(int year, int month)
     return hi + kReferenceDateUnixSeconds;
 }
 
-}  // namespace
+} // namespace
 
 MonthTable::MonthTable(ReferenceSeconds earliest, ReferenceSeconds latest)
 {
@@ -95,4 +95,4 @@ int MonthTable::monthOf(ReferenceSeconds datum) const
     return months_[static_cast<std::size_t>(base - starts_.data())];
 }
 
-}  // namespace saldo
+} // namespace saldo

@@ -35,4 +35,4 @@ private:
     std::vector<unsigned char> months_;
 };
 
-}  // namespace saldo
+} // namespace saldo

@@ -21,7 +21,7 @@ std::string slurp(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
     EXPECT_TRUE(in.good()) << "cannot read " << path;
-    return {std::istreambuf_iterator<char>(in), {}};
+    return { std::istreambuf_iterator<char>(in), {} };
 }
 
 struct CliRun {
@@ -51,7 +51,7 @@ struct Case {
     const char* expected;
 };
 
-class ReportCommand : public ::testing::TestWithParam<Case> {};
+class ReportCommand : public ::testing::TestWithParam<Case> { };
 
 TEST_P(ReportCommand, WritesTheReportByteForByteInTheGivenZone)
 {
@@ -66,10 +66,10 @@ TEST_P(ReportCommand, WritesTheReportByteForByteInTheGivenZone)
 }
 
 INSTANTIATE_TEST_SUITE_P(Ledgers, ReportCommand,
-    ::testing::Values(Case{"cli_every_block.plist", "Europe/Berlin", "cli_every_block.berlin.expected.txt"},
-        Case{"cli_every_block.plist", "UTC", "cli_every_block.utc.expected.txt"},
-        Case{"cli_month_end.plist", "Europe/Berlin", "cli_month_end.berlin.expected.txt"},
-        Case{"cli_month_end.plist", "UTC", "cli_month_end.utc.expected.txt"}));
+    ::testing::Values(Case { "cli_every_block.plist", "Europe/Berlin", "cli_every_block.berlin.expected.txt" },
+        Case { "cli_every_block.plist", "UTC", "cli_every_block.utc.expected.txt" },
+        Case { "cli_month_end.plist", "Europe/Berlin", "cli_month_end.berlin.expected.txt" },
+        Case { "cli_month_end.plist", "UTC", "cli_month_end.utc.expected.txt" }));
 
 // 23:30 UTC on 31 January is still January in UTC but already February in
 // Berlin; the same holds for 22:00 UTC on 31 March (local midnight of 1 April
@@ -87,4 +87,4 @@ TEST(ReportCommandZones, TheMonthFollowsTheTimeZone)
     EXPECT_NE(utc.out.find("Brutto/Netto/Steuer Ausgabe Maerz:\n \u20ac 15.70/"), std::string::npos);
 }
 
-}  // namespace
+} // namespace

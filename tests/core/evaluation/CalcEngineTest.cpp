@@ -3,8 +3,8 @@
 // the report written in Python (numpy.float32, zoneinfo, unicodedata) that
 // shares no code with the engine. Regenerate them with
 //     /usr/bin/python3 tests/data/report/reference_report.py
-#include "core/evaluation/ReportFixtures.h"
 #include "evaluation/CalcEngine.h"
+#include "core/evaluation/ReportFixtures.h"
 #include "platform/Sound.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ std::vector<std::string> lines(const std::string& text)
 
 class CalcEngineGolden : public ::testing::TestWithParam<const char*> {
 protected:
-    testing::ScopedTimeZone berlin{"Europe/Berlin"};
+    testing::ScopedTimeZone berlin { "Europe/Berlin" };
 };
 
 TEST_P(CalcEngineGolden, TextRowsAndLinesMatchTheReference)
@@ -65,12 +65,12 @@ TEST(CalcEngine, WorkedExamplesReadAsWorkedOutByHand)
     engine.calculate(readEntriesTsv(reportData("three_entries.entries.tsv")));
     const std::string& text = engine.ergebnisString();
     const std::string totals = "Bruttoeinnahme:\t\t \u20ac 142.80  \n"
-        "Nettoeinnahme:\t\t \u20ac 120.00  \n"
-        "Steuerbetrag:\t\t\t \u20ac 22.80 \n\n"
-        "BruttoAusgabe:  \t\t \u20ac 10.70  \n"
-        "NettoAusgabe:  \t\t \u20ac 10.00  \n"
-        "Steuerbetrag:\t\t\t \u20ac 0.70 \n\n"
-        " -------------------------------------------------------------------------------- \n\n";
+                               "Nettoeinnahme:\t\t \u20ac 120.00  \n"
+                               "Steuerbetrag:\t\t\t \u20ac 22.80 \n\n"
+                               "BruttoAusgabe:  \t\t \u20ac 10.70  \n"
+                               "NettoAusgabe:  \t\t \u20ac 10.00  \n"
+                               "Steuerbetrag:\t\t\t \u20ac 0.70 \n\n"
+                               " -------------------------------------------------------------------------------- \n\n";
     EXPECT_EQ(text.substr(0, totals.size()), totals);
     EXPECT_EQ(engine.ergebnisStringAsArray().front(), "Bruttoeinnahme:\t\t \u20ac 142.80  ");
 
@@ -133,7 +133,7 @@ TEST(CalcEngine, PingsOnEachCalculateAboveTheLimitOnly)
     std::vector<std::string> played;
     const SoundPlayer previous = setSoundPlayer([&](const std::string& name) { played.push_back(name); });
     auto income = [](float brutto) {
-        EinnahmeList list{Einnahme::make("a", "K", brutto - 1.0f, 19.0f), Einnahme::make("b", "K", 1.0f, 19.0f)};
+        EinnahmeList list { Einnahme::make("a", "K", brutto - 1.0f, 19.0f), Einnahme::make("b", "K", 1.0f, 19.0f) };
         auto expense = Einnahme::make("c", "K", 500.0f, 19.0f);
         expense->setArt("Ausgabe");
         list.push_back(expense);
@@ -148,10 +148,10 @@ TEST(CalcEngine, PingsOnEachCalculateAboveTheLimitOnly)
     einnahmenLimit() = 100.0f;
     engine.calculate(income(142.8f));
     engine.calculate(income(142.8f));
-    EXPECT_EQ(played, (std::vector<std::string>{"Ping", "Ping"}));
+    EXPECT_EQ(played, (std::vector<std::string> { "Ping", "Ping" }));
 
     played.clear();
-    engine.calculate(income(100.0f));  // exactly at the limit; the expense of 500 does not count
+    engine.calculate(income(100.0f)); // exactly at the limit; the expense of 500 does not count
     EXPECT_TRUE(played.empty());
 
     einnahmenLimit().reset();
@@ -162,12 +162,12 @@ TEST(CalcEngine, SharedEngineIsOneInstanceWhoseResultsTheLastCallerOwns)
 {
     CalcEngine& first = sharedCalcEngine();
     EXPECT_EQ(&first, &sharedCalcEngine());
-    first.calculate({Einnahme::make("a", "K", 10.0f, 0.0f)});
+    first.calculate({ Einnahme::make("a", "K", 10.0f, 0.0f) });
     const std::string one = first.ergebnisString();
-    sharedCalcEngine().calculate({Einnahme::make("b", "K", 20.0f, 0.0f)});
+    sharedCalcEngine().calculate({ Einnahme::make("b", "K", 20.0f, 0.0f) });
     EXPECT_NE(first.ergebnisString(), one);
     EXPECT_EQ(first.ergebnisString().find("Bruttoeinnahme:\t\t \u20ac 20.00  \n"), 0u);
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

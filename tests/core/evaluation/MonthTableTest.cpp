@@ -1,5 +1,5 @@
-#include "core/evaluation/ReportFixtures.h"
 #include "evaluation/MonthTable.h"
+#include "core/evaluation/ReportFixtures.h"
 #include "platform/Calendar.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ void expectSameMonthsAsTheCalendar(const char* tz, double from, double to, doubl
             const double mid = std::floor((lo + hi) / 2);
             (Calendar::monthOf(mid) == Calendar::monthOf(lo) ? lo : hi) = mid;
         }
-        for (double d : {-1.0, -0.5, -1e-6, 0.0, 1e-6, 0.5, 1.0})
+        for (double d : { -1.0, -0.5, -1e-6, 0.0, 1e-6, 0.5, 1.0 })
             probes.push_back(hi + d);
     }
     int checked = 0;
@@ -44,13 +44,13 @@ void expectSameMonthsAsTheCalendar(const char* tz, double from, double to, doubl
 
 TEST(MonthTable, AgreesWithTheCalendarInZonesWithAwkwardMonthStarts)
 {
-    const double from = -1.0e8 - 0.75;  // 1997, before the reference date
-    const double to = 6.0e8;  // 2020
+    const double from = -1.0e8 - 0.75; // 1997, before the reference date
+    const double to = 6.0e8; // 2020
     // Summer time, no summer time, clocks that skipped midnight of 1 October
     // 2017, clocks that repeated the first hour of 1 November 2015, a
     // half-hour shift and a quarter-hour offset.
     for (const char* tz :
-        {"Europe/Berlin", "UTC", "America/Asuncion", "America/Havana", "Australia/Lord_Howe", "Asia/Kathmandu"})
+        { "Europe/Berlin", "UTC", "America/Asuncion", "America/Havana", "Australia/Lord_Howe", "Asia/Kathmandu" })
         expectSameMonthsAsTheCalendar(tz, from, to, 3 * 3600.0 + 0.25);
 }
 
@@ -58,8 +58,8 @@ TEST(MonthTable, InstantsOutsideTheTableAskTheCalendar)
 {
     testing::ScopedTimeZone zone("Europe/Berlin");
     const MonthTable table(7.0e8, 7.1e8);
-    for (double t : {-3.0e9 - 0.5, 6.99e8, 7.2e8, 1.0e12, std::numeric_limits<double>::quiet_NaN(),
-             std::numeric_limits<double>::infinity()})
+    for (double t : { -3.0e9 - 0.5, 6.99e8, 7.2e8, 1.0e12, std::numeric_limits<double>::quiet_NaN(),
+             std::numeric_limits<double>::infinity() })
         EXPECT_EQ(table.monthOf(t), Calendar::monthOf(t)) << t;
 
     const MonthTable empty(std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity());
@@ -67,5 +67,5 @@ TEST(MonthTable, InstantsOutsideTheTableAskTheCalendar)
     EXPECT_EQ(empty.monthOf(7.05e8), Calendar::monthOf(7.05e8));
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

@@ -38,7 +38,7 @@ double parseDouble(const std::string& text)
     return value;
 }
 
-}  // namespace
+} // namespace
 
 std::string readFile(const std::string& path)
 {
@@ -94,9 +94,9 @@ EinnahmeList readEntriesTsv(const std::string& path)
         if (!moreE && !moreA)
             return ::testing::AssertionFailure() << "texts differ only in their final line feed";
         if (!moreE || !moreA || le != la)
-            return ::testing::AssertionFailure() << "first difference in line " << number << "\n expected: \""
-                                                 << (moreE ? le : "<end>") << "\"\n   actual: \""
-                                                 << (moreA ? la : "<end>") << "\"";
+            return ::testing::AssertionFailure()
+                << "first difference in line " << number << "\n expected: \"" << (moreE ? le : "<end>")
+                << "\"\n   actual: \"" << (moreA ? la : "<end>") << "\"";
     }
 }
 
@@ -119,4 +119,4 @@ ScopedTimeZone::~ScopedTimeZone()
     tzset();
 }
 
-}  // namespace saldo::testing
+} // namespace saldo::testing

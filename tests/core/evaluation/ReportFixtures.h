@@ -36,4 +36,4 @@ private:
     std::string previous_;
 };
 
-}  // namespace saldo::testing
+} // namespace saldo::testing

@@ -356,6 +356,10 @@ def every_block():
         Entry("Einnahme", "8300 Ausgleich", -25.0, 7.0, jul99 + 0.25),
         # A group in the middle that starts with its own negative zero.
         Entry("Einnahme", "8600 Minusnull", -0.0, 19.0, jul99 + 86400),
+        # Texts of one length that differ only in the middle.
+        Entry("Ausgabe", "4000 Mitte A Konto 12345678", 3.5, 19.0, utc(2023, 2, 2, 2, 2, 2)),
+        Entry("Ausgabe", "4000 Mitte B Konto 12345678", 4.5, 19.0, utc(2023, 2, 3, 2, 2, 2)),
+        Entry("Ausgabe", "4000 Mitte A Konto 12345678", 5.5, 19.0, utc(2023, 2, 4, 2, 2, 2)),
         # Kinds that are not income.
         Entry("einnahme", "3400 Wareneingang", 7.77, 19.0, utc(2022, 8, 14, 8, 0, 0)),
         Entry("", "3400 Wareneingang", 1.0, 19.0, utc(2022, 8, 15, 8, 0, 0)),
