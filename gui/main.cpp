@@ -78,6 +78,11 @@ int main(int argc, char** argv)
         if (parser.isSet(timing))
             std::cerr << "saldo: first window painted after " << sinceStart.elapsed() << " ms\n";
         if (parser.isSet(screenshot)) {
+            // Let the detail panel's fade-in finish before the picture is taken.
+            QElapsedTimer settling;
+            settling.start();
+            while (settling.elapsed() < 400)
+                QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
             if (!painted || !first->grab().save(parser.value(screenshot))) {
                 std::cerr << "saldo: could not write " << parser.value(screenshot).toStdString() << '\n';
                 return 1;

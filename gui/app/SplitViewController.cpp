@@ -31,9 +31,9 @@ SplitViewController::SplitViewController(UserDefaults& defaults, QWidget* parent
     setStretchFactor(0, 3);
     setStretchFactor(1, 1);
     setSizes({1000, 440});
-    inner_->setStretchFactor(0, 1);
+    inner_->setStretchFactor(0, 0);
     inner_->setStretchFactor(1, 1);
-    inner_->setSizes({380, 400});
+    inner_->setSizes({290, 560});
 
     viewController_->setSplitViewController(this);
 }
