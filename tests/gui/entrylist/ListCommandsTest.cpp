@@ -152,6 +152,43 @@ TEST_F(ListCommands, DeletionAsksThenUndoAppendsInRecordOrderAndRedoRemovesTheSa
     EXPECT_EQ(vc->einnahmen(), afterUndo);
 }
 
+TEST_F(ListCommands, ManyScatteredRowsAreDeletedAndRestoredAsOneStep)
+{
+    std::vector<std::string> names;
+    for (int i = 0; i < 24; ++i)
+        names.push_back("e" + std::to_string(i));
+    use(names);
+    QItemSelectionModel* selection = vc->tableView()->selectionModel();
+    for (int row = 1; row < 24; row += 2)  // twelve separate rows
+        selection->select(vc->tableView()->model()->index(row, 0),
+                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    dialogs.confirmAnswers = {true};
+    vc->deleteEntries();
+    EXPECT_EQ(dialogs.asked, QStringList({"Moechten Sie 12 Eintraege loeschen?"}));
+    EinnahmeList even, restored;
+    for (int i = 0; i < 24; i += 2)
+        even.push_back(entries[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(vc->einnahmen(), even);
+    EXPECT_EQ(vc->backupEinnahmen(), even);
+    EXPECT_EQ(vc->tableView()->model()->rowCount(), 12);
+    EXPECT_TRUE(selectedRows().empty());
+
+    undoStack.undo();
+    restored = even;
+    for (int i = 23; i > 0; i -= 2)  // highest row first
+        restored.push_back(entries[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(vc->einnahmen(), restored);
+    EXPECT_EQ(vc->tableView()->model()->rowCount(), 24);
+    std::vector<int> lastTwelve;
+    for (int row = 12; row < 24; ++row)
+        lastTwelve.push_back(row);
+    EXPECT_EQ(selectedRows(), lastTwelve);
+
+    undoStack.redo();
+    EXPECT_EQ(vc->einnahmen(), even);
+    EXPECT_EQ(vc->tableView()->model()->rowCount(), 12);
+}
+
 TEST_F(ListCommands, RefusedOrEmptyDeletionChangesNothing)
 {
     use({"A", "B", "C"});
