@@ -31,6 +31,8 @@ Document::Document(UserDefaults& defaults, QObject* parent)
     : QObject(parent), defaults_(defaults), undoStack_(new QUndoStack(this))
 {
     autosaveTimer_.setSingleShot(true);
+    // Each change restarts the full delay; a coarse timer could round it away.
+    autosaveTimer_.setTimerType(Qt::PreciseTimer);
     setAutosavingDelay(DocumentController::kDefaultAutosavingDelay);
     connect(&autosaveTimer_, &QTimer::timeout, this, &Document::autosave);
     // Undo and redo change the entries, so both mark the document changed.

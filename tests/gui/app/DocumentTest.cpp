@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QUndoStack>
 #include <gtest/gtest.h>
 
@@ -171,9 +172,14 @@ TEST_F(DocumentTest, AChangeIsSavedAfterTheAutosaveDelayAndTheDelayRestarts)
     EXPECT_TRUE(document->windowController()->isWindowModified());
     ASSERT_TRUE(timer.isActive());
     EXPECT_EQ(decodeFile(document->filePath()).size(), 2u);  // nothing written before the delay
+    QTest::qWait(30);
+    const int remainingBefore = timer.remainingTime();
+    emit list->changeDone();  // a further change moves the save out again
+    EXPECT_GT(timer.remainingTime(), remainingBefore);
 
     QMetaObject::invokeMethod(&timer, "timeout");
     EXPECT_EQ(decodeFile(document->filePath()).size(), 3u);
+    EXPECT_FALSE(timer.isActive());
     EXPECT_FALSE(document->isDocumentEdited());
     EXPECT_FALSE(document->windowController()->isWindowModified());
     EXPECT_EQ(lines, std::vector<std::string>{"data saved"});
