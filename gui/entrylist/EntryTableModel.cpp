@@ -2,6 +2,7 @@
 
 #include "entrylist/CellEdit.h"
 #include "entrylist/NumberText.h"
+#include "entrylist/SortOrdering.h"
 #include "entrylist/StatusImages.h"
 #include "model/Kategorien.h"
 #include "platform/Calendar.h"
@@ -12,6 +13,7 @@
 #include <QDateTime>
 
 #include <cassert>
+#include <unordered_map>
 
 namespace saldo::gui {
 namespace {
@@ -306,6 +308,46 @@ void EntryTableModel::resetWith(const std::function<void()>& change)
     refreshCategories();
     rows_ = static_cast<int>(lists_.einnahmen().size());
     endResetModel();
+}
+
+void EntryTableModel::sort(int column, Qt::SortOrder order)
+{
+    if (column < 0 || column >= EntryColumn::Count || !sortHandler_)
+        return;
+    std::optional<std::string_view> key;
+    if (static_cast<std::size_t>(column) < SortOrdering::kColumnKeys.size())
+        key = SortOrdering::kColumnKeys[static_cast<std::size_t>(column)];
+
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    std::vector<const Einnahme*> held;
+    held.reserve(static_cast<std::size_t>(before.size()));
+    for (const QModelIndex& index : before)
+        held.push_back(entryAt(index.row()).get());
+
+    sortHandler_(key, order == Qt::AscendingOrder);
+
+    // Each held index moves to the (first) row of its entry.
+    QModelIndexList after;
+    if (!before.isEmpty()) {
+        std::unordered_map<const Einnahme*, int> rowOf;
+        rowOf.reserve(held.size());
+        for (const Einnahme* entry : held)
+            rowOf.emplace(entry, -1);
+        const auto& einnahmen = lists_.einnahmen();
+        for (std::size_t row = 0; row < einnahmen.size(); ++row) {
+            auto it = rowOf.find(einnahmen[row].get());
+            if (it != rowOf.end() && it->second < 0)
+                it->second = static_cast<int>(row);
+        }
+        after.reserve(before.size());
+        for (qsizetype i = 0; i < before.size(); ++i) {
+            const int row = held[static_cast<std::size_t>(i)] ? rowOf[held[static_cast<std::size_t>(i)]] : -1;
+            after.append(row < 0 ? QModelIndex() : index(row, before[i].column()));
+        }
+        changePersistentIndexList(before, after);
+    }
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
 }  // namespace saldo::gui

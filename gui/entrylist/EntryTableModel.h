@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -49,6 +50,15 @@ public:
 
     void setEditHandler(EditHandler handler) { editHandler_ = std::move(handler); }
 
+    // Sorts the shown list in place by a column key (none: the default
+    // ordering); the entry list hands it to the core.
+    using SortHandler = std::function<void(std::optional<std::string_view> key, bool ascending)>;
+    void setSortHandler(SortHandler handler) { sortHandler_ = std::move(handler); }
+    // A header click: the first eleven columns sort by their keys, later ones
+    // by the default ordering, column -1 (no sort indicator) not at all. Rows
+    // follow their entries, so that the selection stays on the same entries.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
     // The entry shown in a row, or none.
     EinnahmePtr entryAt(int row) const;
 
@@ -77,6 +87,7 @@ private:
     const UserDefaults& defaults_;
     int rows_ = 0;
     EditHandler editHandler_;
+    SortHandler sortHandler_;
     std::optional<std::vector<std::string>> categories_;
     std::optional<QStringList> categoryTitles_;
     std::unordered_set<std::string> categorySet_;

@@ -9,6 +9,8 @@
 #include "entrylist/EntryLists.h"
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/PopUpDelegate.h"
+#include "entrylist/SearchFieldController.h"
+#include "entrylist/SelectionSummaryView.h"
 #include "entrylist/TextDelegate.h"
 #include "model/Kategorien.h"
 #include "platform/Diagnostics.h"
@@ -18,8 +20,10 @@
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QSplitter>
 #include <QTableView>
 #include <QUndoStack>
 #include <QVBoxLayout>
@@ -42,6 +46,8 @@ public:
     EntryLists lists;
     EntryTableModel* model = nullptr;
     QTableView* table = nullptr;
+    SearchFieldController* search = nullptr;
+    SelectionSummaryView* summary = nullptr;
     EinnahmePtr selectedEinnahme;
     QPointer<SplitViewController> split;
     QPointer<QUndoStack> undoStack;
@@ -94,11 +100,30 @@ ViewController::ViewController(UserDefaults& defaults, QWidget* parent)
     setObjectName(QStringLiteral("ViewController"));
     Kategorien::storeDefaultKategorienIfMissing(defaults);
     d_->setUpTable();
+    d_->search = new SearchFieldController(this);
+    d_->search->setSearchHandler([this](const SearchOutcome& outcome) {
+        // A new list from the complete one has its order: no sort indicator.
+        d_->structuralChange([&] { d_->resetKeepingSelection([&] { d_->lists.applySearch(outcome); }); });
+        if (outcome.kind() != SearchOutcome::Kind::KeepShown)
+            d_->table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+        NotificationCenter::defaultCenter().post(kTableViewUpdated);
+    });
+    d_->summary = new SelectionSummaryView;
 
+    // The search field above; below it the table, which keeps most of the
+    // height, over the selection summary.
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(d_->table);
+    layout->setSpacing(4);
+    layout->addWidget(d_->search->searchField());
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(d_->table);
+    splitter->addWidget(d_->summary);
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({560, 180});
+    layout->addWidget(splitter);
 
     d_->observer = NotificationCenter::defaultCenter().addObserver(kDetailViewUpdated, [this] { updateTableView(); });
 
@@ -122,6 +147,9 @@ void ViewController::Private::setUpTable()
     model->setEditHandler(
         [this](int row, EntryColumn::Id column, const QVariant& value) { return cellViewEdited(row, column, value); });
     table->setModel(model);
+    model->setSortHandler([this](std::optional<std::string_view> key, bool ascending) {
+        lists.sortEinnahmen(key, ascending);
+    });
 
     auto* text = new TextDelegate(table);
     auto* checkBox = new CheckBoxDelegate(table);
@@ -159,6 +187,9 @@ void ViewController::Private::setUpTable()
     columns->setSectionsMovable(false);
     columns->setHighlightSections(false);
     columns->setStretchLastSection(true);
+    // Header clicks sort; the list starts in its own order, without indicator.
+    columns->setSortIndicator(-1, Qt::AscendingOrder);
+    table->setSortingEnabled(true);
     for (int column = 0; column < EntryColumn::Count; ++column)
         columns->resizeSection(column, EntryColumn::defaultWidth(EntryColumn::fromIndex(column)));
 
@@ -361,8 +392,7 @@ void ViewController::Private::selectionDidChange()
 
 void ViewController::Private::rebuildSelectionSummary()
 {
-    // The text view of the selection summary joins the entry list later; the
-    // calls above already mark every place where it is rebuilt.
+    summary->showSelection(lists.einnahmen(), selectedRows());
 }
 
 DetailViewController* ViewController::Private::detailPanel() const
