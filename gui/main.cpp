@@ -49,14 +49,13 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(QStringLiteral("Saldo: Einnahmen-Überschuss-Rechnung"));
     parser.addHelpOption();
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                        QStringLiteral("Zeichnet das erste Fenster in die PNG-Datei und endet."),
-                                        QStringLiteral("png"));
-    const QCommandLineOption timing(QStringLiteral("timing"),
-                                    QStringLiteral("Meldet die Zeit bis zum ersten gezeichneten Fenster."));
+        QStringLiteral("Zeichnet das erste Fenster in die PNG-Datei und endet."), QStringLiteral("png"));
+    const QCommandLineOption timing(
+        QStringLiteral("timing"), QStringLiteral("Meldet die Zeit bis zum ersten gezeichneten Fenster."));
     parser.addOption(screenshot);
     parser.addOption(timing);
-    parser.addPositionalArgument(QStringLiteral("datei"), QStringLiteral("Zu oeffnende Saldo-Dokumente."),
-                                 QStringLiteral("[datei...]"));
+    parser.addPositionalArgument(
+        QStringLiteral("datei"), QStringLiteral("Zu oeffnende Saldo-Dokumente."), QStringLiteral("[datei...]"));
     parser.process(app);
 
     saldo::gui::SettingsUserDefaults defaults;

@@ -28,7 +28,9 @@ QString Document::unreadableFileReason()
 }
 
 Document::Document(UserDefaults& defaults, QObject* parent)
-    : QObject(parent), defaults_(defaults), undoStack_(new QUndoStack(this))
+    : QObject(parent)
+    , defaults_(defaults)
+    , undoStack_(new QUndoStack(this))
 {
     autosaveTimer_.setSingleShot(true);
     // Each change restarts the full delay; a coarse timer could round it away.
@@ -62,7 +64,8 @@ QString Document::displayName() const
 bool Document::readFromData(const QByteArray& data)
 {
     try {
-        EinnahmeList entries = LedgerFile::decode(std::string_view(data.constData(), static_cast<std::size_t>(data.size())));
+        EinnahmeList entries
+            = LedgerFile::decode(std::string_view(data.constData(), static_cast<std::size_t>(data.size())));
         einnahmen_ = std::move(entries);
         errorCode_ = 0;
         return true;
@@ -100,7 +103,7 @@ void Document::makeWindowControllers()
     list->setUndoStack(undoStack_);
     connect(list, &ViewController::changeDone, this, [this] { updateChangeCount(ChangeType::Done); });
     connect(window_->splitViewController()->detailViewController(), &DetailViewController::changeDone, this,
-            [this] { updateChangeCount(ChangeType::Done); });
+        [this] { updateChangeCount(ChangeType::Done); });
 
     // A new document keeps the entry list's starting entry; an opened one
     // replaces it with the file's entries (the same objects, nothing copied).
@@ -153,9 +156,9 @@ bool Document::writeFile(const QString& path, const QByteArray& data, QString* r
     written = file.commit() && written;
     if (!written) {
         *reason = file.error() == QFileDevice::OpenError
-                      ? QStringLiteral("Die Datei kann in diesem Ordner nicht angelegt werden.")
-                      : QStringLiteral("Die Datei konnte nicht vollständig geschrieben werden; ist der "
-                                       "Datenträger voll?");
+            ? QStringLiteral("Die Datei kann in diesem Ordner nicht angelegt werden.")
+            : QStringLiteral("Die Datei konnte nicht vollständig geschrieben werden; ist der "
+                             "Datenträger voll?");
         const QString detail = file.errorString();
         if (!detail.isEmpty() && detail != QLatin1String("Unknown error"))
             *reason += QStringLiteral(" (%1)").arg(detail);
@@ -169,8 +172,7 @@ void Document::reportSaveFailure(const QString& path, const QString& reason)
     if (saveFailureShown_)
         return;
     saveFailureShown_ = true;
-    Dialogs::instance().showError(
-        window_.get(),
+    Dialogs::instance().showError(window_.get(),
         QStringLiteral("Das Dokument „%1“ konnte nicht gesichert werden.").arg(QFileInfo(path).fileName()),
         QStringLiteral("%1\nDie Änderungen bleiben im Fenster erhalten; Saldo versucht es bei der nächsten "
                        "Änderung erneut.")
@@ -204,8 +206,8 @@ bool Document::save()
 bool Document::saveWithDialog()
 {
     const QString suggested = QDir::home().filePath(displayName() + QStringLiteral(".saldo"));
-    QString path = Dialogs::instance().getSaveFileName(window_.get(), QStringLiteral("Sichern"), suggested,
-                                                       QStringLiteral("Saldo-Dokumente (*.saldo)"));
+    QString path = Dialogs::instance().getSaveFileName(
+        window_.get(), QStringLiteral("Sichern"), suggested, QStringLiteral("Saldo-Dokumente (*.saldo)"));
     if (path.isEmpty())
         return false;
     if (!path.endsWith(QStringLiteral(".saldo"), Qt::CaseInsensitive))

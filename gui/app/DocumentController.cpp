@@ -23,7 +23,8 @@ QString canonicalOrAbsolute(const QString& path)
 }  // namespace
 
 DocumentController::DocumentController(UserDefaults& defaults, QObject* parent)
-    : QObject(parent), defaults_(defaults)
+    : QObject(parent)
+    , defaults_(defaults)
 {
     g_shared = this;
 }
@@ -47,8 +48,7 @@ Document* DocumentController::adopt(Document* document)
     document->setAutosavingDelay(autosavingDelay_);
     documents_.push_back(document);
     document->makeWindowControllers();
-    connect(document->windowController(), &DocumentWindow::closed, this,
-            [this, document] { forget(document); });
+    connect(document->windowController(), &DocumentWindow::closed, this, [this, document] { forget(document); });
     document->showWindows();
     emit documentsChanged();
     return document;
@@ -91,8 +91,7 @@ Document* DocumentController::openDocument(const QString& path)
     if (!document->readFromFile(path)) {
         delete document;
         forgetRecentDocument(canonicalOrAbsolute(path));
-        Dialogs::instance().showError(
-            nullptr,
+        Dialogs::instance().showError(nullptr,
             QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName()),
             Document::unreadableFileReason());
         return nullptr;

@@ -11,7 +11,8 @@
 namespace saldo::gui {
 
 DocumentWindow::DocumentWindow(Document& document, UserDefaults& defaults, QWidget* parent)
-    : QMainWindow(parent), document_(document)
+    : QMainWindow(parent)
+    , document_(document)
 {
     setObjectName(QStringLiteral("DocumentWindow"));
     split_ = new SplitViewController(defaults, this);

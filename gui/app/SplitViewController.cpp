@@ -30,10 +30,10 @@ SplitViewController::SplitViewController(UserDefaults& defaults, QWidget* parent
     // form above the report needs about half the height.
     setStretchFactor(0, 3);
     setStretchFactor(1, 1);
-    setSizes({1000, 440});
+    setSizes({ 1000, 440 });
     inner_->setStretchFactor(0, 0);
     inner_->setStretchFactor(1, 1);
-    inner_->setSizes({290, 560});
+    inner_->setSizes({ 290, 560 });
 
     viewController_->setSplitViewController(this);
 }

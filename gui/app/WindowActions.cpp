@@ -24,18 +24,20 @@ QAction* makeAction(QObject* parent, const QString& text, const QList<QKeySequen
 }
 }  // namespace
 
-WindowActions::WindowActions(DocumentWindow& window) : QObject(&window), window_(window)
+WindowActions::WindowActions(DocumentWindow& window)
+    : QObject(&window)
+    , window_(window)
 {
     Document& document = window.document();
     ViewController* list = window.splitViewController()->viewController();
     DocumentController* controller = DocumentController::sharedDocumentController();
 
     // Ablage
-    newDocument_ = makeAction(this, QStringLiteral("Neu"), {QKeySequence::New});
-    open_ = makeAction(this, QStringLiteral("Oeffnen…"), {QKeySequence::Open});
-    close_ = makeAction(this, QStringLiteral("Schliessen"), {QKeySequence::Close});
-    save_ = makeAction(this, QStringLiteral("Sichern"), {QKeySequence::Save});
-    quit_ = makeAction(this, QStringLiteral("Beenden"), {QKeySequence::Quit});
+    newDocument_ = makeAction(this, QStringLiteral("Neu"), { QKeySequence::New });
+    open_ = makeAction(this, QStringLiteral("Oeffnen…"), { QKeySequence::Open });
+    close_ = makeAction(this, QStringLiteral("Schliessen"), { QKeySequence::Close });
+    save_ = makeAction(this, QStringLiteral("Sichern"), { QKeySequence::Save });
+    quit_ = makeAction(this, QStringLiteral("Beenden"), { QKeySequence::Quit });
     quit_->setMenuRole(QAction::QuitRole);
 
     QMenu* ablage = window.menuBar()->addMenu(QStringLiteral("Ablage"));
@@ -52,7 +54,7 @@ WindowActions::WindowActions(DocumentWindow& window) : QObject(&window), window_
     if (controller) {
         connect(newDocument_, &QAction::triggered, controller, [controller] { controller->newDocument(); });
         connect(open_, &QAction::triggered, controller,
-                [controller, this] { controller->openDocumentWithDialog(&window_); });
+            [controller, this] { controller->openDocumentWithDialog(&window_); });
         connect(quit_, &QAction::triggered, controller, &DocumentController::quit);
     } else {
         newDocument_->setEnabled(false);
@@ -68,11 +70,11 @@ WindowActions::WindowActions(DocumentWindow& window) : QObject(&window), window_
     undo_ = undoStack->createUndoAction(this, QStringLiteral("Widerrufen"));
     undo_->setShortcuts(QKeySequence::Undo);
     redo_ = undoStack->createRedoAction(this, QStringLiteral("Wiederholen"));
-    redo_->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    addEntry_ = makeAction(this, QStringLiteral("Neuer Eintrag"), {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N)});
-    duplicate_ = makeAction(this, QStringLiteral("Duplizieren"), {QKeySequence(Qt::CTRL | Qt::Key_D)});
-    delete_ = makeAction(this, QStringLiteral("Loeschen"),
-                         {QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)});
+    redo_->setShortcuts({ QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y) });
+    addEntry_ = makeAction(this, QStringLiteral("Neuer Eintrag"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N) });
+    duplicate_ = makeAction(this, QStringLiteral("Duplizieren"), { QKeySequence(Qt::CTRL | Qt::Key_D) });
+    delete_ = makeAction(
+        this, QStringLiteral("Loeschen"), { QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace) });
     // Delete and Backspace belong to text fields everywhere else: the keys
     // delete entries only while the table has the focus (the menu item works always).
     delete_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -90,10 +92,10 @@ WindowActions::WindowActions(DocumentWindow& window) : QObject(&window), window_
     connect(delete_, &QAction::triggered, list, &ViewController::deleteEntries);
 
     // Eintrag
-    splitBooking_ = makeAction(this, QStringLiteral("Splitbuchung bearbeiten…"),
-                               {QKeySequence(Qt::CTRL | Qt::Key_Return)});
-    serialTransaction_ = makeAction(this, QStringLiteral("Serienbuchung…"),
-                                    {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)});
+    splitBooking_
+        = makeAction(this, QStringLiteral("Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
+    serialTransaction_
+        = makeAction(this, QStringLiteral("Serienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) });
     QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("Eintrag"));
     eintrag->addAction(splitBooking_);
     eintrag->addAction(serialTransaction_);
@@ -104,8 +106,8 @@ WindowActions::WindowActions(DocumentWindow& window) : QObject(&window), window_
     });
     connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
 
-    for (QAction* action : {newDocument_, open_, close_, save_, quit_, undo_, redo_, addEntry_, duplicate_,
-                            splitBooking_, serialTransaction_})
+    for (QAction* action : { newDocument_, open_, close_, save_, quit_, undo_, redo_, addEntry_, duplicate_,
+             splitBooking_, serialTransaction_ })
         window.addAction(action);
 }
 

@@ -18,12 +18,13 @@ namespace {
 // for a proportional font, so no even tab width lines up every block. Stops at
 // 14 and 19 characters and then every 12 put the amounts of the totals and of
 // nearly every VAT-class and flag block in one column each.
-constexpr int kFirstTabStops[] = {14, 19};
+constexpr int kFirstTabStops[] = { 14, 19 };
 constexpr int kTabStopCharacters = 12;
 }  // namespace
 
 SummaryViewController::SummaryViewController(QWidget* parent)
-    : QWidget(parent), calcEngine_(sharedCalcEngine())
+    : QWidget(parent)
+    , calcEngine_(sharedCalcEngine())
 {
     resultTextView_ = new QPlainTextEdit(this);
     resultTextView_->setObjectName(QStringLiteral("resultTextView"));

@@ -5,7 +5,9 @@
 
 class QPlainTextEdit;
 
-namespace saldo { class CalcEngine; }
+namespace saldo {
+class CalcEngine;
+}
 
 namespace saldo::gui {
 

@@ -43,8 +43,8 @@ void CanberraSoundPlayer::play(const std::string& name)
         return;
 #ifdef SALDO_HAVE_CANBERRA
     if (context_) {
-        const int result = ca_context_play(static_cast<ca_context*>(context_), 0, CA_PROP_EVENT_ID,
-                                           eventId.c_str(), CA_PROP_EVENT_DESCRIPTION, name.c_str(), nullptr);
+        const int result = ca_context_play(static_cast<ca_context*>(context_), 0, CA_PROP_EVENT_ID, eventId.c_str(),
+            CA_PROP_EVENT_DESCRIPTION, name.c_str(), nullptr);
         // A sound missing from the theme is skipped without a word.
         if (result == CA_SUCCESS || result == CA_ERROR_NOTFOUND)
             return;

@@ -20,8 +20,8 @@ bool Dialogs::confirmDelete(QWidget* parent, const QString& text)
     return box.clickedButton() == ok;
 }
 
-bool Dialogs::confirm(QWidget* parent, const QString& text, const QString& informativeText,
-                      const QString& acceptTitle, const QString& rejectTitle)
+bool Dialogs::confirm(QWidget* parent, const QString& text, const QString& informativeText, const QString& acceptTitle,
+    const QString& rejectTitle)
 {
     QMessageBox box(QMessageBox::Question, QString(), text, QMessageBox::NoButton, parent);
     box.setInformativeText(informativeText);
@@ -35,8 +35,8 @@ bool Dialogs::confirm(QWidget* parent, const QString& text, const QString& infor
 Dialogs::SaveChoice Dialogs::askSaveChanges(QWidget* parent, const QString& documentName)
 {
     QMessageBox box(QMessageBox::Warning, QString(),
-                    QStringLiteral("Sollen die Änderungen am Dokument „%1“ gesichert werden?").arg(documentName),
-                    QMessageBox::NoButton, parent);
+        QStringLiteral("Sollen die Änderungen am Dokument „%1“ gesichert werden?").arg(documentName),
+        QMessageBox::NoButton, parent);
     box.setInformativeText(QStringLiteral("Ohne Sichern gehen die Änderungen verloren."));
     QPushButton* save = box.addButton(QStringLiteral("Sichern…"), QMessageBox::AcceptRole);
     QPushButton* discard = box.addButton(QStringLiteral("Nicht sichern"), QMessageBox::DestructiveRole);
@@ -56,8 +56,8 @@ QString Dialogs::getOpenFileName(QWidget* parent, const QString& caption, const 
     return QFileDialog::getOpenFileName(parent, caption, QString(), filter);
 }
 
-QString Dialogs::getSaveFileName(QWidget* parent, const QString& caption, const QString& suggestedPath,
-                                 const QString& filter)
+QString Dialogs::getSaveFileName(
+    QWidget* parent, const QString& caption, const QString& suggestedPath, const QString& filter)
 {
     return QFileDialog::getSaveFileName(parent, caption, suggestedPath, filter);
 }

@@ -22,7 +22,7 @@ public:
 
     // A question with two buttons; true when the first one (acceptTitle) is chosen.
     virtual bool confirm(QWidget* parent, const QString& text, const QString& informativeText,
-                         const QString& acceptTitle, const QString& rejectTitle);
+        const QString& acceptTitle, const QString& rejectTitle);
 
     // Asks whether the changes of the named document are to be saved before it
     // closes: "Sichern…", "Nicht sichern", "Abbrechen".
@@ -32,8 +32,8 @@ public:
     virtual QString getOpenFileName(QWidget* parent, const QString& caption, const QString& filter);
 
     // A save panel proposing `suggestedPath`; an empty string when cancelled.
-    virtual QString getSaveFileName(QWidget* parent, const QString& caption,
-                                    const QString& suggestedPath, const QString& filter);
+    virtual QString getSaveFileName(
+        QWidget* parent, const QString& caption, const QString& suggestedPath, const QString& filter);
 
     // A warning that something failed, with the reason below it.
     virtual void showError(QWidget* parent, const QString& text, const QString& informativeText);

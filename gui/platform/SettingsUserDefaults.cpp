@@ -10,8 +10,8 @@ QString keyOf(const std::string& key)
 }  // namespace
 
 SettingsUserDefaults::SettingsUserDefaults()
-    : settings_(std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
-                                            QStringLiteral("Saldo"), QStringLiteral("Saldo")))
+    : settings_(std::make_unique<QSettings>(
+        QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Saldo"), QStringLiteral("Saldo")))
 {
 }
 

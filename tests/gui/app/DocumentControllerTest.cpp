@@ -1,7 +1,7 @@
 // The document controller: each file open once, unreadable files refused with
 // one message, recent files, closing everything on quit.
-#include "app/Document.h"
 #include "app/DocumentController.h"
+#include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "entrylist/ViewController.h"
 #include "gui/support/LedgerFixtures.h"
@@ -38,7 +38,7 @@ protected:
     InMemoryUserDefaults defaults;
     QTemporaryDir dir;
     ScriptedDialogs dialogs;
-    DocumentController controller{defaults};
+    DocumentController controller { defaults };
 };
 
 TEST_F(DocumentControllerTest, AFileIsOpenedOnceWhateverItsPathIsCalled)
@@ -73,8 +73,9 @@ TEST_F(DocumentControllerTest, AnUnreadableFileOpensNoWindowAndSaysWhichFile)
     EXPECT_TRUE(controller.documents().empty());
     EXPECT_EQ(static_cast<int>(QApplication::topLevelWidgets().size()), windowsBefore);
     ASSERT_EQ(dialogs.errors.size(), 2);
-    EXPECT_EQ(dialogs.errors[0], QStringLiteral("Das Dokument „Kaputt.saldo“ konnte nicht geöffnet werden.\n"
-                                                "Die Datei ist keine lesbare Saldo-Datei."));
+    EXPECT_EQ(dialogs.errors[0],
+        QStringLiteral("Das Dokument „Kaputt.saldo“ konnte nicht geöffnet werden.\n"
+                       "Die Datei ist keine lesbare Saldo-Datei."));
     EXPECT_TRUE(dialogs.errors[1].startsWith(QStringLiteral("Das Dokument „Fehlt.saldo“")));
     EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
 }
@@ -124,12 +125,12 @@ TEST_F(DocumentControllerTest, QuittingAsksForEachChangedUntitledDocumentAndStop
     b->entryList()->addEntry();
     saved->entryList()->addEntry();
 
-    dialogs.saveChoices = {Dialogs::SaveChoice::DontSave, Dialogs::SaveChoice::Cancel};
+    dialogs.saveChoices = { Dialogs::SaveChoice::DontSave, Dialogs::SaveChoice::Cancel };
     EXPECT_FALSE(controller.closeAllDocuments());
     EXPECT_EQ(dialogs.asked.size(), 2);
     EXPECT_EQ(controller.documents().size(), 2u);  // b refused; the file was never reached
 
-    dialogs.saveChoices = {Dialogs::SaveChoice::DontSave};
+    dialogs.saveChoices = { Dialogs::SaveChoice::DontSave };
     EXPECT_TRUE(controller.closeAllDocuments());
     EXPECT_TRUE(controller.documents().empty());
     EXPECT_EQ(testing::decodeFile(dir.filePath(QStringLiteral("Kasse.saldo"))).size(), 2u);

@@ -5,10 +5,10 @@
 #include "app/SplitViewController.h"
 #include "editors/DetailViewController.h"
 #include "entrylist/ViewController.h"
-#include "platform/Diagnostics.h"
-#include "platform/UserDefaults.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
+#include "platform/Diagnostics.h"
+#include "platform/UserDefaults.h"
 
 #include <QFileInfo>
 #include <QItemSelectionModel>
@@ -115,8 +115,8 @@ TEST_F(DocumentTest, UnreadableDataFailsWithTheFixedErrorAndKeepsTheEntries)
     ASSERT_TRUE(document.readFromData(encoded(sampleEntries(2))));
     const EinnahmeList before = *document.einnahmen();
 
-    for (const QByteArray& bad : {QByteArray("bplist00 kaputt"), QByteArray("<plist><dict/></plist>"),
-                                  encoded(sampleEntries(3)).left(40), QByteArray()}) {
+    for (const QByteArray& bad : { QByteArray("bplist00 kaputt"), QByteArray("<plist><dict/></plist>"),
+             encoded(sampleEntries(3)).left(40), QByteArray() }) {
         EXPECT_FALSE(document.readFromData(bad));
         EXPECT_EQ(document.errorCode(), Document::kFileErrorCode);
         EXPECT_EQ(*document.einnahmen(), before);
@@ -132,7 +132,7 @@ TEST_F(DocumentTest, SavingWritesTheCompleteListAndSaysSoOnce)
     lines.clear();
 
     ASSERT_TRUE(document->save());
-    EXPECT_EQ(lines, std::vector<std::string>{"data saved"});
+    EXPECT_EQ(lines, std::vector<std::string> { "data saved" });
     const EinnahmeList written = decodeFile(document->filePath());
     ASSERT_EQ(written.size(), 6u);
     for (std::size_t i = 0; i < written.size(); ++i) {
@@ -182,7 +182,7 @@ TEST_F(DocumentTest, AChangeIsSavedAfterTheAutosaveDelayAndTheDelayRestarts)
     EXPECT_FALSE(timer.isActive());
     EXPECT_FALSE(document->isDocumentEdited());
     EXPECT_FALSE(document->windowController()->isWindowModified());
-    EXPECT_EQ(lines, std::vector<std::string>{"data saved"});
+    EXPECT_EQ(lines, std::vector<std::string> { "data saved" });
 }
 
 TEST_F(DocumentTest, UndoAndRedoMarkTheDocumentChanged)
@@ -232,7 +232,8 @@ void expectFailedSaveLosesNothing(Document& document, ScriptedDialogs& dialogs, 
     EXPECT_TRUE(document.isDocumentEdited());
     EXPECT_EQ(readBytes(document.filePath()), before);
     ASSERT_EQ(dialogs.errors.size(), 1);
-    EXPECT_TRUE(dialogs.errors.front().startsWith(QStringLiteral("Das Dokument „Kasse.saldo“ konnte nicht gesichert werden.")));
+    EXPECT_TRUE(
+        dialogs.errors.front().startsWith(QStringLiteral("Das Dokument „Kasse.saldo“ konnte nicht gesichert werden.")));
 
     document.entryList()->addEntry();
     EXPECT_TRUE(document.autosaveTimer().isActive());
@@ -251,7 +252,7 @@ TEST_F(DocumentTest, AFullDiskKeepsTheOldFileAndTheChanges)
     for (int i = 0; i < 200; ++i)
         document->entryList()->addEntry();
 
-    rlimit previous{};
+    rlimit previous {};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &previous), 0);
     const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
     rlimit small = previous;
@@ -286,17 +287,17 @@ TEST_F(DocumentTest, ClosingAChangedUntitledDocumentAsks)
     document.entryList()->addEntry();
     EXPECT_FALSE(document.autosaveTimer().isActive());  // no file to save into yet
 
-    dialogs.saveChoices = {Dialogs::SaveChoice::Cancel};
+    dialogs.saveChoices = { Dialogs::SaveChoice::Cancel };
     EXPECT_FALSE(document.windowController()->close());
     EXPECT_TRUE(document.windowController()->isVisible());
-    EXPECT_EQ(dialogs.asked, QStringList{QStringLiteral("Unbenannt")});
+    EXPECT_EQ(dialogs.asked, QStringList { QStringLiteral("Unbenannt") });
 
     // "Sichern…" asks for a name; a cancelled save panel keeps the window open.
-    dialogs.saveChoices = {Dialogs::SaveChoice::Save};
+    dialogs.saveChoices = { Dialogs::SaveChoice::Save };
     EXPECT_FALSE(document.windowController()->close());
 
-    dialogs.saveChoices = {Dialogs::SaveChoice::Save};
-    dialogs.saveFileNames = {dir.filePath(QStringLiteral("Kasse"))};
+    dialogs.saveChoices = { Dialogs::SaveChoice::Save };
+    dialogs.saveFileNames = { dir.filePath(QStringLiteral("Kasse")) };
     EXPECT_TRUE(document.windowController()->close());
     const QString saved = dir.filePath(QStringLiteral("Kasse.saldo"));
     EXPECT_EQ(document.filePath(), QFileInfo(saved).canonicalFilePath());
@@ -308,7 +309,7 @@ TEST_F(DocumentTest, DiscardingAnUntitledDocumentWritesNothing)
     Document document(defaults);
     document.makeWindowControllers();
     document.entryList()->addEntry();
-    dialogs.saveChoices = {Dialogs::SaveChoice::DontSave};
+    dialogs.saveChoices = { Dialogs::SaveChoice::DontSave };
     EXPECT_TRUE(document.canClose());
     EXPECT_TRUE(lines.empty());
     EXPECT_TRUE(document.isUntitled());

@@ -79,7 +79,7 @@ TEST(WindowTest, TheSelectionReachesTheDetailPanel)
 
 TEST(WindowTest, TheStatusCirclesAreResources)
 {
-    for (const char* name : {":/images/greenCircle.png", ":/images/redCircle.png"}) {
+    for (const char* name : { ":/images/greenCircle.png", ":/images/redCircle.png" }) {
         const QImage image(QString::fromLatin1(name));
         ASSERT_FALSE(image.isNull()) << name;
         EXPECT_EQ(image.size(), QSize(16, 16));

@@ -1,11 +1,11 @@
 // The summary panel: shows the report of the entries the entry list shows,
 // right away and then every five seconds, each window its own.
+#include "evaluation/SummaryViewController.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/CalcEngine.h"
-#include "evaluation/SummaryViewController.h"
 #include "gui/support/LedgerFixtures.h"
 #include "platform/UserDefaults.h"
 
@@ -112,8 +112,7 @@ TEST(SummaryViewControllerTest, EachWindowShowsItsOwnDocument)
     summaryOf(*large)->updateLabels();
     EXPECT_EQ(summaryOf(*small)->resultTextView()->toPlainText(), reportOf(small->entryList()->einnahmen()));
     EXPECT_EQ(summaryOf(*large)->resultTextView()->toPlainText(), reportOf(large->entryList()->einnahmen()));
-    EXPECT_NE(summaryOf(*small)->resultTextView()->toPlainText(),
-              summaryOf(*large)->resultTextView()->toPlainText());
+    EXPECT_NE(summaryOf(*small)->resultTextView()->toPlainText(), summaryOf(*large)->resultTextView()->toPlainText());
 }
 
 TEST(SummaryViewControllerTest, APanelOutsideTheWindowLayoutKeepsItsText)

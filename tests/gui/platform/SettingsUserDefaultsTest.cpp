@@ -1,7 +1,7 @@
 // The preferences file: lists of any length survive a new start of the
 // program, and a value that is not a list of texts reads as nothing and stays.
-#include "model/Kategorien.h"
 #include "platform/SettingsUserDefaults.h"
+#include "model/Kategorien.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -23,8 +23,8 @@ TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("Saldo.conf"));
     const std::vector<std::string> chart = Kategorien::defaultKategorien();
-    const std::vector<std::string> one{"1000 Kasse Kasse "};
-    const std::vector<std::string> tricky{" führendes Blank", "Komma, und \"Anführung\"", "", "a\\b=c;d"};
+    const std::vector<std::string> one { "1000 Kasse Kasse " };
+    const std::vector<std::string> tricky { " führendes Blank", "Komma, und \"Anführung\"", "", "a\\b=c;d" };
     {
         SettingsUserDefaults defaults(file);
         EXPECT_FALSE(defaults.hasValue(Kategorien::kKey));
@@ -37,7 +37,7 @@ TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
     }
     EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("1.conf")), Kategorien::kKey), chart);
     EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("2.conf")), "eins"), one);
-    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("3.conf")), "leer"), std::vector<std::string>{});
+    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("3.conf")), "leer"), std::vector<std::string> {});
     EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("4.conf")), "knifflig"), tricky);
     EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("5.conf")), "kuerzer"), one);
     EXPECT_TRUE(SettingsUserDefaults(dir.filePath(QStringLiteral("3.conf"))).hasValue("leer"));

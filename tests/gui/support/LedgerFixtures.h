@@ -17,7 +17,7 @@ inline EinnahmeList sampleEntries(int count)
     EinnahmeList entries;
     for (int i = 0; i < count; ++i) {
         auto entry = Einnahme::make("Posten " + std::to_string(i + 1), "8400 Erlöse 19 % USt Erl19 ",
-                                    119.0f * static_cast<float>(i + 1), i % 3 == 2 ? 7.0f : 19.0f);
+            119.0f * static_cast<float>(i + 1), i % 3 == 2 ? 7.0f : 19.0f);
         if (i % 2 == 1)
             entry->setArt(kArtAusgabe);
         entry->setDatum(788918400.0 + 86400.0 * 31.0 * i);  // 2026-01-01 onwards

@@ -23,7 +23,7 @@ public:
     std::deque<QString> openFileNames;
     std::deque<QString> saveFileNames;
 
-    QStringList asked;   // texts of every confirmation and save question
+    QStringList asked;  // texts of every confirmation and save question
     QStringList errors;  // "text\ninformative text" of every error shown
     QStringList informations;
 
@@ -54,8 +54,7 @@ public:
     }
 
 private:
-    template <typename T>
-    T next(std::deque<T>& answers, const QString& question, T fallback)
+    template <typename T> T next(std::deque<T>& answers, const QString& question, T fallback)
     {
         asked << question;
         if (answers.empty())
