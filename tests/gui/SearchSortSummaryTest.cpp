@@ -412,7 +412,6 @@ TEST_F(FindAndTotal, CtrlFFocusesTheSearchField)
     (void)QTest::qWaitForWindowActive(split.get(), 200);
     vc->tableView()->setFocus();
     ASSERT_FALSE(field->hasFocus());
-    search->findAction()->trigger();
+    QTest::keyClick(vc->tableView(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(field->hasFocus());
-    EXPECT_EQ(search->findAction()->shortcut(), QKeySequence(QKeySequence::Find));
 }
