@@ -2,6 +2,8 @@
 // sorting by header clicks, and the selection summary beside the table. Driven
 // the way a user drives them: typing into the field, triggering menu items,
 // clicking header sections, selecting rows and editing a cell.
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/SearchFieldController.h"
@@ -11,16 +13,21 @@
 
 #include <QAbstractItemModelTester>
 #include <QAction>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <map>
 #include <memory>
 
@@ -414,4 +421,67 @@ TEST_F(FindAndTotal, CtrlFFocusesTheSearchField)
     ASSERT_FALSE(field->hasFocus());
     QTest::keyClick(vc->tableView(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(field->hasFocus());
+}
+
+// Writes the search menu and a filtered, sorted table with a summary of three
+// selected rows as PNGs of the example ledger's window when
+// SALDO_SCREENSHOT_DIR names a directory (the screenshots script sets it).
+TEST(FindAndTotalPictures, ScreenshotsWhenAsked)
+{
+    const char* dir = std::getenv("SALDO_SCREENSHOT_DIR");
+    if (!dir || !*dir)
+        GTEST_SKIP() << "SALDO_SCREENSHOT_DIR not set";
+    const QDir target(QString::fromLocal8Bit(dir));
+    QDir().mkpath(target.path());
+    const char* example = std::getenv("SALDO_EXAMPLE_LEDGER");
+    QFile file(example && *example ? QString::fromLocal8Bit(example)
+                                   : QStringLiteral(SALDO_TEST_DATA_DIR "/../../examples/Musterfirma-2025.saldo"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+
+    InMemoryUserDefaults defaults;
+    Document document(defaults);  // no file of its own: nothing is ever saved
+    ASSERT_TRUE(document.readFromData(file.readAll()));
+    document.showWindows();
+    DocumentWindow* window = document.windowController();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    ViewController* vc = document.entryList();
+    auto* search = vc->findChild<SearchFieldController*>();
+    QLineEdit* field = search->searchField();
+    // Let the detail panel's fade-in end.
+    const auto settle = [] {
+        QElapsedTimer settling;
+        settling.start();
+        while (settling.elapsed() < 400)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    };
+    settle();
+
+    // The menu with the "Brutto" submenu open, drawn over the window where it pops up.
+    QMenu* menu = search->searchMenu();
+    search->popUpSearchMenu();
+    QAction* brutto = itemTitled(menu, QStringLiteral("Brutto"));
+    menu->setActiveAction(brutto);
+    brutto->menu()->popup(menu->mapToGlobal(menu->actionGeometry(brutto).topRight()));
+    settle();
+    QPixmap picture = window->grab();
+    {
+        QPainter painter(&picture);
+        const QPoint origin = window->mapToGlobal(QPoint(0, 0));
+        painter.drawPixmap(menu->pos() - origin, menu->grab());
+        painter.drawPixmap(brutto->menu()->pos() - origin, brutto->menu()->grab());
+    }
+    brutto->menu()->close();
+    menu->close();
+    EXPECT_TRUE(picture.save(target.filePath(QStringLiteral("search-menu.png"))));
+
+    // "Gestaltung" entries, highest gross amount first, three of them selected.
+    field->setText(QStringLiteral("Gestaltung"));
+    vc->tableView()->sortByColumn(EntryColumn::Brutto, Qt::DescendingOrder);
+    QItemSelectionModel* selection = vc->tableView()->selectionModel();
+    vc->tableView()->selectRow(0);
+    for (int row : {5, 12})
+        selection->setCurrentIndex(vc->tableView()->model()->index(row, 0),
+                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    settle();
+    EXPECT_TRUE(window->grab().save(target.filePath(QStringLiteral("filtered-sorted-selection.png"))));
 }
