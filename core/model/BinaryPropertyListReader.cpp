@@ -4,6 +4,7 @@
 #include "model/NearestFloat.h"
 #include "model/Utf16.h"
 
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -13,10 +14,23 @@ namespace {
 
 std::uint64_t bigEndian(const std::uint8_t* p, unsigned bytes)
 {
-    std::uint64_t value = 0;
-    for (unsigned i = 0; i < bytes; ++i)
-        value = (value << 8) | p[i];
-    return value;
+    // The widths of references and offsets met on every object come first.
+    switch (bytes) {
+    case 1:
+        return p[0];
+    case 2:
+        return (std::uint64_t(p[0]) << 8) | p[1];
+    case 3:
+        return (std::uint64_t(p[0]) << 16) | (std::uint64_t(p[1]) << 8) | p[2];
+    case 4:
+        return (std::uint64_t(p[0]) << 24) | (std::uint64_t(p[1]) << 16) | (std::uint64_t(p[2]) << 8) | p[3];
+    default: {
+        std::uint64_t value = 0;
+        for (unsigned i = 0; i < bytes; ++i)
+            value = (value << 8) | p[i];
+        return value;
+    }
+    }
 }
 
 const char* typeName(std::uint8_t marker)
@@ -69,7 +83,6 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     // Every entry costs about its size in memory; a file that does not share
     // objects stays far below this, one that shares them a million times does not.
     budget_ = size_ < (std::uint64_t(1) << 58) ? 16 * std::uint64_t(size_) + (1u << 20) : UINT64_MAX;
-    checkAllObjects();
     const Head root = head(topObject_);
     if ((root.marker >> 4) != 0xA)
         fail(std::string("root is ") + typeName(root.marker) + ", not an array");
@@ -106,17 +119,42 @@ void BinaryPropertyListReader::readTrailer()
     offsetTable_ = static_cast<std::size_t>(table);
 }
 
-void BinaryPropertyListReader::checkAllObjects()
-{
-    for (std::uint64_t object = 0; object < objectCount_; ++object)
-        head(object);
-}
+namespace {
+
+// Payload bytes of each marker whose payload has a fixed size; kVariable for
+// strings, data and containers (length in the marker or after it); kInvalid
+// for markers no property list uses.
+constexpr std::int8_t kVariable = -1;
+constexpr std::int8_t kInvalid = -2;
+constexpr auto kFixedSize = [] {
+    std::array<std::int8_t, 256> table {};
+    for (int m = 0; m < 256; ++m) {
+        const int hi = m >> 4, lo = m & 15;
+        std::int8_t size = kInvalid;
+        if (m == 0x00 || m == 0x08 || m == 0x09 || m == 0x0F)
+            size = 0;
+        else if (hi == 0x1 && lo <= 4)
+            size = static_cast<std::int8_t>(1 << lo);
+        else if (m == 0x22 || m == 0x23)
+            size = static_cast<std::int8_t>(1 << lo);
+        else if (m == 0x33)
+            size = 8;
+        else if (hi == 0x8)
+            size = static_cast<std::int8_t>(lo + 1);
+        else if (hi == 0x4 || hi == 0x5 || hi == 0x6 || hi == 0xA || hi == 0xC || hi == 0xD)
+            size = kVariable;
+        table[static_cast<std::size_t>(m)] = size;
+    }
+    return table;
+}();
+
+}  // namespace
 
 BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64_t object) const
 {
     const std::uint64_t offset
         = bigEndian(data_ + offsetTable_ + static_cast<std::size_t>(object) * offsetSize_, offsetSize_);
-    if (offset < 8 || offset >= offsetTable_)
+    if (offset < 8 || offset >= offsetTable_) [[unlikely]]
         fail("object " + std::to_string(object) + ": offset " + std::to_string(offset)
             + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")");
     return headAt(object, offset);
@@ -124,79 +162,46 @@ BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64_t obje
 
 BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(std::uint64_t object, std::uint64_t offset) const
 {
+    // The object area lies in memory, so every count compared with a distance
+    // within it is far below 2^60 and times 16 cannot overflow.
     const std::size_t end = offsetTable_;
     std::size_t pos = static_cast<std::size_t>(offset);
     Head h;
     h.marker = data_[pos++];
-    const unsigned hi = h.marker >> 4;
-    const unsigned lo = h.marker & 15;
-    auto where = [&] { return "object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": "; };
-    std::uint64_t unit = 0;
-    std::uint64_t fixed = 0;
-    switch (hi) {
-    case 0x0:
-        if (lo != 0 && lo != 8 && lo != 9 && lo != 15)
-            fail(where() + "unknown type marker " + hexByte(h.marker));
-        break;
-    case 0x1:
-        if (lo > 4)
-            fail(where() + "integer of " + std::to_string(1u << lo) + " bytes is not supported");
-        fixed = std::uint64_t(1) << lo;
-        break;
-    case 0x2:
-        if (lo != 2 && lo != 3)
-            fail(where() + "real of " + std::to_string(1u << lo) + " bytes is not supported");
-        fixed = std::uint64_t(1) << lo;
-        break;
-    case 0x3:
-        if (lo != 3)
-            fail(where() + "unknown type marker " + hexByte(h.marker));
-        fixed = 8;
-        break;
-    case 0x8:
-        fixed = lo + 1;
-        break;
-    case 0x4:
-    case 0x5:
-        unit = 1;
-        break;
-    case 0x6:
-        unit = 2;
-        break;
-    case 0xA:
-    case 0xC:
-        unit = refSize_;
-        break;
-    case 0xD:
-        unit = 2 * std::uint64_t(refSize_);
-        break;
-    default:
-        fail(where() + "unknown type marker " + hexByte(h.marker));
-    }
-    if (unit == 0) {
-        if (fixed > end - pos)
-            fail(where() + "value runs past the end of the object area");
-        h.count = fixed;
+    const std::int8_t fixed = kFixedSize[h.marker];
+    if (fixed >= 0) [[likely]] {
+        if (static_cast<std::size_t>(fixed) > end - pos) [[unlikely]]
+            failObject(object, offset, "value runs past the end of the object area");
+        h.count = static_cast<std::uint64_t>(fixed);
         h.payload = pos;
         return h;
     }
-    h.count = lo;
-    if (lo == 15) {
+    if (fixed == kInvalid) [[unlikely]]
+        failObject(object, offset, "unknown type marker " + hexByte(h.marker));
+    const unsigned hi = h.marker >> 4;
+    const std::uint64_t unit = hi <= 0x5 ? 1 : hi == 0x6 ? 2 : hi == 0xD ? 2 * std::uint64_t(refSize_) : refSize_;
+    h.count = h.marker & 15;
+    if (h.count == 15) {
         if (pos >= end)
-            fail(where() + "length runs past the end of the object area");
+            failObject(object, offset, "length runs past the end of the object area");
         const std::uint8_t lengthMarker = data_[pos++];
         if ((lengthMarker >> 4) != 0x1 || (lengthMarker & 15) > 3)
-            fail(where() + "length is not an integer (marker " + hexByte(lengthMarker) + ")");
+            failObject(object, offset, "length is not an integer (marker " + hexByte(lengthMarker) + ")");
         const unsigned bytes = 1u << (lengthMarker & 15);
         if (bytes > end - pos)
-            fail(where() + "length runs past the end of the object area");
+            failObject(object, offset, "length runs past the end of the object area");
         h.count = bigEndian(data_ + pos, bytes);
         pos += bytes;
     }
-    if (h.count > (end - pos) / unit)
-        fail(where() + "length " + std::to_string(h.count) + " runs past the end of the object area");
+    if (h.count > end - pos || h.count * unit > end - pos) [[unlikely]]
+        failObject(object, offset, "length " + std::to_string(h.count) + " runs past the end of the object area");
     h.payload = pos;
     return h;
+}
+
+void BinaryPropertyListReader::failObject(std::uint64_t object, std::uint64_t offset, const std::string& what) const
+{
+    fail("object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": " + what);
 }
 
 std::uint64_t BinaryPropertyListReader::refAt(std::size_t position) const

@@ -18,7 +18,9 @@ namespace saldo {
 // arithmetic on them is overflow-checked, reference cycles are refused, split
 // bookings nest at most LedgerEntryPath::kMaxNesting levels (bounded recursion
 // with small frames), and objects referenced more than once are decoded once
-// per reference only within a budget proportional to the file size. Any fault
+// per reference only within a budget proportional to the file size. Objects
+// are examined when an entry refers to them; objects nothing refers to (and
+// the values of keys other than the twelve) are skipped unread. Any fault
 // throws LedgerFileError naming what was wrong and where; nothing partial is
 // returned.
 class BinaryPropertyListReader {
@@ -37,7 +39,6 @@ private:
     };
 
     void readTrailer();
-    void checkAllObjects();
     Head head(std::uint64_t object) const;
     Head headAt(std::uint64_t object, std::uint64_t offset) const;
     std::uint64_t refAt(std::size_t position) const;
@@ -55,6 +56,7 @@ private:
     void charge(std::uint64_t units);
 
     [[noreturn]] void fail(const std::string& what) const;
+    [[noreturn, gnu::cold]] void failObject(std::uint64_t object, std::uint64_t offset, const std::string& what) const;
     [[noreturn]] void failAtKey(int key, const std::string& what) const;
     [[noreturn]] void failWrongType(int key, const Head& h, const char* expected) const;
 

@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint64_t kFalseObject = 12;
 constexpr std::uint64_t kTrueObject = 13;
 constexpr std::uint64_t kFirstEntryObject = 14;
-// Objects of one entry: its dictionary, nine scalar values and its child array.
+// Objects of one entry at most: its dictionary, nine values and its child array.
 constexpr std::uint64_t kObjectsPerEntry = 11;
 
 unsigned bytesFor(std::uint64_t value)
@@ -51,8 +51,9 @@ std::string BinaryPropertyListWriter::write(const EinnahmeList& entries)
     writer.out_.reserve(static_cast<std::size_t>(count) * 20 + 64);
     writer.out_ = "bplist00";
     for (const std::string_view key : kEinnahmeKeys) {
-        writer.beginObject();
+        const std::size_t start = writer.out_.size();
         writer.writeAsciiString(key);
+        writer.shareValue(start);
     }
     writer.beginObject();
     writer.out_.push_back('\x08');
@@ -93,33 +94,34 @@ std::uint64_t BinaryPropertyListWriter::countObjects(const EinnahmeList& entries
 std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry)
 {
     const Einnahme::Stored& s = entry.stored();
-    const std::uint64_t first = offsets_.size();
-
-    beginObject();
-    writeString(s.name, "name");
-    beginObject();
-    writeString(s.kategorie, "kategorie");
-    beginObject();
-    writeString(s.art, "art");
-    beginObject();
-    out_.push_back('\x22');
-    writeBigEndian(std::bit_cast<std::uint32_t>(s.brutto), 4);
-    beginObject();
-    out_.push_back('\x22');
-    writeBigEndian(std::bit_cast<std::uint32_t>(s.steuersatz), 4);
-    beginObject();
+    auto string = [this](const std::string& text, const char* key) {
+        const std::size_t start = out_.size();
+        writeString(text, key);
+        return shareValue(start);
+    };
+    auto real = [this](float value) {
+        const std::size_t start = out_.size();
+        out_.push_back('\x22');
+        writeBigEndian(std::bit_cast<std::uint32_t>(value), 4);
+        return shareValue(start);
+    };
+    std::uint64_t values[12];
+    values[0] = string(s.name, "name");
+    values[1] = string(s.kategorie, "kategorie");
+    values[2] = string(s.art, "art");
+    values[3] = s.innergemeinschaftlicherErwerb ? kTrueObject : kFalseObject;
+    values[4] = s.isNonEU ? kTrueObject : kFalseObject;
+    values[5] = real(s.brutto);
+    values[6] = real(s.steuersatz);
+    values[7] = beginObject();
     out_.push_back('\x33');
     writeBigEndian(std::bit_cast<std::uint64_t>(s.datum), 8);
-    beginObject();
-    writeString(s.rechnungsnummer, "rechnungsnummer");
-    beginObject();
-    writeString(s.steuernummer, "steuernummer");
-    beginObject();
-    writeString(s.leistungsart, "leistungsart");
+    values[8] = string(s.rechnungsnummer, "rechnungsnummer");
+    values[9] = string(s.steuernummer, "steuernummer");
+    values[10] = string(s.leistungsart, "leistungsart");
 
-    std::uint64_t children;
     if (s.childTransactions.empty()) {
-        children = beginObject();
+        values[11] = beginObject();
         out_.push_back('\xA0');
     } else {
         const std::size_t level = path_.depth();
@@ -134,12 +136,9 @@ std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry)
             childRefs_[level].push_back(child);
         }
         path_.pop();
-        children = writeArray(childRefs_[level]);
+        values[11] = writeArray(childRefs_[level]);
     }
 
-    const std::uint64_t values[12] = {first, first + 1, first + 2,
-        s.innergemeinschaftlicherErwerb ? kTrueObject : kFalseObject, s.isNonEU ? kTrueObject : kFalseObject,
-        first + 3, first + 4, first + 5, first + 6, first + 7, first + 8, children};
     const std::uint64_t dict = beginObject();
     out_.push_back('\xDC');
     for (std::uint64_t key = 0; key < 12; ++key)
@@ -207,10 +206,58 @@ std::uint64_t BinaryPropertyListWriter::beginObject()
     return offsets_.size() - 1;
 }
 
+std::string_view BinaryPropertyListWriter::objectBytes(std::uint64_t object) const
+{
+    const std::size_t begin = offsets_[object];
+    const std::size_t end = object + 1 < offsets_.size() ? offsets_[object + 1] : out_.size();
+    return std::string_view(out_).substr(begin, end - begin);
+}
+
+std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start)
+{
+    const std::string_view value = std::string_view(out_).substr(start);
+    if (shared_.empty())
+        shared_.assign(1024, 0);
+    std::size_t mask = shared_.size() - 1;
+    std::size_t slot = std::hash<std::string_view>{}(value)&mask;
+    for (; shared_[slot] != 0; slot = (slot + 1) & mask) {
+        const std::uint64_t object = shared_[slot] - 1;
+        // The last object ends where the new value starts.
+        const std::size_t begin = offsets_[object];
+        const std::size_t end = object + 1 < offsets_.size() ? offsets_[object + 1] : start;
+        if (std::string_view(out_).substr(begin, end - begin) == value) {
+            out_.resize(start);
+            return object;
+        }
+    }
+    const std::uint64_t object = beginObject();
+    offsets_.back() = start;
+    shared_[slot] = object + 1;
+    if (++sharedCount_ * 2 > shared_.size()) {
+        std::vector<std::uint64_t> old(shared_.size() * 2, 0);
+        old.swap(shared_);
+        mask = shared_.size() - 1;
+        for (const std::uint64_t entry : old) {
+            if (entry == 0)
+                continue;
+            std::size_t s = std::hash<std::string_view>{}(objectBytes(entry - 1)) & mask;
+            while (shared_[s] != 0)
+                s = (s + 1) & mask;
+            shared_[s] = entry;
+        }
+    }
+    return object;
+}
+
 void BinaryPropertyListWriter::finish(std::uint64_t topObject)
 {
-    if (offsets_.size() != objectCount_)
+    if (offsets_.size() > objectCount_)
         throw LedgerFileError("the entries changed while they were written");
+    objectCount_ = offsets_.size();
+    // The count before sharing decided the reference size; use the fewest bytes.
+    const unsigned needed = bytesFor(objectCount_ - 1);
+    if (needed < refSize_)
+        narrowReferences(needed);
     const std::uint64_t tableOffset = out_.size();
     const unsigned offsetSize = bytesFor(offsets_.back());
     out_.reserve(out_.size() + offsets_.size() * offsetSize + 32);
@@ -222,6 +269,46 @@ void BinaryPropertyListWriter::finish(std::uint64_t topObject)
     writeBigEndian(objectCount_, 8);
     writeBigEndian(topObject, 8);
     writeBigEndian(tableOffset, 8);
+}
+
+void BinaryPropertyListWriter::narrowReferences(unsigned refSize)
+{
+    const auto* data = reinterpret_cast<const unsigned char*>(out_.data());
+    auto read = [data](std::size_t at, unsigned bytes) {
+        std::uint64_t value = 0;
+        for (unsigned i = 0; i < bytes; ++i)
+            value = (value << 8) | data[at + i];
+        return value;
+    };
+    std::string compact;
+    compact.reserve(out_.size());
+    compact.append(out_, 0, 8);
+    for (std::size_t object = 0; object < offsets_.size(); ++object) {
+        const std::size_t begin = offsets_[object];
+        const std::size_t end = object + 1 < offsets_.size() ? offsets_[object + 1] : out_.size();
+        offsets_[object] = compact.size();
+        const unsigned type = data[begin] >> 4;
+        if (type != 0xA && type != 0xD) {
+            compact.append(out_, begin, end - begin);
+            continue;
+        }
+        std::size_t at = begin + 1;
+        std::uint64_t count = data[begin] & 15;
+        if (count == 15) {
+            const unsigned bytes = 1u << (data[at] & 15);
+            count = read(at + 1, bytes);
+            at += 1 + bytes;
+        }
+        compact.append(out_, begin, at - begin);
+        const std::uint64_t refs = type == 0xD ? 2 * count : count;
+        for (std::uint64_t i = 0; i < refs; ++i) {
+            const std::uint64_t ref = read(at + i * refSize_, refSize_);
+            for (unsigned k = 0; k < refSize; ++k)
+                compact.push_back(static_cast<char>(ref >> (8 * (refSize - 1 - k))));
+        }
+    }
+    out_ = std::move(compact);
+    refSize_ = refSize;
 }
 
 }  // namespace saldo

@@ -13,8 +13,9 @@ namespace saldo {
 // Encodes an entry list as a binary property list (bplist00): a root array of
 // entry dictionaries with all twelve keys, split bookings as nested arrays.
 // The twelve key strings and the two booleans are written once and referenced
-// from every dictionary; every entry's own values and containers are written
-// where the entry stands. Strings are ASCII when they are pure ASCII, else
+// from every dictionary; equal strings and equal reals are written once too
+// (a ledger repeats its kinds, categories and rates on every line), dates and
+// containers are written where their entry stands, never shared. Strings are ASCII when they are pure ASCII, else
 // big-endian UTF-16; amounts and rates are 4-byte reals, dates 8-byte. Object
 // references and offsets take the fewest bytes that can hold them. Fails as a
 // whole with LedgerFileError (text that is not UTF-8, split bookings nested
@@ -35,12 +36,19 @@ private:
     void writeRef(std::uint64_t ref);
     void writeBigEndian(std::uint64_t value, unsigned bytes);
     std::uint64_t beginObject();
+    // Ends the value object begun at `start`: when an equal value was written
+    // before, the new bytes are dropped and the earlier object is returned.
+    std::uint64_t shareValue(std::size_t start);
+    std::string_view objectBytes(std::uint64_t object) const;
     void finish(std::uint64_t topObject);
+    void narrowReferences(unsigned refSize);
 
     std::string out_;
     std::vector<std::uint64_t> offsets_;
     std::uint64_t objectCount_;
     unsigned refSize_;
+    std::vector<std::uint64_t> shared_;  // open-addressing table of value objects, 0 = empty slot
+    std::size_t sharedCount_ = 0;
     std::string utf16_;  // scratch for non-ASCII strings
     std::vector<std::vector<std::uint64_t>> childRefs_;  // per nesting level
     LedgerEntryPath path_;

@@ -106,11 +106,13 @@ EinnahmeList LedgerFile::read(const std::string& path)
     } else if (S_ISDIR(info.st_mode)) {
         error = EISDIR;
     } else {
-        if (S_ISREG(info.st_mode))
-            bytes.reserve(static_cast<std::size_t>(info.st_size));
-        char buffer[1 << 16];
+        // Read straight into the buffer; a file that grows meanwhile is read to its end.
+        std::size_t size = 0;
+        bytes.resize(S_ISREG(info.st_mode) ? static_cast<std::size_t>(info.st_size) + 1 : 1 << 16);
         for (;;) {
-            const ssize_t got = ::read(fd, buffer, sizeof buffer);
+            if (size == bytes.size())
+                bytes.resize(bytes.size() * 2);
+            const ssize_t got = ::read(fd, bytes.data() + size, bytes.size() - size);
             if (got < 0 && errno == EINTR)
                 continue;
             if (got < 0) {
@@ -119,8 +121,9 @@ EinnahmeList LedgerFile::read(const std::string& path)
             }
             if (got == 0)
                 break;
-            bytes.append(buffer, static_cast<std::size_t>(got));
+            size += static_cast<std::size_t>(got);
         }
+        bytes.resize(size);
     }
     ::close(fd);
     if (error != 0)

@@ -4,25 +4,6 @@ namespace saldo {
 
 namespace {
 
-void appendCodePoint(std::uint32_t cp, std::string& out)
-{
-    if (cp < 0x80) {
-        out.push_back(static_cast<char>(cp));
-    } else if (cp < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else if (cp < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else {
-        out.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    }
-}
-
 void appendUnit(std::uint32_t unit, std::string& out)
 {
     out.push_back(static_cast<char>(unit >> 8));
@@ -33,20 +14,40 @@ void appendUnit(std::uint32_t unit, std::string& out)
 
 bool Utf16::appendUtf8FromBigEndian(const std::uint8_t* data, std::size_t units, std::string& out)
 {
-    out.reserve(out.size() + units * 2);
+    // At most three bytes per code unit (a pair of four-byte code points takes two units).
+    const std::size_t start = out.size();
+    out.resize(start + units * 3);
+    char* p = out.data() + start;
     for (std::size_t i = 0; i < units; ++i) {
-        std::uint32_t unit = (std::uint32_t(data[2 * i]) << 8) | data[2 * i + 1];
-        if (unit >= 0xD800 && unit <= 0xDFFF) {
-            if (unit >= 0xDC00 || i + 1 == units)
+        std::uint32_t cp = (std::uint32_t(data[2 * i]) << 8) | data[2 * i + 1];
+        if (cp < 0x80) {
+            *p++ = static_cast<char>(cp);
+            continue;
+        }
+        if (cp >= 0xD800 && cp <= 0xDFFF) {
+            if (cp >= 0xDC00 || i + 1 == units)
                 return false;
             const std::uint32_t low = (std::uint32_t(data[2 * i + 2]) << 8) | data[2 * i + 3];
             if (low < 0xDC00 || low > 0xDFFF)
                 return false;
-            unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+            cp = 0x10000 + ((cp - 0xD800) << 10) + (low - 0xDC00);
             ++i;
         }
-        appendCodePoint(unit, out);
+        if (cp < 0x800) {
+            *p++ = static_cast<char>(0xC0 | (cp >> 6));
+            *p++ = static_cast<char>(0x80 | (cp & 0x3F));
+        } else if (cp < 0x10000) {
+            *p++ = static_cast<char>(0xE0 | (cp >> 12));
+            *p++ = static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+            *p++ = static_cast<char>(0x80 | (cp & 0x3F));
+        } else {
+            *p++ = static_cast<char>(0xF0 | (cp >> 18));
+            *p++ = static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+            *p++ = static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+            *p++ = static_cast<char>(0x80 | (cp & 0x3F));
+        }
     }
+    out.resize(static_cast<std::size_t>(p - out.data()));
     return true;
 }
 

@@ -96,9 +96,12 @@ TEST(BinaryPropertyListReaderTest, RefusesOffsetsOutsideTheObjectArea)
     EXPECT_REFUSED(withOffset(good, b, 3, 0xFFFF), "lies outside the object area");
     // An object whose payload would run into the offset table.
     BplistBuilder c;
-    const std::size_t root = c.array({c.entry()});
-    c.raw("\x55" "AB");
-    EXPECT_REFUSED(c.build(root), "runs past the end of the object area");
+    const std::size_t root = c.array({});
+    const std::size_t entry = c.entry();
+    const std::size_t last = c.raw("\x55" "AB");
+    c.replace(root, BplistBuilder::join({"\xA2", c.ref(entry), c.ref(last)}));
+    EXPECT_REFUSED(c.build(root), "entry 2: object " + std::to_string(last) + " at offset ");
+    EXPECT_REFUSED(c.build(root), "length 5 runs past the end of the object area");
 }
 
 TEST(BinaryPropertyListReaderTest, RefusesLengthsAndReferencesBeyondTheData)
@@ -106,18 +109,18 @@ TEST(BinaryPropertyListReaderTest, RefusesLengthsAndReferencesBeyondTheData)
     {
         // An array claiming 2^61 references of 8 bytes: the product overflows 64 bits.
         BplistBuilder b;
-        const std::size_t huge = b.raw("\xAF\x13" + BplistBuilder::bigEndian(std::uint64_t(1) << 61, 8));
+        const std::size_t huge = b.raw(BplistBuilder::join({"\xAF\x13", BplistBuilder::bigEndian(std::uint64_t(1) << 61, 8)}));
         b.refSize = 8;
         EXPECT_REFUSED(b.build(huge), "runs past the end");
     }
     {
         BplistBuilder b;
-        const std::size_t text = b.raw("\x5F\x13" + BplistBuilder::bigEndian(UINT64_MAX, 8));
+        const std::size_t text = b.raw(BplistBuilder::join({"\x5F\x13", BplistBuilder::bigEndian(UINT64_MAX, 8)}));
         EXPECT_REFUSED(b.build(b.array({text})), "runs past the end");
     }
     {
         BplistBuilder b;
-        const std::size_t dict = b.raw("\xDF\x12" + BplistBuilder::bigEndian(0x7FFFFFFF, 4));
+        const std::size_t dict = b.raw(BplistBuilder::join({"\xDF\x12", BplistBuilder::bigEndian(0x7FFFFFFF, 4)}));
         EXPECT_REFUSED(b.build(b.array({dict})), "runs past the end");
     }
     {
@@ -144,14 +147,14 @@ TEST(BinaryPropertyListReaderTest, RefusesReferenceCyclesAndExponentialSharing)
         BplistBuilder b;
         const std::size_t children = b.array({});
         const std::size_t parent = b.entry({{"childTransactions", children}});
-        b.replace(children, "\xA1" + b.ref(parent));
+        b.replace(children, BplistBuilder::join({"\xA1", b.ref(parent)}));
         EXPECT_REFUSED(b.build(b.array({parent})), "entry 1 (child 1): reference cycle");
     }
     {
         // A root array holding itself is no list of entries either.
         BplistBuilder b;
         const std::size_t root = b.array({});
-        b.replace(root, "\xA1" + b.ref(root));
+        b.replace(root, BplistBuilder::join({"\xA1", b.ref(root)}));
         EXPECT_REFUSED(b.build(root), "entry 1: is an array, not a dictionary");
     }
     {
@@ -303,9 +306,9 @@ TEST(BinaryPropertyListReaderTest, AcceptsOtherNumberFormsAndDropsExtraKeys)
     const std::size_t a = b.entry({{"brutto", b.real8(0.1)}, {"steuersatz", b.integer(19, 1)}, {"datum", b.real8(-1.25)}},
         {{"netto", b.real4(1.0f)}, {"extra", b.raw("\x00")}});
     const std::size_t c = b.entry({{"brutto", b.integer(std::uint64_t(-3), 8)}, {"steuersatz", b.integer(70000, 4)}});
-    const std::size_t d = b.entry({{"brutto", b.raw("\x14" + BplistBuilder::bigEndian(0, 8) + BplistBuilder::bigEndian(UINT64_MAX, 8))},
+    const std::size_t d = b.entry({{"brutto", b.raw(BplistBuilder::join({"\x14", BplistBuilder::bigEndian(0, 8), BplistBuilder::bigEndian(UINT64_MAX, 8)}))},
         {"steuersatz", b.real8(1e300)}});
-    const std::size_t e = b.entry({{"brutto", b.raw("\x14" + BplistBuilder::bigEndian(1, 8) + BplistBuilder::bigEndian(0, 8))}});
+    const std::size_t e = b.entry({{"brutto", b.raw(BplistBuilder::join({"\x14", BplistBuilder::bigEndian(1, 8), BplistBuilder::bigEndian(0, 8)}))}});
     const EinnahmeList entries = LedgerFile::decode(b.build(b.array({a, c, d})));
     ASSERT_EQ(entries.size(), 3u);
     // The nearest single-precision value of the double 0.1 is the float 0.1f.

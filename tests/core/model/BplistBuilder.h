@@ -1,6 +1,8 @@
 #pragma once
 
 #include <bit>
+#include <initializer_list>
+#include <string_view>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -39,13 +41,13 @@ public:
         return raw(bytes);
     }
     std::size_t boolean(bool value) { return raw(std::string(1, value ? '\x09' : '\x08')); }
-    std::size_t real4(float value) { return raw("\x22" + bigEndian(std::bit_cast<std::uint32_t>(value), 4)); }
-    std::size_t real8(double value) { return raw("\x23" + bigEndian(std::bit_cast<std::uint64_t>(value), 8)); }
+    std::size_t real4(float value) { return raw(join({"\x22", bigEndian(std::bit_cast<std::uint32_t>(value), 4)})); }
+    std::size_t real8(double value) { return raw(join({"\x23", bigEndian(std::bit_cast<std::uint64_t>(value), 8)})); }
     std::size_t integer(std::uint64_t value, unsigned bytes)
     {
         return raw(std::string(1, static_cast<char>(0x10 | std::countr_zero(bytes))) + bigEndian(value, bytes));
     }
-    std::size_t date(double value) { return raw("\x33" + bigEndian(std::bit_cast<std::uint64_t>(value), 8)); }
+    std::size_t date(double value) { return raw(join({"\x33", bigEndian(std::bit_cast<std::uint64_t>(value), 8)})); }
     std::size_t array(const std::vector<std::size_t>& refs)
     {
         std::string bytes = lengthMarker(0xA0, refs.size());
@@ -120,6 +122,16 @@ public:
         return out;
     }
 
+    // Concatenation by appending (operator+ on short literals trips a false
+    // -Wrestrict warning in GCC 12 at -O3).
+    static std::string join(std::initializer_list<std::string_view> parts)
+    {
+        std::string out;
+        for (const auto part : parts)
+            out.append(part);
+        return out;
+    }
+
     static std::string bigEndian(std::uint64_t value, unsigned bytes)
     {
         std::string out;
@@ -150,7 +162,7 @@ private:
     {
         if (length < 15)
             return std::string(1, static_cast<char>(type | length));
-        return std::string(1, static_cast<char>(type | 0x0F)) + "\x11" + bigEndian(length, 2);
+        return join({std::string(1, static_cast<char>(type | 0x0F)), "\x11", bigEndian(length, 2)});
     }
 
     std::vector<std::string> objects_;

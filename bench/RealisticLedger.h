@@ -1,0 +1,64 @@
+#pragma once
+
+#include "model/Einnahme.h"
+#include "model/Kategorien.h"
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace saldo::bench {
+
+// A ledger that looks like a real one: German names and service texts,
+// categories of the default chart, invoice numbers on most entries, amounts
+// in cents, dates spread over a year with their time of day, and 5 % of the
+// entries split into one to three bookings. The same count always gives the
+// same ledger (fixed rng state).
+inline EinnahmeList realisticLedger(std::size_t count)
+{
+    static const char* const names[] = {"Miete Büro Hauptstraße", "Bürobedarf Müller & Söhne", "Telefon und Internet",
+        "Beratung Schäfer GmbH", "Fahrtkosten Köln–Düsseldorf", "Honorar Projekt Übersetzung", "Porto", "Strom",
+        "Versicherung Betriebshaftpflicht", "Software-Abonnement", "Reparatur Drucker", "Bewirtung Kunde Weiß",
+        "Fortbildung Steuerrecht", "Zeitschriften", "Werbung Anzeige Lokalblatt", "Webhosting", "Kontoführung",
+        "Verkauf Ware an Meier", "Provision Großhändler", "Lizenzgebühr"};
+    static const char* const leistungen[] = {"", "", "Beratung", "Lieferung", "Dienstleistung", "Wartung",
+        "Übersetzung", "Schulung"};
+    static const float rates[] = {19.0f, 19.0f, 19.0f, 7.0f, 0.0f};
+    const std::vector<std::string> chart = Kategorien::defaultKategorien();
+
+    std::mt19937_64 rng(20240101);
+    auto pick = [&](std::size_t n) { return static_cast<std::size_t>(rng() % n); };
+    auto make = [&](std::size_t i) {
+        Einnahme::Stored s;
+        s.name = names[pick(std::size(names))];
+        s.kategorie = chart[pick(chart.size())];
+        s.art = pick(3) == 0 ? kArtEinnahme : kArtAusgabe;
+        s.innergemeinschaftlicherErwerb = pick(50) == 0;
+        s.isNonEU = !s.innergemeinschaftlicherErwerb && pick(50) == 0;
+        s.brutto = static_cast<float>(pick(500'000)) / 100.0f;
+        s.steuersatz = rates[pick(std::size(rates))];
+        // 2024, with seconds and a fraction of a second.
+        s.datum = 725'846'400.0 + static_cast<double>(pick(366 * 86'400)) + static_cast<double>(pick(1000)) / 1000.0;
+        if (pick(10) != 0)
+            s.rechnungsnummer = "RE-2024-" + std::to_string(100'000 + i);
+        if (pick(4) == 0)
+            s.steuernummer = "12/345/" + std::to_string(10'000 + pick(90'000));
+        s.leistungsart = leistungen[pick(std::size(leistungen))];
+        return s;
+    };
+    EinnahmeList entries;
+    entries.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        Einnahme::Stored s = make(i);
+        if (pick(20) == 0) {
+            const std::size_t parts = 1 + pick(3);
+            for (std::size_t k = 0; k < parts; ++k)
+                s.childTransactions.push_back(Einnahme::restore(make(i)));
+        }
+        entries.push_back(Einnahme::restore(std::move(s)));
+    }
+    return entries;
+}
+
+}  // namespace saldo::bench
