@@ -8,10 +8,18 @@ namespace {
 
 std::tm toLocalTm(ReferenceSeconds datum)
 {
+    // Instants beyond what the calendar can name (about ±3e16 s, where years no
+    // longer fit an int) and non-finite ones read as 1 January of year 1900.
     const double unixSeconds = std::floor(datum + kReferenceDateUnixSeconds);
-    std::time_t t = static_cast<std::time_t>(unixSeconds);
     std::tm tm{};
-    localtime_r(&t, &tm);
+    tm.tm_mday = 1;
+    if (!(std::fabs(unixSeconds) < 3.0e16))
+        return tm;
+    std::time_t t = static_cast<std::time_t>(unixSeconds);
+    if (!localtime_r(&t, &tm)) {
+        tm = std::tm{};
+        tm.tm_mday = 1;
+    }
     return tm;
 }
 
@@ -19,8 +27,6 @@ std::tm toLocalTm(ReferenceSeconds datum)
 
 int Calendar::monthOf(ReferenceSeconds datum)
 {
-    if (!std::isfinite(datum))
-        return 1;
     return toLocalTm(datum).tm_mon + 1;
 }
 

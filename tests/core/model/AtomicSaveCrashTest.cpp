@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -54,8 +56,15 @@ TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
     ASSERT_NE(largeBytes, smallBytes);
     LedgerFile::write(path.string(), small);
 
+    // The kills fall anywhere within three save cycles, measured here, so that
+    // both contents get completed whatever the disk's speed.
+    const auto cycleStart = std::chrono::steady_clock::now();
+    LedgerFile::write(path.string(), large);
+    LedgerFile::write(path.string(), small);
+    const auto cycle = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - cycleStart);
+    const int maxDelay = static_cast<int>(std::clamp<std::int64_t>(cycle.count() * 3, 3000, 150000));
     std::mt19937 rng(20261123u);
-    std::uniform_int_distribution<int> delayMicros(0, 30000);
+    std::uniform_int_distribution<int> delayMicros(0, maxDelay);
     constexpr int kKills = 200;
     int sawLarge = 0;
     int sawSmall = 0;
