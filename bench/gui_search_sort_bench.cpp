@@ -29,17 +29,16 @@ using namespace saldo::gui;
 // Names of a small business's year: about one entry in ten holds "Miete".
 EinnahmeList makeLedger(std::size_t count)
 {
-    static const char* const names[] = {"Miete Büro", "Bürobedarf Müller", "Telefon", "Beratung Schäfer GmbH",
-        "Fahrtkosten", "Honorar Übersetzung", "Porto", "Strom", "Versicherung", "Software-Abo"};
+    static const char* const names[] = { "Miete Büro", "Bürobedarf Müller", "Telefon", "Beratung Schäfer GmbH",
+        "Fahrtkosten", "Honorar Übersetzung", "Porto", "Strom", "Versicherung", "Software-Abo" };
     static const std::vector<std::string> chart = Kategorien::defaultKategorien();
-    static const float rates[] = {19.0f, 19.0f, 19.0f, 7.0f, 0.0f};
+    static const float rates[] = { 19.0f, 19.0f, 19.0f, 7.0f, 0.0f };
     std::mt19937 rng(815);
     EinnahmeList list;
     list.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         auto entry = Einnahme::make(std::string(names[rng() % 10]) + " " + std::to_string(i + 1),
-                                    chart[rng() % chart.size()], static_cast<float>(rng() % 300000) / 100.0f,
-                                    rates[rng() % 5]);
+            chart[rng() % chart.size()], static_cast<float>(rng() % 300000) / 100.0f, rates[rng() % 5]);
         entry->setArt(rng() % 3 == 0 ? kArtAusgabe : kArtEinnahme);
         entry->setDatum(757382400.0 + static_cast<double>(rng() % 31536000u));
         list.push_back(entry);
@@ -70,7 +69,7 @@ struct Pane {
     void chooseMode(const QString& title)
     {
         for (QAction* top : search->searchMenu()->actions()) {
-            const QList<QAction*> items = top->menu() ? top->menu()->actions() : QList<QAction*>{top};
+            const QList<QAction*> items = top->menu() ? top->menu()->actions() : QList<QAction*> { top };
             for (QAction* item : items)
                 if (item->text() == title)
                     item->trigger();
@@ -123,15 +122,16 @@ void BM_HeaderClick(benchmark::State& state)
         field->clear();
         table->selectRow(static_cast<int>(p.vc.einnahmen().size() / 2));
         state.ResumeTiming();
-        table->sortByColumn(column, Qt::AscendingOrder);  // what a click does
+        table->sortByColumn(column, Qt::AscendingOrder); // what a click does
         benchmark::DoNotOptimize(p.vc.grab());
     }
 }
 BENCHMARK(BM_HeaderClick)
-    ->ArgsProduct({{100000, 1000000}, {EntryColumn::Name, EntryColumn::Brutto, EntryColumn::Netto, EntryColumn::Date}})
+    ->ArgsProduct(
+        { { 100000, 1000000 }, { EntryColumn::Name, EntryColumn::Brutto, EntryColumn::Netto, EntryColumn::Date } })
     ->Unit(benchmark::kMillisecond);
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {

@@ -34,12 +34,12 @@ QIcon searchMenuIcon(const QColor& colour)
     painter.drawLine(QPointF(9.5, 9.5), QPointF(13.0, 13.0));
     painter.setPen(Qt::NoPen);
     painter.setBrush(colour);
-    const QPointF arrow[] = {QPointF(15.0, 7.0), QPointF(21.0, 7.0), QPointF(18.0, 10.5)};
+    const QPointF arrow[] = { QPointF(15.0, 7.0), QPointF(21.0, 7.0), QPointF(18.0, 10.5) };
     painter.drawPolygon(arrow, 3);
     return QIcon(pixmap);
 }
 
-}  // namespace
+} // namespace
 
 SearchFieldController::SearchFieldController(QWidget* parent)
     : QObject(parent)
@@ -51,8 +51,8 @@ SearchFieldController::SearchFieldController(QWidget* parent)
     field_->installEventFilter(this);
 
     buildMenu();
-    menuAction_ = field_->addAction(searchMenuIcon(field_->palette().color(QPalette::Text)),
-                                    QLineEdit::LeadingPosition);
+    menuAction_
+        = field_->addAction(searchMenuIcon(field_->palette().color(QPalette::Text)), QLineEdit::LeadingPosition);
     menuAction_->setObjectName(QStringLiteral("searchMenuAction"));
     menuAction_->setToolTip(QStringLiteral("Suchen nach"));
     connect(menuAction_, &QAction::triggered, this, &SearchFieldController::popUpSearchMenu);
@@ -132,7 +132,7 @@ void SearchFieldController::searchFieldTextChanged(const QString& text)
     const QByteArray mode = field_->placeholderText().toUtf8();
     const QByteArray typed = text.toUtf8();
     const SearchOutcome outcome = SearchOutcome::decide(std::string_view(mode.constData(), std::size_t(mode.size())),
-                                                        std::string_view(typed.constData(), std::size_t(typed.size())));
+        std::string_view(typed.constData(), std::size_t(typed.size())));
     if (outcome.kind() == SearchOutcome::Kind::NoChange || !handler_)
         return;
     handler_(outcome);
@@ -149,4 +149,4 @@ bool SearchFieldController::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -63,4 +63,4 @@ private:
     SearchHandler handler_;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

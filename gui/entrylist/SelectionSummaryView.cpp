@@ -12,9 +12,9 @@ namespace {
 // The engine pads its labels to the amounts with one to three tabs; the same
 // stops as the summary panel's (14 and 19 characters, then every 12) line the
 // amounts up in one column.
-constexpr int kFirstTabStops[] = {14, 19};
+constexpr int kFirstTabStops[] = { 14, 19 };
 constexpr int kTabStopCharacters = 12;
-}  // namespace
+} // namespace
 
 SelectionSummaryView::SelectionSummaryView(QWidget* parent)
     : QPlainTextEdit(parent)
@@ -45,4 +45,4 @@ void SelectionSummaryView::showSelection(const EinnahmeList& einnahmen, const st
     setPlainText(QString::fromStdString(SelectionSummary::text(einnahmen, rows)));
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -24,4 +24,4 @@ public:
     void showSelection(const EinnahmeList& einnahmen, const std::vector<std::size_t>& rows);
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui
