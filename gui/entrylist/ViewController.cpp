@@ -239,6 +239,8 @@ const EinnahmeList& ViewController::backupEinnahmen() const
 void ViewController::setEntries(const EinnahmeList& entries)
 {
     d_->structuralChange([&] { d_->model->resetWith([&] { d_->lists.setEntries(entries); }); });
+    // The new list is in its own order: no sort indicator.
+    d_->table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
 }
 
 EinnahmePtr ViewController::selectedEinnahme() const
@@ -412,6 +414,7 @@ void ViewController::viewWillAppear()
 void ViewController::updateTableView()
 {
     const auto row = d_->selectedRow();
+    fprintf(stderr, "DBG update %p row=%d rows=%d\n", (void*)this, row ? int(*row) : -1, d_->model->rowCount());
     if (!row) {
         d_->structuralChange([this] { d_->reloadTable(); });
         return;

@@ -366,6 +366,9 @@ TEST_F(FindAndTotal, ASortUnderAFilterEndsWithTheNextFilterOrTheClearedField)
     // After the indicator was cleared, a click sorts ascending again.
     clickHeader(EntryColumn::Name);
     EXPECT_EQ(namesOf(vc->einnahmen()), (std::vector<std::string> { "Miete A", "Miete B", "Miete C", "Strom" }));
+    // Entries handed over (an import) come in their own order too.
+    vc->setEntries(entries);
+    EXPECT_EQ(header->sortIndicatorSection(), -1);
 }
 
 TEST_F(FindAndTotal, SelectionSummaryEvaluatesTheSelectedShownEntriesInRowOrder)
