@@ -414,7 +414,6 @@ void ViewController::viewWillAppear()
 void ViewController::updateTableView()
 {
     const auto row = d_->selectedRow();
-    fprintf(stderr, "DBG update %p row=%d rows=%d\n", (void*)this, row ? int(*row) : -1, d_->model->rowCount());
     if (!row) {
         d_->structuralChange([this] { d_->reloadTable(); });
         return;
