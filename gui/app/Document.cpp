@@ -148,9 +148,13 @@ bool Document::writeFile(const QString& path, const QByteArray& data, QString* r
 {
     // QSaveFile writes a temporary file beside the target and renames it over
     // the target only when everything was written, keeping the target's
-    // permissions; it never falls back to writing the target directly.
+    // permissions; it never falls back to writing the target directly. It is
+    // opened unbuffered: a write error of data still held in its buffer would
+    // go unnoticed by commit(), which would then rename a short file over the
+    // good one.
     QSaveFile file(path);
-    bool written = file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
+    bool written = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(data) == data.size()
+        && file.flush();
     if (!written)
         file.cancelWriting();
     written = file.commit() && written;

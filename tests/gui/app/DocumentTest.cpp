@@ -8,6 +8,7 @@
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
 #include "platform/Diagnostics.h"
+#include "model/LedgerFile.h"
 #include "platform/UserDefaults.h"
 
 #include <QFileInfo>
@@ -249,8 +250,13 @@ TEST_F(DocumentTest, AFullDiskKeepsTheOldFileAndTheChanges)
     // does, also for the superuser.
     auto document = openedDocument(1);
     const QByteArray before = readBytes(document->filePath());
-    for (int i = 0; i < 200; ++i)
+    // Entries that differ, so that the writer cannot share one object for all.
+    for (int i = 0; i < 200; ++i) {
         document->entryList()->addEntry();
+        document->entryList()->backupEinnahmen().back()->setName("Beleg " + std::to_string(i));
+    }
+    const std::size_t after = LedgerFile::encode(document->entryList()->backupEinnahmen()).size();
+    ASSERT_GT(after, static_cast<std::size_t>(before.size()) + 1024);
 
     rlimit previous {};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &previous), 0);
