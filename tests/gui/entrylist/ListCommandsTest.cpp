@@ -8,6 +8,7 @@
 #include "gui/entrylist/EntryListTestSupport.h"
 
 #include <QItemSelectionModel>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QUndoStack>
@@ -187,6 +188,31 @@ TEST_F(ListCommands, ManyScatteredRowsAreDeletedAndRestoredAsOneStep)
     undoStack.redo();
     EXPECT_EQ(vc->einnahmen(), even);
     EXPECT_EQ(vc->tableView()->model()->rowCount(), 12);
+}
+
+TEST_F(ListCommands, UnderASearchFilterTheCommandsChangeTheCompleteListToo)
+{
+    use({"Miete Jan", "Strom", "Miete Feb", "Wasser", "Miete Mar"});
+    auto* field = vc->findChild<QLineEdit*>(QStringLiteral("searchField"));
+    ASSERT_NE(field, nullptr);
+    field->setText(QStringLiteral("Miete"));  // the search mode starts as "Name"
+    ASSERT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"Miete Jan", "Miete Feb", "Miete Mar"}));
+
+    select({0, 2});
+    dialogs.confirmAnswers = {true};
+    vc->deleteEntries();
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"Miete Feb"}));
+    EXPECT_EQ(namesOf(vc->backupEinnahmen()), std::vector<std::string>({"Strom", "Miete Feb", "Wasser"}));
+
+    // A new entry joins the shown list although it does not match.
+    vc->addEntry();
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"Miete Feb", "Neu"}));
+    EXPECT_EQ(namesOf(vc->backupEinnahmen()), std::vector<std::string>({"Strom", "Miete Feb", "Wasser", "Neu"}));
+
+    undoStack.undo();
+    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({"Miete Feb", "Neu", "Miete Mar", "Miete Jan"}));
+    EXPECT_EQ(namesOf(vc->backupEinnahmen()),
+              std::vector<std::string>({"Strom", "Miete Feb", "Wasser", "Neu", "Miete Mar", "Miete Jan"}));
 }
 
 TEST_F(ListCommands, RefusedOrEmptyDeletionChangesNothing)

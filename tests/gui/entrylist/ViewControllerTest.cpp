@@ -92,7 +92,7 @@ TEST_F(EntryListSelection, AnEmptyDocumentAppearsWithoutSelection)
     EXPECT_EQ(detail()->boxOpacity(), 0.0);
 }
 
-TEST_F(EntryListSelection, DetailViewUpdatedReloadsAndKeepsTheSelectedRowsEntry)
+TEST_F(EntryListSelection, DetailViewUpdatedReloadsAndKeepsTheSelectedRowsEntryWhereverItMoved)
 {
     const auto entries = namedEntries({"A", "B", "C", "D"});
     vc->setEntries(entries);
@@ -105,6 +105,14 @@ TEST_F(EntryListSelection, DetailViewUpdatedReloadsAndKeepsTheSelectedRowsEntry)
     EXPECT_EQ(vc->selectedEinnahme(), entries[2]);
     EXPECT_EQ(vc->tableView()->model()->data(vc->tableView()->model()->index(2, EntryColumn::Name)).toString(),
               "C geändert");
+
+    // After a sort has moved the entry, a reload keeps it selected at its new row.
+    vc->tableView()->selectRow(2);
+    vc->tableView()->sortByColumn(EntryColumn::Brutto, Qt::DescendingOrder);  // D C B A
+    NotificationCenter::defaultCenter().post(kDetailViewUpdated);
+    EXPECT_EQ(vc->einnahmen()[1], entries[2]);
+    EXPECT_EQ(selectedRows(), std::vector<int>({1}));
+    EXPECT_EQ(detail()->selectedEinnahme(), entries[2]);
 
     // The observation ends with the list: a later notification reaches nothing.
     split.reset();
