@@ -7,9 +7,9 @@
 #include "entrylist/ViewController.h"
 #include "model/Kategorien.h"
 #include "platform/Diagnostics.h"
+#include "platform/Dialogs.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserDefaults.h"
-#include "platform/Dialogs.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -28,13 +28,13 @@ using namespace saldo::gui;
 EinnahmeList makeLedger(std::size_t count)
 {
     static const std::vector<std::string> chart = Kategorien::defaultKategorien();
-    static const float rates[] = {19.0f, 19.0f, 19.0f, 7.0f, 0.0f};
+    static const float rates[] = { 19.0f, 19.0f, 19.0f, 7.0f, 0.0f };
     std::mt19937 rng(4711);
     EinnahmeList list;
     list.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         auto entry = Einnahme::make("Beleg " + std::to_string(i + 1), chart[rng() % chart.size()],
-                                    static_cast<float>(rng() % 300000) / 100.0f, rates[rng() % 5]);
+            static_cast<float>(rng() % 300000) / 100.0f, rates[rng() % 5]);
         entry->setArt(rng() % 3 == 0 ? kArtAusgabe : kArtEinnahme);
         entry->setDatum(757382400.0 + static_cast<double>(rng() % 31536000u));
         entry->setRechnungsnummer("RE-" + std::to_string(rng() % 100000));
@@ -159,7 +159,7 @@ BENCHMARK(BM_SelectAllThenOne)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMill
 void BM_GrossEditInCell(benchmark::State& state)
 {
     Table t(static_cast<std::size_t>(state.range(0)));
-    const DiagnosticSink previous = setDiagnosticSink([](const std::string&) { });
+    const DiagnosticSink previous = setDiagnosticSink([](const std::string&) {});
     QAbstractItemModel* model = t.table()->model();
     const QModelIndex cell = model->index(model->rowCount() / 2, EntryColumn::Brutto);
     t.table()->selectRow(cell.row());
@@ -172,7 +172,7 @@ void BM_GrossEditInCell(benchmark::State& state)
 }
 BENCHMARK(BM_GrossEditInCell)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {

@@ -24,7 +24,7 @@ bool checkStateOn(const QVariant& value)
     return value.toInt() == Qt::Checked;
 }
 
-}  // namespace
+} // namespace
 
 bool CellEdit::isTextField(EntryColumn::Id column)
 {
@@ -40,7 +40,7 @@ std::string CellEdit::diagnosticText(int row, int column, const QString& text)
 
 const QStringList& CellEdit::artTitles()
 {
-    static const QStringList titles{QString::fromLatin1(kArtEinnahme), QString::fromLatin1(kArtAusgabe)};
+    static const QStringList titles { QString::fromLatin1(kArtEinnahme), QString::fromLatin1(kArtAusgabe) };
     return titles;
 }
 
@@ -105,4 +105,4 @@ CellEdit::Outcome CellEdit::apply(Einnahme& entry, EntryColumn::Id column, const
     return Outcome::NothingStored;
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -20,10 +20,10 @@ namespace saldo::gui {
 class CellEdit {
 public:
     enum class Outcome {
-        Stored,         // the value went into the entry
-        NothingStored,  // a column that stores nothing; the edit still counts
-        Refused,        // the gross amount was refused; the entry is unchanged
-        Dropped,        // no usable value (no pop-up item chosen): ignore the edit
+        Stored, // the value went into the entry
+        NothingStored, // a column that stores nothing; the edit still counts
+        Refused, // the gross amount was refused; the entry is unchanged
+        Dropped, // no usable value (no pop-up item chosen): ignore the edit
     };
 
     static Outcome apply(Einnahme& entry, EntryColumn::Id column, const QVariant& value);
@@ -39,4 +39,4 @@ public:
     static const QStringList& artTitles();
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

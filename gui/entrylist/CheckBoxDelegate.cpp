@@ -13,13 +13,13 @@ QStyle* styleOf(const QStyleOptionViewItem& option)
     return option.widget ? option.widget->style() : QApplication::style();
 }
 
-}  // namespace
+} // namespace
 
 QRect CheckBoxDelegate::indicatorRect(const QStyleOptionViewItem& option)
 {
     QStyle* style = styleOf(option);
     const QSize size(style->pixelMetric(QStyle::PM_IndicatorWidth, &option, option.widget),
-                     style->pixelMetric(QStyle::PM_IndicatorHeight, &option, option.widget));
+        style->pixelMetric(QStyle::PM_IndicatorHeight, &option, option.widget));
     return QStyle::alignedRect(option.direction, Qt::AlignCenter, size, option.rect);
 }
 
@@ -30,7 +30,7 @@ void CheckBoxDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const Qt::CheckState state = static_cast<Qt::CheckState>(index.data(Qt::CheckStateRole).toInt());
     // Background and selection only; the box is drawn below, centred.
     item.features &= ~(QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay
-                       | QStyleOptionViewItem::HasDecoration);
+        | QStyleOptionViewItem::HasDecoration);
     item.text.clear();
     QStyle* style = styleOf(option);
     style->drawControl(QStyle::CE_ItemViewItem, &item, painter, option.widget);
@@ -51,8 +51,8 @@ QSize CheckBoxDelegate::sizeHint(const QStyleOptionViewItem& option, const QMode
     return indicatorRect(option).size() + QSize(8, 4);
 }
 
-bool CheckBoxDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
-                                   const QModelIndex& index)
+bool CheckBoxDelegate::editorEvent(
+    QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option, const QModelIndex& index)
 {
     const Qt::ItemFlags flags = index.flags();
     if (!(flags & Qt::ItemIsUserCheckable) || !(flags & Qt::ItemIsEnabled))
@@ -69,7 +69,7 @@ bool CheckBoxDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, con
         if (!target.contains(mouse->position().toPoint()))
             return false;
         if (event->type() != QEvent::MouseButtonRelease)
-            return true;  // the box takes the click; the row is not selected by it
+            return true; // the box takes the click; the row is not selected by it
         break;
     }
     case QEvent::KeyPress: {
@@ -86,4 +86,4 @@ bool CheckBoxDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, con
     return model->setData(index, static_cast<int>(on ? Qt::Unchecked : Qt::Checked), Qt::CheckStateRole);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -17,10 +17,10 @@ public:
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
-                     const QModelIndex& index) override;
+        const QModelIndex& index) override;
 
     // Where the box of a cell is drawn.
     static QRect indicatorRect(const QStyleOptionViewItem& option);
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -13,7 +13,7 @@ QDateTime toMinute(const QDateTime& dateTime)
     return QDateTime(dateTime.date(), QTime(dateTime.time().hour(), dateTime.time().minute()));
 }
 
-}  // namespace
+} // namespace
 
 QWidget* DateDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex&) const
 {
@@ -47,4 +47,4 @@ void DateDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, cons
     model->setData(index, chosen, Qt::EditRole);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

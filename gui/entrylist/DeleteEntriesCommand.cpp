@@ -32,4 +32,4 @@ void DeleteEntriesCommand::undo()
     target_.undoDeletion(record_);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

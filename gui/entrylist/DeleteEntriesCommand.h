@@ -44,4 +44,4 @@ private:
     bool done_ = false;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

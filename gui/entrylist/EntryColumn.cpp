@@ -11,22 +11,22 @@ struct ColumnInfo {
 };
 
 constexpr ColumnInfo kColumns[EntryColumn::Count] = {
-    {"NameColumn", "Name", EntryColumn::Kind::Text, 170},
-    {"NonEUColumn", "Non EU", EntryColumn::Kind::CheckBox, 56},
-    {"InnergemColumn", "Innergem.", EntryColumn::Kind::CheckBox, 70},
-    {"ArtColumn", "Art", EntryColumn::Kind::PopUp, 100},
-    {"KategorieColumn", "Kategorie", EntryColumn::Kind::PopUp, 230},
-    {"BruttoColumn", "Brutto", EntryColumn::Kind::Number, 80},
-    {"NettoColumn", "Netto", EntryColumn::Kind::Number, 80},
-    {"SteuerColumn", "Steuersatz", EntryColumn::Kind::Number, 72},
-    {"DateColumn", "Datum", EntryColumn::Kind::Date, 118},
-    {"RechnungsnummerColumn", "Rechnungsnummer", EntryColumn::Kind::Text, 120},
-    {"SteuernummerColumn", "Steuernummer", EntryColumn::Kind::Text, 110},
-    {"SplitbuchungColumn", "Splitbuchung", EntryColumn::Kind::CheckBox, 82},
-    {"LeistungsartColumn", "Leistungsart", EntryColumn::Kind::Text, 120},
+    { "NameColumn", "Name", EntryColumn::Kind::Text, 170 },
+    { "NonEUColumn", "Non EU", EntryColumn::Kind::CheckBox, 56 },
+    { "InnergemColumn", "Innergem.", EntryColumn::Kind::CheckBox, 70 },
+    { "ArtColumn", "Art", EntryColumn::Kind::PopUp, 100 },
+    { "KategorieColumn", "Kategorie", EntryColumn::Kind::PopUp, 230 },
+    { "BruttoColumn", "Brutto", EntryColumn::Kind::Number, 80 },
+    { "NettoColumn", "Netto", EntryColumn::Kind::Number, 80 },
+    { "SteuerColumn", "Steuersatz", EntryColumn::Kind::Number, 72 },
+    { "DateColumn", "Datum", EntryColumn::Kind::Date, 118 },
+    { "RechnungsnummerColumn", "Rechnungsnummer", EntryColumn::Kind::Text, 120 },
+    { "SteuernummerColumn", "Steuernummer", EntryColumn::Kind::Text, 110 },
+    { "SplitbuchungColumn", "Splitbuchung", EntryColumn::Kind::CheckBox, 82 },
+    { "LeistungsartColumn", "Leistungsart", EntryColumn::Kind::Text, 120 },
 };
 
-}  // namespace
+} // namespace
 
 QString EntryColumn::identifier(Id column)
 {
@@ -56,4 +56,4 @@ int EntryColumn::defaultWidth(Id column)
     return isValid(column) ? kColumns[column].width : 80;
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -46,4 +46,4 @@ public:
     static int defaultWidth(Id column);
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

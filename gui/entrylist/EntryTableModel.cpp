@@ -42,7 +42,7 @@ QDateTime dateTimeOf(ReferenceSeconds datum)
     return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(millis));
 }
 
-}  // namespace
+} // namespace
 
 EntryTableModel::EntryTableModel(const EntryLists& lists, const UserDefaults& defaults, QObject* parent)
     : QAbstractTableModel(parent)
@@ -268,7 +268,7 @@ void EntryTableModel::reload()
 {
     refreshCategories();
     if (static_cast<std::size_t>(rows_) != lists_.einnahmen().size()) {
-        resetWith([] { });
+        resetWith([] {});
         return;
     }
     if (rows_ > 0)
@@ -350,4 +350,4 @@ void EntryTableModel::sort(int column, Qt::SortOrder order)
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

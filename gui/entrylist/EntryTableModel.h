@@ -93,4 +93,4 @@ private:
     std::unordered_set<std::string> categorySet_;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -54,7 +54,8 @@ float NumberText::parseLeading(const QString& text)
             number += '-';
         ++i;
     }
-    const auto isDigit = [&](std::size_t k) { return k < bytes.size() && std::isdigit(static_cast<unsigned char>(bytes[k])); };
+    const auto isDigit
+        = [&](std::size_t k) { return k < bytes.size() && std::isdigit(static_cast<unsigned char>(bytes[k])); };
     bool digits = false;
     while (isDigit(i)) {
         number += bytes[i++];
@@ -98,4 +99,4 @@ float NumberText::parseLeading(const QString& text)
     return negative ? -std::numeric_limits<float>::infinity() : std::numeric_limits<float>::infinity();
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -20,4 +20,4 @@ public:
     static float parseLeading(const QString& text);
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

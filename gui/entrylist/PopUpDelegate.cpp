@@ -18,7 +18,7 @@ QRect controlRect(const QRect& cell)
     return cell.adjusted(2, 1, -2, -1);
 }
 
-}  // namespace
+} // namespace
 
 PopUpDelegate::PopUpDelegate(Answer answer, QObject* parent)
     : QStyledItemDelegate(parent)
@@ -60,7 +60,8 @@ void PopUpDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->restore();
 }
 
-QWidget* PopUpDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const
+QWidget* PopUpDelegate::createEditor(
+    QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const QVariant items = index.data(EntryTableModel::ItemsRole);
     if (!items.isValid())
@@ -107,7 +108,7 @@ void PopUpDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, con
     const bool chosen = combo->property(kChosen).toBool();
     const QVariant initial = combo->property(kInitialIndex);
     if (!chosen && initial.isValid() && initial.toInt() == combo->currentIndex())
-        return;  // left without a choice
+        return; // left without a choice
     const int current = combo->currentIndex();
     if (answer_ == Answer::Index)
         model->setData(index, current, Qt::EditRole);
@@ -120,4 +121,4 @@ void PopUpDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionView
     editor->setGeometry(option.rect);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -22,7 +22,7 @@ QPixmap drawnCircle(const QColor& colour)
     return pixmap;
 }
 
-}  // namespace
+} // namespace
 
 QPixmap StatusImages::pixmap(const char* imageName)
 {
@@ -43,4 +43,4 @@ QPixmap StatusImages::pixmap(const char* imageName)
     return pixmap;
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

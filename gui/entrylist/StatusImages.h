@@ -14,4 +14,4 @@ public:
     static QPixmap pixmap(const char* imageName);
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -29,4 +29,4 @@ void TextDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, cons
         model->setData(index, lineEdit->text(), Qt::EditRole);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

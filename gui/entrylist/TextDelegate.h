@@ -17,4 +17,4 @@ public:
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -122,7 +122,7 @@ ViewController::ViewController(UserDefaults& defaults, QWidget* parent)
     splitter->addWidget(d_->summary);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({560, 180});
+    splitter->setSizes({ 560, 180 });
     layout->addWidget(splitter);
 
     d_->observer = NotificationCenter::defaultCenter().addObserver(kDetailViewUpdated, [this] { updateTableView(); });
@@ -147,9 +147,8 @@ void ViewController::Private::setUpTable()
     model->setEditHandler(
         [this](int row, EntryColumn::Id column, const QVariant& value) { return cellViewEdited(row, column, value); });
     table->setModel(model);
-    model->setSortHandler([this](std::optional<std::string_view> key, bool ascending) {
-        lists.sortEinnahmen(key, ascending);
-    });
+    model->setSortHandler(
+        [this](std::optional<std::string_view> key, bool ascending) { lists.sortEinnahmen(key, ascending); });
 
     auto* text = new TextDelegate(table);
     auto* checkBox = new CheckBoxDelegate(table);
@@ -195,8 +194,8 @@ void ViewController::Private::setUpTable()
 
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    table->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed
-                           | QAbstractItemView::AnyKeyPressed);
+    table->setEditTriggers(
+        QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
     table->setShowGrid(false);
     table->setWordWrap(false);
     table->setCornerButtonEnabled(false);
@@ -370,7 +369,7 @@ void ViewController::Private::resetKeepingSelection(const std::function<void()>&
 void ViewController::Private::reloadTable()
 {
     if (static_cast<std::size_t>(model->rowCount()) != lists.einnahmen().size())
-        resetKeepingSelection([] { });
+        resetKeepingSelection([] {});
     else
         model->reload();
 }
@@ -407,7 +406,7 @@ void ViewController::viewWillAppear()
     d_->structuralChange([this] {
         d_->reloadTable();
         if (!d_->lists.einnahmen().empty())
-            d_->selectRows({0});
+            d_->selectRows({ 0 });
     });
 }
 
@@ -422,7 +421,7 @@ void ViewController::updateTableView()
     d_->structuralChange([&] {
         d_->reloadTable();
         if (const auto moved = d_->lists.rowOf(entry.get()))
-            d_->selectRows({*moved});
+            d_->selectRows({ *moved });
     });
 }
 
@@ -462,7 +461,7 @@ void ViewController::addEntry()
     d_->structuralChange([this] {
         const auto row = d_->lists.einnahmen().size();
         d_->model->insertEntries(static_cast<int>(row), 1, [this] { d_->lists.addEntry(); });
-        d_->selectRows({row});
+        d_->selectRows({ row });
         d_->table->scrollTo(d_->model->index(static_cast<int>(row), 0));
     });
     emit changeDone();
@@ -472,7 +471,7 @@ void ViewController::duplicateEntry()
 {
     const std::size_t count = d_->lists.einnahmen().size();
     if (!d_->selectedRow() && count > 0)
-        d_->structuralChange([&] { d_->selectRows({count - 1}); });
+        d_->structuralChange([&] { d_->selectRows({ count - 1 }); });
     const auto source = EntryLists::duplicateSourceRow(d_->selectedRow(), count);
     if (!source)
         return;
@@ -491,7 +490,7 @@ void ViewController::Private::insertDuplicate(std::size_t row)
     structuralChange([&] {
         const int copyRow = static_cast<int>(row) + 1;
         model->insertEntries(copyRow, 1, [&] { lists.duplicate(row); });
-        selectRows({row + 1});
+        selectRows({ row + 1 });
         table->scrollTo(model->index(copyRow, 0));
     });
     emit q->changeDone();
@@ -517,14 +516,14 @@ void ViewController::deleteRow(int row)
     const QString question = QString::fromStdString(EntryLists::deleteConfirmationText(1));
     if (!Dialogs::instance().confirmDelete(this, question))
         return;
-    d_->pushDeletion({static_cast<std::size_t>(row)});
+    d_->pushDeletion({ static_cast<std::size_t>(row) });
 }
 
 void ViewController::Private::pushDeletion(std::vector<std::size_t> rows)
 {
     auto* command = new DeleteEntriesCommand(q, *this, std::move(rows));
     if (undoStack) {
-        undoStack->push(command);  // runs the deletion
+        undoStack->push(command); // runs the deletion
         return;
     }
     command->redo();
@@ -542,7 +541,7 @@ DeletionRecord ViewController::Private::deleteRows(const std::vector<std::size_t
     std::sort(valid.begin(), valid.end(), std::greater<>());
     valid.erase(std::unique(valid.begin(), valid.end()), valid.end());
 
-    std::vector<std::pair<std::size_t, std::size_t>> blocks;  // (first, last), highest first
+    std::vector<std::pair<std::size_t, std::size_t>> blocks; // (first, last), highest first
     for (std::size_t row : valid) {
         if (!blocks.empty() && blocks.back().first == row + 1)
             blocks.back().first = row;
@@ -632,4 +631,4 @@ void ViewController::initiateSerialTransactionController()
     emit serialTransactionRequested(d_->lists.einnahmen(), static_cast<int>(*row));
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

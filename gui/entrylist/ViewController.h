@@ -72,4 +72,4 @@ private:
     Private* d_ = nullptr;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

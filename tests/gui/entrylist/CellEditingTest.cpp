@@ -28,10 +28,10 @@ class CellEditing : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        defaults.setStringArray("Kategorien", {"1000 Kasse Kasse ", "1200 Bank Bank "});
+        defaults.setStringArray("Kategorien", { "1000 Kasse Kasse ", "1200 Bank Bank " });
         split = std::make_unique<SplitViewController>(defaults);
         vc = split->viewController();
-        entries = namedEntries({"A", "B", "C"});
+        entries = namedEntries({ "A", "B", "C" });
         vc->setEntries(entries);
         changes = std::make_unique<QSignalSpy>(vc, &ViewController::changeDone);
     }
@@ -75,7 +75,7 @@ protected:
     DiagnosticRecorder diagnostics;
 };
 
-}  // namespace
+} // namespace
 
 TEST_F(CellEditing, GrossAmountMustBePositiveAndBelongToAnEntryWithoutSplitBookings)
 {
@@ -89,7 +89,7 @@ TEST_F(CellEditing, GrossAmountMustBePositiveAndBelongToAnEntryWithoutSplitBooki
     EXPECT_TRUE(sounds.played.empty());
 
     // Refused: not greater than 0, or no number at all (reads as 0).
-    for (const char* text : {"0", "-3", "0,00", "abc"}) {
+    for (const char* text : { "0", "-3", "0,00", "abc" }) {
         EXPECT_FALSE(edit(0, EntryColumn::Brutto, QString::fromLatin1(text))) << text;
         EXPECT_EQ(entries[0]->brutto(), 7.25f) << text;
         EXPECT_EQ(model()->data(at(0, EntryColumn::Brutto)).toString(), "7,25") << text;
@@ -98,7 +98,7 @@ TEST_F(CellEditing, GrossAmountMustBePositiveAndBelongToAnEntryWithoutSplitBooki
     EXPECT_EQ(changes->count(), 2);
 
     // An entry with split bookings refuses every gross amount.
-    entries[1]->setChildTransactions({Einnahme::make("Teil", "", 1.0f, 19.0f)});
+    entries[1]->setChildTransactions({ Einnahme::make("Teil", "", 1.0f, 19.0f) });
     EXPECT_FALSE(edit(1, EntryColumn::Brutto, QStringLiteral("50")));
     EXPECT_EQ(entries[1]->brutto(), 20.0f);
     EXPECT_EQ(sounds.played.size(), 5u);
@@ -131,8 +131,8 @@ TEST_F(CellEditing, RateAndTextsAreStoredUnchecked)
 
     // The line edit of a cell starts with the cell's text and hands back what was typed.
     auto* delegate = vc->tableView()->itemDelegateForColumn(EntryColumn::Brutto);
-    std::unique_ptr<QWidget> editor(delegate->createEditor(vc->tableView()->viewport(), optionFor(at(2, EntryColumn::Brutto)),
-                                                           at(2, EntryColumn::Brutto)));
+    std::unique_ptr<QWidget> editor(delegate->createEditor(
+        vc->tableView()->viewport(), optionFor(at(2, EntryColumn::Brutto)), at(2, EntryColumn::Brutto)));
     auto* lineEdit = qobject_cast<QLineEdit*>(editor.get());
     ASSERT_NE(lineEdit, nullptr);
     delegate->setEditorData(lineEdit, at(2, EntryColumn::Brutto));
@@ -191,11 +191,11 @@ TEST_F(CellEditing, PopUpsStoreTheChosenKindAndCategory)
         return items;
     };
 
-    EXPECT_EQ(choose(EntryColumn::Art, 1, 1), QStringList({"Einnahme", "Ausgabe"}));
+    EXPECT_EQ(choose(EntryColumn::Art, 1, 1), QStringList({ "Einnahme", "Ausgabe" }));
     EXPECT_EQ(entries[1]->art(), "Ausgabe");
     choose(EntryColumn::Art, 1, 0);
     EXPECT_EQ(entries[1]->art(), "Einnahme");
-    EXPECT_EQ(choose(EntryColumn::Kategorie, 2, 1), QStringList({"1000 Kasse Kasse ", "1200 Bank Bank "}));
+    EXPECT_EQ(choose(EntryColumn::Kategorie, 2, 1), QStringList({ "1000 Kasse Kasse ", "1200 Bank Bank " }));
     EXPECT_EQ(entries[2]->kategorie(), "1200 Bank Bank ");
     EXPECT_EQ(changes->count(), 3);
 
@@ -216,12 +216,12 @@ TEST_F(CellEditing, TheDateFieldStoresTheChosenLocalDateAndTime)
     auto* field = qobject_cast<QDateTimeEdit*>(editor.get());
     ASSERT_NE(field, nullptr);
     delegate->setEditorData(field, index);
-    delegate->setModelData(field, model(), index);  // unchanged: nothing happens
+    delegate->setModelData(field, model(), index); // unchanged: nothing happens
     EXPECT_EQ(changes->count(), 0);
 
     field->setDateTime(QDateTime(QDate(2018, 3, 4), QTime(5, 6)));
     delegate->setModelData(field, model(), index);
-    EXPECT_EQ(entries[0]->datum(), 541829160.0);  // 2018-03-04 05:06 in Berlin
+    EXPECT_EQ(entries[0]->datum(), 541829160.0); // 2018-03-04 05:06 in Berlin
     EXPECT_EQ(model()->data(index).toString(), "04.03.2018 05:06");
     EXPECT_EQ(changes->count(), 1);
 }
@@ -231,7 +231,7 @@ TEST_F(CellEditing, EachTextFieldEditWritesOneRowLine)
     vc->tableView()->selectRow(0);
     edit(1, EntryColumn::Name, QStringLiteral("Miete"));
     edit(0, EntryColumn::Brutto, QStringLiteral("12,50"));
-    edit(2, EntryColumn::Brutto, QStringLiteral("-1"));  // refused, but the line comes first
+    edit(2, EntryColumn::Brutto, QStringLiteral("-1")); // refused, but the line comes first
     ASSERT_EQ(diagnostics.lines.size(), 3u);
     EXPECT_EQ(diagnostics.lines[0], "Row:  1 , Column:  0  Inhalt:  Miete");
     EXPECT_EQ(diagnostics.lines[1], "Row:  0 , Column:  5  Inhalt:  12,50");

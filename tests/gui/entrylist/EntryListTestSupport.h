@@ -114,4 +114,4 @@ inline std::vector<std::string> namesOf(const EinnahmeList& entries)
     return names;
 }
 
-}  // namespace saldo::gui::testing
+} // namespace saldo::gui::testing

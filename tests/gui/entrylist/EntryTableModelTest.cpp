@@ -1,13 +1,13 @@
 // The entry table's model as the table sees it: what each cell shows, the
 // category cells, the contract of a Qt item model through every structural
 // change the list commands make, and the number text of the amount cells.
-#include "entrylist/EntryColumn.h"
 #include "entrylist/EntryTableModel.h"
+#include "entrylist/EntryColumn.h"
 #include "entrylist/NumberText.h"
 #include "entrylist/ViewController.h"
-#include "model/Kategorien.h"
-#include "gui/support/ScriptedDialogs.h"
 #include "gui/entrylist/EntryListTestSupport.h"
+#include "gui/support/ScriptedDialogs.h"
+#include "model/Kategorien.h"
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
@@ -45,7 +45,7 @@ QString circleColour(const QVariant& decoration)
     return QStringLiteral("other");
 }
 
-}  // namespace
+} // namespace
 
 TEST(EntryTableModel, NewListShowsTheStartingEntryInThirteenIdentifiedColumns)
 {
@@ -56,15 +56,14 @@ TEST(EntryTableModel, NewListShowsTheStartingEntryInThirteenIdentifiedColumns)
     ASSERT_TRUE(defaults.stringArray("Kategorien").has_value());
     EXPECT_EQ(defaults.stringArray("Kategorien")->size(), 174u);
 
-    const QStringList expected = {"NameColumn", "NonEUColumn", "InnergemColumn", "ArtColumn", "KategorieColumn",
-                                  "BruttoColumn", "NettoColumn", "SteuerColumn", "DateColumn",
-                                  "RechnungsnummerColumn", "SteuernummerColumn", "SplitbuchungColumn",
-                                  "LeistungsartColumn"};
+    const QStringList expected = { "NameColumn", "NonEUColumn", "InnergemColumn", "ArtColumn", "KategorieColumn",
+        "BruttoColumn", "NettoColumn", "SteuerColumn", "DateColumn", "RechnungsnummerColumn", "SteuernummerColumn",
+        "SplitbuchungColumn", "LeistungsartColumn" };
     const QAbstractItemModel* model = vc.tableView()->model();
     ASSERT_EQ(model->columnCount(), expected.size());
     for (int column = 0; column < expected.size(); ++column)
-        EXPECT_EQ(model->headerData(column, Qt::Horizontal, EntryTableModel::IdentifierRole).toString(),
-                  expected[column]);
+        EXPECT_EQ(
+            model->headerData(column, Qt::Horizontal, EntryTableModel::IdentifierRole).toString(), expected[column]);
 
     ASSERT_EQ(model->rowCount(), 1);
     ASSERT_EQ(vc.einnahmen().size(), 1u);
@@ -83,7 +82,7 @@ TEST(EntryTableModel, CellsShowTheEntrysCurrentValues)
     InMemoryUserDefaults defaults;
     ViewController vc(defaults);
     auto income = Einnahme::make("Honorar", "", 119.0f, 19.0f);
-    income->setDatum(520598096.0);  // 2017-07-01 12:34:56 in Berlin
+    income->setDatum(520598096.0); // 2017-07-01 12:34:56 in Berlin
     income->setRechnungsnummer("R-17");
     income->setSteuernummer("12/345/67890");
     income->setLeistungsart("Beratung");
@@ -91,13 +90,13 @@ TEST(EntryTableModel, CellsShowTheEntrysCurrentValues)
     auto expense = Einnahme::make("Papier", "", 10.0f, 7.0f);
     expense->setArt(kArtAusgabe);
     expense->setInnergemeinschaftlicherErwerb(true);
-    expense->setChildTransactions({Einnahme::make("Teil", "", 4.0f, 7.0f)});
-    vc.setEntries({income, expense});
+    expense->setChildTransactions({ Einnahme::make("Teil", "", 4.0f, 7.0f) });
+    vc.setEntries({ income, expense });
 
     // 119 / (19 / 100 + 1) is 99.99999237 in single precision: two decimals show 100,00.
     EXPECT_EQ(cell(vc, 0, EntryColumn::Brutto).toString(), "119,00");
     EXPECT_EQ(cell(vc, 0, EntryColumn::Netto).toString(), "100,00");
-    EXPECT_EQ(cell(vc, 1, EntryColumn::Netto).toString(), "9,35");  // 9.3457937
+    EXPECT_EQ(cell(vc, 1, EntryColumn::Netto).toString(), "9,35"); // 9.3457937
     EXPECT_EQ(cell(vc, 1, EntryColumn::Steuer).toString(), "7,00");
     EXPECT_EQ(cell(vc, 0, EntryColumn::Date).toString(), "01.07.2017 12:34");
     EXPECT_EQ(cell(vc, 0, EntryColumn::Rechnungsnummer).toString(), "R-17");
@@ -129,15 +128,15 @@ TEST(EntryTableModel, CellsShowTheEntrysCurrentValues)
 TEST(EntryTableModel, CategoryCellsFollowTheStoredList)
 {
     InMemoryUserDefaults defaults;
-    defaults.setStringArray("Kategorien", {"1000 Kasse Kasse ", "1200 Bank Bank "});
+    defaults.setStringArray("Kategorien", { "1000 Kasse Kasse ", "1200 Bank Bank " });
     ViewController vc(defaults);
     auto listed = Einnahme::make("Bank", "1200 Bank Bank ", 5.0f, 0.0f);
     auto unknown = Einnahme::make("Fremd", "9999 Fremd Gesch. ", 5.0f, 0.0f);
-    vc.setEntries({listed, unknown});
+    vc.setEntries({ listed, unknown });
 
     EXPECT_EQ(cell(vc, 0, EntryColumn::Kategorie).toString(), "1200 Bank Bank ");
     EXPECT_EQ(cell(vc, 0, EntryColumn::Kategorie, EntryTableModel::ItemsRole).toStringList(),
-              QStringList({"1000 Kasse Kasse ", "1200 Bank Bank "}));
+        QStringList({ "1000 Kasse Kasse ", "1200 Bank Bank " }));
     // A category missing from the list shows an empty pop-up; the entry keeps it.
     EXPECT_EQ(cell(vc, 1, EntryColumn::Kategorie).toString(), "");
     EXPECT_EQ(unknown->kategorie(), "9999 Fremd Gesch. ");
@@ -146,21 +145,21 @@ TEST(EntryTableModel, CategoryCellsFollowTheStoredList)
     EXPECT_EQ(cell(vc, 1, EntryColumn::Kategorie).toString(), "");
 
     // A changed list is read again when the table reloads.
-    defaults.setStringArray("Kategorien", {"1200 Bank Bank", "1000 Kasse Kasse "});
+    defaults.setStringArray("Kategorien", { "1200 Bank Bank", "1000 Kasse Kasse " });
     NotificationCenter::defaultCenter().post(kDetailViewUpdated);
     EXPECT_EQ(cell(vc, 1, EntryColumn::Kategorie).toString(), "1200 Bank Bank");
     EXPECT_EQ(cell(vc, 0, EntryColumn::Kategorie).toString(), "");
 
     // A stored value that is not a list of texts: no pop-up at all.
     InMemoryUserDefaults broken;
-    broken.setRawValue("Kategorien", {true, {std::string("1000 Kasse Kasse "), std::nullopt}});
+    broken.setRawValue("Kategorien", { true, { std::string("1000 Kasse Kasse "), std::nullopt } });
     ViewController other(broken);
-    other.setEntries({Einnahme::make("Kasse", "1000 Kasse Kasse ", 1.0f, 0.0f)});
+    other.setEntries({ Einnahme::make("Kasse", "1000 Kasse Kasse ", 1.0f, 0.0f) });
     EXPECT_FALSE(cell(other, 0, EntryColumn::Kategorie, EntryTableModel::ItemsRole).isValid());
     EXPECT_EQ(cell(other, 0, EntryColumn::Kategorie).toString(), "");
     const QAbstractItemModel* model = other.tableView()->model();
     EXPECT_FALSE(model->flags(model->index(0, EntryColumn::Kategorie)) & Qt::ItemIsEditable);
-    EXPECT_FALSE(broken.stringArray("Kategorien").has_value());  // left as it was
+    EXPECT_FALSE(broken.stringArray("Kategorien").has_value()); // left as it was
 }
 
 TEST(EntryTableModel, KeepsTheItemModelContractThroughEveryListCommand)
@@ -173,7 +172,7 @@ TEST(EntryTableModel, KeepsTheItemModelContractThroughEveryListCommand)
     vc.setUndoStack(&undoStack);
     QAbstractItemModelTester tester(vc.tableView()->model(), QAbstractItemModelTester::FailureReportingMode::Warning);
 
-    vc.setEntries(namedEntries({"a", "b", "c", "d", "e", "f"}));
+    vc.setEntries(namedEntries({ "a", "b", "c", "d", "e", "f" }));
     vc.viewWillAppear();
     vc.addEntry();
     vc.duplicateEntry();
@@ -181,9 +180,9 @@ TEST(EntryTableModel, KeepsTheItemModelContractThroughEveryListCommand)
     vc.duplicateRow(3);
     QItemSelectionModel* selection = vc.tableView()->selectionModel();
     const QAbstractItemModel* model = vc.tableView()->model();
-    for (int row : {0, 2, 3, 6})
+    for (int row : { 0, 2, 3, 6 })
         selection->select(model->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    dialogs.confirmAnswers = {true, true};
+    dialogs.confirmAnswers = { true, true };
     vc.deleteEntries();
     vc.deleteRow(0);
     undoStack.undo();
@@ -220,14 +219,14 @@ TEST(NumberText, ReadsTheLeadingNumberWithCommaOrPointAndWritesTwoDecimalsWithAC
     EXPECT_EQ(NumberText::parseLeading("2e"), 2.0f);
     EXPECT_EQ(NumberText::parseLeading("0.1"), 0.1f);
     // No leading number reads as 0.
-    for (const char* text : {"", "abc", ",", "-", "EUR 5", "nan", "inf"})
+    for (const char* text : { "", "abc", ",", "-", "EUR 5", "nan", "inf" })
         EXPECT_EQ(NumberText::parseLeading(QString::fromLatin1(text)), 0.0f) << text;
     EXPECT_TRUE(std::isinf(NumberText::parseLeading("1e999")));
     EXPECT_EQ(NumberText::parseLeading("1e-999"), 0.0f);
 
     EXPECT_EQ(NumberText::format(1234.5f), "1234,50");
     EXPECT_EQ(NumberText::format(-7.0f), "-7,00");
-    EXPECT_EQ(NumberText::format(2.675f), "2,67");  // 2.675f is 2.6749999523
+    EXPECT_EQ(NumberText::format(2.675f), "2,67"); // 2.675f is 2.6749999523
 
     EXPECT_EQ(NumberText::editable(12.5f), "12,50");
     EXPECT_EQ(NumberText::editable(7.0f), "7,00");

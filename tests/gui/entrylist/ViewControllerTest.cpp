@@ -1,9 +1,9 @@
 // The entry list's selection and its hand-over to the detail panel, the reload
 // after "DetailViewUpdated", and the entry points of the two editors.
+#include "entrylist/ViewController.h"
 #include "app/SplitViewController.h"
 #include "editors/DetailViewController.h"
 #include "entrylist/EntryColumn.h"
-#include "entrylist/ViewController.h"
 #include "gui/entrylist/EntryListTestSupport.h"
 
 #include <QItemSelectionModel>
@@ -38,8 +38,8 @@ protected:
     // What a click with the control key does: the row joins the selection and becomes the current one.
     void addToSelection(int row)
     {
-        vc->tableView()->selectionModel()->setCurrentIndex(vc->tableView()->model()->index(row, 0),
-                                                           QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        vc->tableView()->selectionModel()->setCurrentIndex(
+            vc->tableView()->model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
 
     InMemoryUserDefaults defaults;
@@ -47,13 +47,13 @@ protected:
     ViewController* vc = nullptr;
 };
 
-}  // namespace
+} // namespace
 
 TEST_F(EntryListSelection, ANewDocumentAppearsWithItsStartingEntrySelectedAndShown)
 {
     vc->viewWillAppear();
     ASSERT_EQ(vc->einnahmen().size(), 1u);
-    EXPECT_EQ(selectedRows(), std::vector<int>({0}));
+    EXPECT_EQ(selectedRows(), std::vector<int>({ 0 }));
     EXPECT_EQ(vc->selectedEinnahme(), vc->einnahmen()[0]);
     EXPECT_EQ(detail()->selectedEinnahme(), vc->einnahmen()[0]);
     EXPECT_EQ(vc->einnahmen()[0]->steuersatz(), 19.0f);
@@ -61,7 +61,7 @@ TEST_F(EntryListSelection, ANewDocumentAppearsWithItsStartingEntrySelectedAndSho
 
 TEST_F(EntryListSelection, OnlyASingleSelectedRowReachesTheDetailPanel)
 {
-    const auto entries = namedEntries({"A", "B", "C"});
+    const auto entries = namedEntries({ "A", "B", "C" });
     vc->setEntries(entries);
     PostCounter posted(kTableViewUpdated);
     vc->tableView()->selectRow(1);
@@ -94,24 +94,24 @@ TEST_F(EntryListSelection, AnEmptyDocumentAppearsWithoutSelection)
 
 TEST_F(EntryListSelection, DetailViewUpdatedReloadsAndKeepsTheSelectedRowsEntryWhereverItMoved)
 {
-    const auto entries = namedEntries({"A", "B", "C", "D"});
+    const auto entries = namedEntries({ "A", "B", "C", "D" });
     vc->setEntries(entries);
     vc->tableView()->selectRow(0);
-    addToSelection(2);  // the last one selected is the table's selected row
+    addToSelection(2); // the last one selected is the table's selected row
 
     entries[2]->setName("C geändert");
     NotificationCenter::defaultCenter().post(kDetailViewUpdated);
-    EXPECT_EQ(selectedRows(), std::vector<int>({2}));
+    EXPECT_EQ(selectedRows(), std::vector<int>({ 2 }));
     EXPECT_EQ(vc->selectedEinnahme(), entries[2]);
-    EXPECT_EQ(vc->tableView()->model()->data(vc->tableView()->model()->index(2, EntryColumn::Name)).toString(),
-              "C geändert");
+    EXPECT_EQ(
+        vc->tableView()->model()->data(vc->tableView()->model()->index(2, EntryColumn::Name)).toString(), "C geändert");
 
     // After a sort has moved the entry, a reload keeps it selected at its new row.
     vc->tableView()->selectRow(2);
-    vc->tableView()->sortByColumn(EntryColumn::Brutto, Qt::DescendingOrder);  // D C B A
+    vc->tableView()->sortByColumn(EntryColumn::Brutto, Qt::DescendingOrder); // D C B A
     NotificationCenter::defaultCenter().post(kDetailViewUpdated);
     EXPECT_EQ(vc->einnahmen()[1], entries[2]);
-    EXPECT_EQ(selectedRows(), std::vector<int>({1}));
+    EXPECT_EQ(selectedRows(), std::vector<int>({ 1 }));
     EXPECT_EQ(detail()->selectedEinnahme(), entries[2]);
 
     // The observation ends with the list: a later notification reaches nothing.
@@ -121,14 +121,14 @@ TEST_F(EntryListSelection, DetailViewUpdatedReloadsAndKeepsTheSelectedRowsEntryW
 
 TEST_F(EntryListSelection, DoubleClickOffersAWorkingCopyOfTheSelectedEntry)
 {
-    vc->setEntries(namedEntries({"A", "B"}));
+    vc->setEntries(namedEntries({ "A", "B" }));
     auto child = Einnahme::make("Teil", "", 5.0f, 19.0f);
-    vc->einnahmen()[1]->setChildTransactions({child});
+    vc->einnahmen()[1]->setChildTransactions({ child });
     vc->tableView()->selectRow(1);
-    vc->duplicateEntry();  // "B Kopie", selected
+    vc->duplicateEntry(); // "B Kopie", selected
     QSignalSpy requests(vc, &ViewController::splitBookingEditorRequested);
 
-    vc->handleDoubleClick(QModelIndex());  // below the last row
+    vc->handleDoubleClick(QModelIndex()); // below the last row
     EXPECT_EQ(requests.count(), 0);
 
     vc->handleDoubleClick(vc->tableView()->model()->index(2, EntryColumn::Name));
@@ -137,7 +137,7 @@ TEST_F(EntryListSelection, DoubleClickOffersAWorkingCopyOfTheSelectedEntry)
     ASSERT_NE(copy, nullptr);
     EXPECT_NE(copy, vc->einnahmen()[2]);
     EXPECT_EQ(copy->name(), "B Kopie");
-    EXPECT_EQ(copy->childTransactions(), EinnahmeList({child}));
+    EXPECT_EQ(copy->childTransactions(), EinnahmeList({ child }));
 
     QSignalSpy sheets(vc, &ViewController::serialTransactionRequested);
     vc->initiateSerialTransactionController();
