@@ -17,14 +17,14 @@ namespace saldo::bench {
 // same ledger (fixed rng state).
 inline EinnahmeList realisticLedger(std::size_t count)
 {
-    static const char* const names[] = {"Miete Büro Hauptstraße", "Bürobedarf Müller & Söhne", "Telefon und Internet",
+    static const char* const names[] = { "Miete Büro Hauptstraße", "Bürobedarf Müller & Söhne", "Telefon und Internet",
         "Beratung Schäfer GmbH", "Fahrtkosten Köln–Düsseldorf", "Honorar Projekt Übersetzung", "Porto", "Strom",
         "Versicherung Betriebshaftpflicht", "Software-Abonnement", "Reparatur Drucker", "Bewirtung Kunde Weiß",
         "Fortbildung Steuerrecht", "Zeitschriften", "Werbung Anzeige Lokalblatt", "Webhosting", "Kontoführung",
-        "Verkauf Ware an Meier", "Provision Großhändler", "Lizenzgebühr"};
-    static const char* const leistungen[] = {"", "", "Beratung", "Lieferung", "Dienstleistung", "Wartung",
-        "Übersetzung", "Schulung"};
-    static const float rates[] = {19.0f, 19.0f, 19.0f, 7.0f, 0.0f};
+        "Verkauf Ware an Meier", "Provision Großhändler", "Lizenzgebühr" };
+    static const char* const leistungen[]
+        = { "", "", "Beratung", "Lieferung", "Dienstleistung", "Wartung", "Übersetzung", "Schulung" };
+    static const float rates[] = { 19.0f, 19.0f, 19.0f, 7.0f, 0.0f };
     const std::vector<std::string> chart = Kategorien::defaultKategorien();
 
     std::mt19937_64 rng(20240101);
@@ -61,4 +61,4 @@ inline EinnahmeList realisticLedger(std::size_t count)
     return entries;
 }
 
-}  // namespace saldo::bench
+} // namespace saldo::bench

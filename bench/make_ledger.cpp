@@ -29,7 +29,7 @@ void writeLedgerFile(benchmark::State& state)
 
 BENCHMARK(writeLedgerFile)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {

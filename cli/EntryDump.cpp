@@ -11,8 +11,7 @@ namespace saldo::cli {
 
 namespace {
 
-template <typename Number>
-void appendNumber(std::string& out, Number value)
+template <typename Number> void appendNumber(std::string& out, Number value)
 {
     char buffer[64];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
@@ -77,7 +76,7 @@ void appendLines(const EinnahmeList& entries, std::size_t depth, std::string& ou
     }
 }
 
-}  // namespace
+} // namespace
 
 bool EntryDump::write(const EinnahmeList& entries, std::FILE* out)
 {
@@ -94,7 +93,8 @@ std::string EntryDump::line(const Einnahme& e)
     appendQuoted(out, e.name());
     appendField(out, "kategorie", e.kategorie());
     appendField(out, "art", e.art());
-    out += e.innergemeinschaftlicherErwerb() ? " innergemeinschaftlicherErwerb=true" : " innergemeinschaftlicherErwerb=false";
+    out += e.innergemeinschaftlicherErwerb() ? " innergemeinschaftlicherErwerb=true"
+                                             : " innergemeinschaftlicherErwerb=false";
     out += e.isNonEU() ? " isNonEU=true" : " isNonEU=false";
     out += " brutto=";
     appendNumber(out, e.brutto());
@@ -146,4 +146,4 @@ std::string EntryDump::datum(double seconds)
     return out;
 }
 
-}  // namespace saldo::cli
+} // namespace saldo::cli

@@ -27,4 +27,4 @@ public:
     static std::string datum(double seconds);
 };
 
-}  // namespace saldo::cli
+} // namespace saldo::cli

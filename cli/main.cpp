@@ -92,7 +92,7 @@ int run(const std::vector<std::string>& args)
     return finishOutput();
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {

@@ -33,4 +33,4 @@ inline void checkLedgerBytes(std::string_view bytes)
     }
 }
 
-}  // namespace saldo::fuzz
+} // namespace saldo::fuzz

@@ -68,7 +68,7 @@ std::string hexByte(std::uint8_t b)
     return std::string("0x") + digits[b >> 4] + digits[b & 15];
 }
 
-}  // namespace
+} // namespace
 
 BinaryPropertyListReader::BinaryPropertyListReader(std::string_view bytes)
     : data_(reinterpret_cast<const std::uint8_t*>(bytes.data()))
@@ -111,8 +111,8 @@ void BinaryPropertyListReader::readTrailer()
         fail("top object " + std::to_string(topObject_) + " out of range (" + std::to_string(objectCount_)
             + " objects)");
     if (table < 9 || table >= trailerStart)
-        fail("offset table out of range (at " + std::to_string(table) + ", trailer at "
-            + std::to_string(trailerStart) + ")");
+        fail("offset table out of range (at " + std::to_string(table) + ", trailer at " + std::to_string(trailerStart)
+            + ")");
     if (objectCount_ > (trailerStart - table) / offsetSize_)
         fail("offset table out of range (" + std::to_string(objectCount_) + " offsets of " + std::to_string(offsetSize_)
             + " bytes do not fit before the trailer)");
@@ -148,7 +148,7 @@ constexpr auto kFixedSize = [] {
     return table;
 }();
 
-}  // namespace
+} // namespace
 
 BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64_t object) const
 {
@@ -208,8 +208,8 @@ std::uint64_t BinaryPropertyListReader::refAt(std::size_t position) const
 {
     const std::uint64_t ref = bigEndian(data_ + position, refSize_);
     if (ref >= objectCount_)
-        fail("object reference " + std::to_string(ref) + " out of range (" + std::to_string(objectCount_)
-            + " objects)");
+        fail(
+            "object reference " + std::to_string(ref) + " out of range (" + std::to_string(objectCount_) + " objects)");
     return ref;
 }
 
@@ -414,4 +414,4 @@ void BinaryPropertyListReader::failWrongType(int key, const Head& h, const char*
     fail("key \"" + std::string(kEinnahmeKeys[key]) + "\" holds " + typeName(h.marker) + ", expected " + expected);
 }
 
-}  // namespace saldo
+} // namespace saldo

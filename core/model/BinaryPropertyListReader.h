@@ -60,8 +60,8 @@ private:
     [[noreturn]] void failAtKey(int key, const std::string& what) const;
     [[noreturn]] void failWrongType(int key, const Head& h, const char* expected) const;
 
-    static constexpr std::uint8_t kActive = 0x80;  // a container on the current path
-    static constexpr std::uint8_t kKeyKnown = 0x40;  // low bits hold the key index + 1 (0: other key)
+    static constexpr std::uint8_t kActive = 0x80; // a container on the current path
+    static constexpr std::uint8_t kKeyKnown = 0x40; // low bits hold the key index + 1 (0: other key)
 
     const std::uint8_t* data_;
     std::size_t size_;
@@ -69,10 +69,10 @@ private:
     unsigned refSize_ = 0;
     std::uint64_t objectCount_ = 0;
     std::uint64_t topObject_ = 0;
-    std::size_t offsetTable_ = 0;  // also the end of the object area
-    std::vector<std::uint8_t> state_;  // one byte per object
+    std::size_t offsetTable_ = 0; // also the end of the object area
+    std::vector<std::uint8_t> state_; // one byte per object
     std::uint64_t budget_ = 0;
     LedgerEntryPath path_;
 };
 
-}  // namespace saldo
+} // namespace saldo

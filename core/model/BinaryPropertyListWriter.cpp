@@ -34,7 +34,7 @@ bool isAscii(std::string_view text)
     return true;
 }
 
-}  // namespace
+} // namespace
 
 BinaryPropertyListWriter::BinaryPropertyListWriter(std::uint64_t objectCount)
     : objectCount_(objectCount)
@@ -219,7 +219,7 @@ std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start)
     if (shared_.empty())
         shared_.assign(1024, 0);
     std::size_t mask = shared_.size() - 1;
-    std::size_t slot = std::hash<std::string_view>{}(value)&mask;
+    std::size_t slot = std::hash<std::string_view> {}(value)&mask;
     for (; shared_[slot] != 0; slot = (slot + 1) & mask) {
         const std::uint64_t object = shared_[slot] - 1;
         // The last object ends where the new value starts.
@@ -240,7 +240,7 @@ std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start)
         for (const std::uint64_t entry : old) {
             if (entry == 0)
                 continue;
-            std::size_t s = std::hash<std::string_view>{}(objectBytes(entry - 1)) & mask;
+            std::size_t s = std::hash<std::string_view> {}(objectBytes(entry - 1)) & mask;
             while (shared_[s] != 0)
                 s = (s + 1) & mask;
             shared_[s] = entry;
@@ -311,4 +311,4 @@ void BinaryPropertyListWriter::narrowReferences(unsigned refSize)
     refSize_ = refSize;
 }
 
-}  // namespace saldo
+} // namespace saldo

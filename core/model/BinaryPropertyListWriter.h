@@ -47,11 +47,11 @@ private:
     std::vector<std::uint64_t> offsets_;
     std::uint64_t objectCount_;
     unsigned refSize_;
-    std::vector<std::uint64_t> shared_;  // open-addressing table of value objects, 0 = empty slot
+    std::vector<std::uint64_t> shared_; // open-addressing table of value objects, 0 = empty slot
     std::size_t sharedCount_ = 0;
-    std::string utf16_;  // scratch for non-ASCII strings
-    std::vector<std::vector<std::uint64_t>> childRefs_;  // per nesting level
+    std::string utf16_; // scratch for non-ASCII strings
+    std::vector<std::vector<std::uint64_t>> childRefs_; // per nesting level
     LedgerEntryPath path_;
 };
 
-}  // namespace saldo
+} // namespace saldo

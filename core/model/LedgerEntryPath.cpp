@@ -36,4 +36,4 @@ std::string_view LedgerEntryPath::firstMissingKey(unsigned seenMask)
     return {};
 }
 
-}  // namespace saldo
+} // namespace saldo

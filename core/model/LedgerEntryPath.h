@@ -41,4 +41,4 @@ private:
     std::vector<std::uint64_t> positions_;
 };
 
-}  // namespace saldo
+} // namespace saldo

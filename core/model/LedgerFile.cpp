@@ -64,7 +64,7 @@ mode_t defaultFileMode()
     return 0666 & ~mask;
 }
 
-}  // namespace
+} // namespace
 
 EinnahmeList LedgerFile::decode(std::string_view bytes)
 {
@@ -79,7 +79,8 @@ EinnahmeList LedgerFile::decode(std::string_view bytes)
     std::size_t i = 0;
     if (bytes.substr(0, 3) == "\xEF\xBB\xBF")
         i = 3;
-    else if (bytes.size() >= 2 && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') || (bytes[0] == '\xFE' && bytes[1] == '\xFF')))
+    else if (bytes.size() >= 2
+        && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') || (bytes[0] == '\xFE' && bytes[1] == '\xFF')))
         return XmlPropertyListReader::readEntries(bytes);
     while (i < bytes.size() && (bytes[i] == ' ' || bytes[i] == '\t' || bytes[i] == '\n' || bytes[i] == '\r'))
         ++i;
@@ -99,7 +100,7 @@ EinnahmeList LedgerFile::read(const std::string& path)
     if (fd < 0)
         throw LedgerFileError(systemError(path, errno));
     std::string bytes;
-    struct stat info {};
+    struct stat info { };
     int error = 0;
     if (::fstat(fd, &info) != 0) {
         error = errno;
@@ -141,7 +142,7 @@ void LedgerFile::write(const std::string& path, const EinnahmeList& entries)
 
     // Replace the file a link points to, not the link.
     std::string target = path;
-    struct stat linkInfo {};
+    struct stat linkInfo { };
     if (::lstat(path.c_str(), &linkInfo) == 0 && S_ISLNK(linkInfo.st_mode)) {
         if (char* resolved = ::realpath(path.c_str(), nullptr)) {
             target = resolved;
@@ -153,7 +154,7 @@ void LedgerFile::write(const std::string& path, const EinnahmeList& entries)
     const std::string base = slash == std::string::npos ? target : target.substr(slash + 1);
 
     mode_t mode = defaultFileMode();
-    struct stat old {};
+    struct stat old { };
     if (::stat(target.c_str(), &old) == 0)
         mode = old.st_mode & 07777;
 
@@ -185,4 +186,4 @@ void LedgerFile::write(const std::string& path, const EinnahmeList& entries)
     }
 }
 
-}  // namespace saldo
+} // namespace saldo

@@ -13,4 +13,4 @@ inline float nearestFloat(double value)
     return static_cast<float>(value);
 }
 
-}  // namespace saldo
+} // namespace saldo

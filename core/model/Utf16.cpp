@@ -10,7 +10,7 @@ void appendUnit(std::uint32_t unit, std::string& out)
     out.push_back(static_cast<char>(unit & 0xFF));
 }
 
-}  // namespace
+} // namespace
 
 bool Utf16::appendUtf8FromBigEndian(const std::uint8_t* data, std::size_t units, std::string& out)
 {
@@ -107,4 +107,4 @@ bool Utf16::isValidUtf8(std::string_view text)
     return true;
 }
 
-}  // namespace saldo
+} // namespace saldo

@@ -26,4 +26,4 @@ public:
     static bool isValidUtf8(std::string_view text);
 };
 
-}  // namespace saldo
+} // namespace saldo

@@ -95,8 +95,8 @@ EinnahmeList Reader::read(std::string_view bytes)
     const unsigned options = pugi::parse_cdata | pugi::parse_ws_pcdata | pugi::parse_eol | pugi::parse_doctype;
     const pugi::xml_parse_result result = document.load_buffer(bytes.data(), bytes.size(), options);
     if (!result)
-        throw LedgerFileError(std::string("malformed XML: ") + result.description() + " (byte "
-            + std::to_string(result.offset) + ")");
+        throw LedgerFileError(
+            std::string("malformed XML: ") + result.description() + " (byte " + std::to_string(result.offset) + ")");
 
     pugi::xml_node top;
     for (pugi::xml_node node = document.first_child(); node; node = node.next_sibling()) {
@@ -173,9 +173,8 @@ EinnahmePtr Reader::readEntry(const pugi::xml_node& dict)
 void Reader::readValue(int key, const pugi::xml_node& value, Einnahme::Stored& stored)
 {
     const std::string_view name = value.name();
-    auto wrongType = [&](const char* expected) {
-        fail(value, std::string("holds <") + value.name() + ">, expected " + expected);
-    };
+    auto wrongType
+        = [&](const char* expected) { fail(value, std::string("holds <") + value.name() + ">, expected " + expected); };
     switch (key) {
     case 3:
     case 4:
@@ -202,15 +201,16 @@ void Reader::readValue(int key, const pugi::xml_node& value, Einnahme::Stored& s
         if (name != "array")
             wrongType("an array");
         if (firstElement(value) && path_.depth() > LedgerEntryPath::kMaxNesting)
-            fail(value, "split bookings nested deeper than " + std::to_string(LedgerEntryPath::kMaxNesting) + " levels");
+            fail(
+                value, "split bookings nested deeper than " + std::to_string(LedgerEntryPath::kMaxNesting) + " levels");
         key_ = -1;
         stored.childTransactions = readEntryArray(value);
         return;
     default: {
         if (name != "string")
             wrongType("a string");
-        std::string* fields[] = {&stored.name, &stored.kategorie, &stored.art, nullptr, nullptr, nullptr, nullptr,
-            nullptr, &stored.rechnungsnummer, &stored.steuernummer, &stored.leistungsart};
+        std::string* fields[] = { &stored.name, &stored.kategorie, &stored.art, nullptr, nullptr, nullptr, nullptr,
+            nullptr, &stored.rechnungsnummer, &stored.steuernummer, &stored.leistungsart };
         *fields[key] = text(value);
         return;
     }
@@ -316,17 +316,17 @@ void Reader::unescape(std::string_view raw, std::string& out, const pugi::xml_no
             const std::string_view number = name.substr(hex ? 2 : 1);
             std::uint32_t cp = 0;
             const auto [end, ec] = std::from_chars(number.data(), number.data() + number.size(), cp, hex ? 16 : 10);
-            if (number.empty() || ec != std::errc() || end != number.data() + number.size() || cp == 0
-                || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
+            if (number.empty() || ec != std::errc() || end != number.data() + number.size() || cp == 0 || cp > 0x10FFFF
+                || (cp >= 0xD800 && cp <= 0xDFFF))
                 fail(at, "invalid character reference &" + std::string(name) + ";");
-            const std::uint8_t unit[4] = {static_cast<std::uint8_t>(cp >> 24), static_cast<std::uint8_t>(cp >> 16),
-                static_cast<std::uint8_t>(cp >> 8), static_cast<std::uint8_t>(cp)};
+            const std::uint8_t unit[4] = { static_cast<std::uint8_t>(cp >> 24), static_cast<std::uint8_t>(cp >> 16),
+                static_cast<std::uint8_t>(cp >> 8), static_cast<std::uint8_t>(cp) };
             if (cp >= 0x10000) {
                 const std::uint32_t v = cp - 0x10000;
                 const std::uint32_t hi = 0xD800 + (v >> 10);
                 const std::uint32_t lo = 0xDC00 + (v & 0x3FF);
-                const std::uint8_t pair[4] = {static_cast<std::uint8_t>(hi >> 8), static_cast<std::uint8_t>(hi),
-                    static_cast<std::uint8_t>(lo >> 8), static_cast<std::uint8_t>(lo)};
+                const std::uint8_t pair[4] = { static_cast<std::uint8_t>(hi >> 8), static_cast<std::uint8_t>(hi),
+                    static_cast<std::uint8_t>(lo >> 8), static_cast<std::uint8_t>(lo) };
                 Utf16::appendUtf8FromBigEndian(pair, 2, out);
             } else {
                 Utf16::appendUtf8FromBigEndian(unit + 2, 1, out);
@@ -387,15 +387,15 @@ double Reader::readDate(const pugi::xml_node& value)
     const std::string content = text(value);
     const std::string_view t = trimmed(content);
     unsigned year, month, day, hour, minute, second;
-    const bool shaped = t.size() == 20 && t[4] == '-' && t[7] == '-' && t[10] == 'T' && t[13] == ':'
-        && t[16] == ':' && t[19] == 'Z';
-    if (!shaped || !digits(t, 0, 4, year) || !digits(t, 5, 2, month) || !digits(t, 8, 2, day)
-        || !digits(t, 11, 2, hour) || !digits(t, 14, 2, minute) || !digits(t, 17, 2, second))
+    const bool shaped
+        = t.size() == 20 && t[4] == '-' && t[7] == '-' && t[10] == 'T' && t[13] == ':' && t[16] == ':' && t[19] == 'Z';
+    if (!shaped || !digits(t, 0, 4, year) || !digits(t, 5, 2, month) || !digits(t, 8, 2, day) || !digits(t, 11, 2, hour)
+        || !digits(t, 14, 2, minute) || !digits(t, 17, 2, second))
         fail(value, "\"" + content + "\" is not a date of the form YYYY-MM-DDTHH:MM:SSZ");
-    static constexpr unsigned kDays[12] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    static constexpr unsigned kDays[12] = { 31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31 };
     const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    if (month < 1 || month > 12 || day < 1 || day > kDays[month - 1] || (month == 2 && day == 29 && !leap)
-        || hour > 23 || minute > 59 || second > 59)
+    if (month < 1 || month > 12 || day < 1 || day > kDays[month - 1] || (month == 2 && day == 29 && !leap) || hour > 23
+        || minute > 59 || second > 59)
         fail(value, "\"" + content + "\" is not a valid date");
     const std::int64_t days = daysFromCivil(year, month, day) - daysFromCivil(2001, 1, 1);
     return static_cast<double>(days * 86400 + hour * 3600 + minute * 60 + second);
@@ -409,8 +409,8 @@ void Reader::checkBase64(const pugi::xml_node& value)
     for (const char c : content) {
         if (isBlank(c))
             continue;
-        const bool alphabet = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+'
-            || c == '/';
+        const bool alphabet
+            = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
         if (c == '=') {
             ++padding;
         } else if (!alphabet || padding > 0) {
@@ -443,7 +443,7 @@ void Reader::fail(const pugi::xml_node& at, const std::string& what) const
     throw LedgerFileError(message);
 }
 
-}  // namespace
+} // namespace
 
 EinnahmeList XmlPropertyListReader::readEntries(std::string_view bytes)
 {
@@ -451,4 +451,4 @@ EinnahmeList XmlPropertyListReader::readEntries(std::string_view bytes)
     return reader.read(bytes);
 }
 
-}  // namespace saldo
+} // namespace saldo

@@ -20,4 +20,4 @@ public:
     static EinnahmeList readEntries(std::string_view bytes);
 };
 
-}  // namespace saldo
+} // namespace saldo

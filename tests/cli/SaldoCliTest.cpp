@@ -35,7 +35,7 @@ protected:
     static std::string slurp(const fs::path& path)
     {
         std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
+        return { std::istreambuf_iterator<char>(in), {} };
     }
 
     CliRun cli(const std::string& arguments)
@@ -76,18 +76,18 @@ EinnahmeList sampleEntries()
     c.steuersatz = 7.0f;
     c.datum = -0.25;
     c.leistungsart = "Tab\there";
-    s.childTransactions = {Einnahme::restore(c)};
-    return {Einnahme::restore(s)};
+    s.childTransactions = { Einnahme::restore(c) };
+    return { Einnahme::restore(s) };
 }
 
 TEST_F(SaldoCliTest, UsageErrorsExitWithTwo)
 {
     const CliRun help = cli("--help");
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"dump FILE", "check FILE", "convert IN OUT", "report FILE"})
+    for (const char* command : { "dump FILE", "check FILE", "convert IN OUT", "report FILE" })
         EXPECT_NE(help.out.find(command), std::string::npos) << command;
 
-    for (const char* arguments : {"", "drucken x", "dump", "dump a b", "convert nur-eins"}) {
+    for (const char* arguments : { "", "drucken x", "dump", "dump a b", "convert nur-eins" }) {
         SCOPED_TRACE(arguments);
         const CliRun run = cli(arguments);
         EXPECT_EQ(run.status, 2);
@@ -106,14 +106,14 @@ TEST_F(SaldoCliTest, UnreadableFilesExitWithOneAndNameFileAndReason)
 
     const fs::path corrupt = dir / "kaputt.saldo";
     std::string bytes = LedgerFile::encode(sampleEntries());
-    bytes[bytes.size() - 25] = 0;  // object reference size
+    bytes[bytes.size() - 25] = 0; // object reference size
     std::ofstream(corrupt, std::ios::binary) << bytes;
-    for (const char* command : {"dump ", "check ", "report "}) {
+    for (const char* command : { "dump ", "check ", "report " }) {
         run = cli(command + corrupt.string());
         EXPECT_EQ(run.status, 1) << command;
         EXPECT_EQ(run.out, "") << command;
-        EXPECT_EQ(run.err, "saldo-cli: " + corrupt.string()
-                + ": object reference size 0 in the trailer is out of range (1 to 8)\n")
+        EXPECT_EQ(run.err,
+            "saldo-cli: " + corrupt.string() + ": object reference size 0 in the trailer is out of range (1 to 8)\n")
             << command;
     }
     const fs::path out = dir / "neu.saldo";
@@ -189,5 +189,5 @@ TEST_F(SaldoCliTest, ReportWritesExactlyTheEngineText)
     EXPECT_EQ(run.out, sharedCalcEngine().ergebnisString());
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

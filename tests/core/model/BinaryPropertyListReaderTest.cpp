@@ -31,7 +31,7 @@ std::string refusal(const std::string& bytes)
 std::string oneEntryFile(BplistBuilder& b, std::map<std::string, std::optional<std::size_t>> values = {})
 {
     const std::size_t entry = b.entry(values);
-    return b.build(b.array({entry}));
+    return b.build(b.array({ entry }));
 }
 
 std::uint64_t offsetTableOf(const std::string& bytes)
@@ -68,20 +68,20 @@ TEST(BinaryPropertyListReaderTest, RefusesBytesThatAreNoPropertyList)
 TEST(BinaryPropertyListReaderTest, RefusesTrailerFieldsOutOfRange)
 {
     BplistBuilder b;
-    const std::size_t root = b.array({b.entry()});
-    EXPECT_REFUSED(b.build(root, {.offsetSize = 0u}), "offset size 0");
-    EXPECT_REFUSED(b.build(root, {.offsetSize = 9u}), "offset size 9");
-    EXPECT_REFUSED(b.build(root, {.refSize = 0u}), "object reference size 0");
-    EXPECT_REFUSED(b.build(root, {.refSize = 9u}), "object reference size 9");
-    EXPECT_REFUSED(b.build(root, {.objectCount = 0u}), "no objects");
-    EXPECT_REFUSED(b.build(root, {.topObject = 10'000u}), "top object 10000 out of range");
-    EXPECT_REFUSED(b.build(root, {.topObject = UINT64_MAX}), "out of range");
-    EXPECT_REFUSED(b.build(root, {.offsetTable = 3u}), "offset table out of range");
-    EXPECT_REFUSED(b.build(root, {.offsetTable = 1u << 20}), "offset table out of range");
-    EXPECT_REFUSED(b.build(root, {.offsetTable = UINT64_MAX}), "offset table out of range");
+    const std::size_t root = b.array({ b.entry() });
+    EXPECT_REFUSED(b.build(root, { .offsetSize = 0u }), "offset size 0");
+    EXPECT_REFUSED(b.build(root, { .offsetSize = 9u }), "offset size 9");
+    EXPECT_REFUSED(b.build(root, { .refSize = 0u }), "object reference size 0");
+    EXPECT_REFUSED(b.build(root, { .refSize = 9u }), "object reference size 9");
+    EXPECT_REFUSED(b.build(root, { .objectCount = 0u }), "no objects");
+    EXPECT_REFUSED(b.build(root, { .topObject = 10'000u }), "top object 10000 out of range");
+    EXPECT_REFUSED(b.build(root, { .topObject = UINT64_MAX }), "out of range");
+    EXPECT_REFUSED(b.build(root, { .offsetTable = 3u }), "offset table out of range");
+    EXPECT_REFUSED(b.build(root, { .offsetTable = 1u << 20 }), "offset table out of range");
+    EXPECT_REFUSED(b.build(root, { .offsetTable = UINT64_MAX }), "offset table out of range");
     // Object counts whose offsets cannot fit, also when count times size overflows.
-    EXPECT_REFUSED(b.build(root, {.objectCount = 1'000'000u}), "do not fit");
-    EXPECT_REFUSED(b.build(root, {.objectCount = UINT64_MAX / 2 + 2}), "do not fit");
+    EXPECT_REFUSED(b.build(root, { .objectCount = 1'000'000u }), "do not fit");
+    EXPECT_REFUSED(b.build(root, { .objectCount = UINT64_MAX / 2 + 2 }), "do not fit");
 }
 
 TEST(BinaryPropertyListReaderTest, RefusesOffsetsOutsideTheObjectArea)
@@ -98,8 +98,9 @@ TEST(BinaryPropertyListReaderTest, RefusesOffsetsOutsideTheObjectArea)
     BplistBuilder c;
     const std::size_t root = c.array({});
     const std::size_t entry = c.entry();
-    const std::size_t last = c.raw("\x55" "AB");
-    c.replace(root, BplistBuilder::join({"\xA2", c.ref(entry), c.ref(last)}));
+    const std::size_t last = c.raw("\x55"
+                                   "AB");
+    c.replace(root, BplistBuilder::join({ "\xA2", c.ref(entry), c.ref(last) }));
     EXPECT_REFUSED(c.build(root), "entry 2: object " + std::to_string(last) + " at offset ");
     EXPECT_REFUSED(c.build(root), "length 5 runs past the end of the object area");
 }
@@ -109,33 +110,34 @@ TEST(BinaryPropertyListReaderTest, RefusesLengthsAndReferencesBeyondTheData)
     {
         // An array claiming 2^61 references of 8 bytes: the product overflows 64 bits.
         BplistBuilder b;
-        const std::size_t huge = b.raw(BplistBuilder::join({"\xAF\x13", BplistBuilder::bigEndian(std::uint64_t(1) << 61, 8)}));
+        const std::size_t huge
+            = b.raw(BplistBuilder::join({ "\xAF\x13", BplistBuilder::bigEndian(std::uint64_t(1) << 61, 8) }));
         b.refSize = 8;
         EXPECT_REFUSED(b.build(huge), "runs past the end");
     }
     {
         BplistBuilder b;
-        const std::size_t text = b.raw(BplistBuilder::join({"\x5F\x13", BplistBuilder::bigEndian(UINT64_MAX, 8)}));
-        EXPECT_REFUSED(b.build(b.array({text})), "runs past the end");
+        const std::size_t text = b.raw(BplistBuilder::join({ "\x5F\x13", BplistBuilder::bigEndian(UINT64_MAX, 8) }));
+        EXPECT_REFUSED(b.build(b.array({ text })), "runs past the end");
     }
     {
         BplistBuilder b;
-        const std::size_t dict = b.raw(BplistBuilder::join({"\xDF\x12", BplistBuilder::bigEndian(0x7FFFFFFF, 4)}));
-        EXPECT_REFUSED(b.build(b.array({dict})), "runs past the end");
+        const std::size_t dict = b.raw(BplistBuilder::join({ "\xDF\x12", BplistBuilder::bigEndian(0x7FFFFFFF, 4) }));
+        EXPECT_REFUSED(b.build(b.array({ dict })), "runs past the end");
     }
     {
         BplistBuilder b;
-        const std::size_t bad = b.raw("\x5F\x22");  // a length that is a real
-        EXPECT_REFUSED(b.build(b.array({bad})), "length is not an integer");
+        const std::size_t bad = b.raw("\x5F\x22"); // a length that is a real
+        EXPECT_REFUSED(b.build(b.array({ bad })), "length is not an integer");
     }
     {
         BplistBuilder b;
         const std::size_t unknown = b.raw("\x70");
-        EXPECT_REFUSED(b.build(b.array({b.entry(), unknown})), "unknown type marker 0x70");
+        EXPECT_REFUSED(b.build(b.array({ b.entry(), unknown })), "unknown type marker 0x70");
     }
     {
         BplistBuilder b;
-        const std::size_t root = b.raw("\xA1\x63");  // refers to object 99 of 1
+        const std::size_t root = b.raw("\xA1\x63"); // refers to object 99 of 1
         EXPECT_REFUSED(b.build(root), "object reference 99 out of range");
     }
 }
@@ -146,15 +148,15 @@ TEST(BinaryPropertyListReaderTest, RefusesReferenceCyclesAndExponentialSharing)
         // A split booking whose child list holds its own parent.
         BplistBuilder b;
         const std::size_t children = b.array({});
-        const std::size_t parent = b.entry({{"childTransactions", children}});
-        b.replace(children, BplistBuilder::join({"\xA1", b.ref(parent)}));
-        EXPECT_REFUSED(b.build(b.array({parent})), "entry 1 (child 1): reference cycle");
+        const std::size_t parent = b.entry({ { "childTransactions", children } });
+        b.replace(children, BplistBuilder::join({ "\xA1", b.ref(parent) }));
+        EXPECT_REFUSED(b.build(b.array({ parent })), "entry 1 (child 1): reference cycle");
     }
     {
         // A root array holding itself is no list of entries either.
         BplistBuilder b;
         const std::size_t root = b.array({});
-        b.replace(root, BplistBuilder::join({"\xA1", b.ref(root)}));
+        b.replace(root, BplistBuilder::join({ "\xA1", b.ref(root) }));
         EXPECT_REFUSED(b.build(root), "entry 1: is an array, not a dictionary");
     }
     {
@@ -163,14 +165,14 @@ TEST(BinaryPropertyListReaderTest, RefusesReferenceCyclesAndExponentialSharing)
         b.refSize = 2;
         std::size_t level = b.entry();
         for (int i = 0; i < 40; ++i)
-            level = b.entry({{"childTransactions", b.array({level, level})}});
-        EXPECT_REFUSED(b.build(b.array({level})), "shared so often");
+            level = b.entry({ { "childTransactions", b.array({ level, level }) } });
+        EXPECT_REFUSED(b.build(b.array({ level })), "shared so often");
     }
     {
         // Sharing within reason is read once per reference.
         BplistBuilder b;
         const std::size_t shared = b.entry();
-        const EinnahmeList entries = LedgerFile::decode(b.build(b.array({shared, shared, shared})));
+        const EinnahmeList entries = LedgerFile::decode(b.build(b.array({ shared, shared, shared })));
         ASSERT_EQ(entries.size(), 3u);
         EXPECT_NE(entries[0], entries[1]);
         EXPECT_EQ(entries[2]->name(), "Miete");
@@ -184,8 +186,8 @@ std::string nestedFile(int levels)
     b.offsetSize = 4;
     std::size_t entry = b.entry();
     for (int i = 1; i < levels; ++i)
-        entry = b.entry({{"childTransactions", b.array({entry})}});
-    return b.build(b.array({entry}));
+        entry = b.entry({ { "childTransactions", b.array({ entry }) } });
+    return b.build(b.array({ entry }));
 }
 
 TEST(BinaryPropertyListReaderTest, NestingIsCappedAt512LevelsOfSplitBookings)
@@ -193,7 +195,8 @@ TEST(BinaryPropertyListReaderTest, NestingIsCappedAt512LevelsOfSplitBookings)
     // 300 levels read fine on the default stack.
     const EinnahmeList deep = LedgerFile::decode(nestedFile(300));
     int levels = 0;
-    for (const Einnahme* e = deep.at(0).get(); e; e = e->childTransactions().empty() ? nullptr : e->childTransactions()[0].get())
+    for (const Einnahme* e = deep.at(0).get(); e;
+         e = e->childTransactions().empty() ? nullptr : e->childTransactions()[0].get())
         ++levels;
     EXPECT_EQ(levels, 300);
     EXPECT_EQ(LedgerFile::decode(nestedFile(513)).size(), 1u);
@@ -205,13 +208,13 @@ TEST(BinaryPropertyListReaderTest, KeysMustBeStringsAndTheLastDuplicateWins)
 {
     {
         BplistBuilder b;
-        const std::size_t entry = b.dict({b.integer(7, 1)}, {b.ascii("v")});
-        EXPECT_REFUSED(b.build(b.array({entry})), "entry 1: a dictionary key is an integer, not a string");
+        const std::size_t entry = b.dict({ b.integer(7, 1) }, { b.ascii("v") });
+        EXPECT_REFUSED(b.build(b.array({ entry })), "entry 1: a dictionary key is an integer, not a string");
     }
     {
         BplistBuilder b;
-        const std::size_t entry = b.entry({}, {{"name", b.ascii("Zweiter Name")}, {"brutto", b.real4(7.5f)}});
-        const EinnahmeList entries = LedgerFile::decode(b.build(b.array({entry})));
+        const std::size_t entry = b.entry({}, { { "name", b.ascii("Zweiter Name") }, { "brutto", b.real4(7.5f) } });
+        const EinnahmeList entries = LedgerFile::decode(b.build(b.array({ entry })));
         ASSERT_EQ(entries.size(), 1u);
         EXPECT_EQ(entries[0]->name(), "Zweiter Name");
         EXPECT_EQ(entries[0]->brutto(), 7.5f);
@@ -219,11 +222,11 @@ TEST(BinaryPropertyListReaderTest, KeysMustBeStringsAndTheLastDuplicateWins)
     {
         // A key written in UTF-16 is the same key; one with a lone surrogate is refused.
         BplistBuilder c;
-        const std::size_t k = c.utf16({'n', 'a', 'm', 'e'});
-        const std::size_t bad = c.utf16({'n', 0xD800});
+        const std::size_t k = c.utf16({ 'n', 'a', 'm', 'e' });
+        const std::size_t bad = c.utf16({ 'n', 0xD800 });
         std::vector<std::size_t> keys, values;
-        for (const char* name : {"kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU", "brutto",
-                 "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions"}) {
+        for (const char* name : { "kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU", "brutto",
+                 "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions" }) {
             keys.push_back(c.key(name));
             values.push_back(c.defaultValue(name));
         }
@@ -232,8 +235,8 @@ TEST(BinaryPropertyListReaderTest, KeysMustBeStringsAndTheLastDuplicateWins)
         const std::size_t good = c.dict(keys, values);
         keys.back() = bad;
         const std::size_t broken = c.dict(keys, values);
-        EXPECT_EQ(LedgerFile::decode(c.build(c.array({good}))).at(0)->name(), "Aus UTF-16");
-        EXPECT_REFUSED(c.build(c.array({broken})), "a dictionary key holds an unpaired UTF-16 surrogate");
+        EXPECT_EQ(LedgerFile::decode(c.build(c.array({ good }))).at(0)->name(), "Aus UTF-16");
+        EXPECT_REFUSED(c.build(c.array({ broken })), "a dictionary key holds an unpaired UTF-16 surrogate");
     }
 }
 
@@ -241,54 +244,60 @@ TEST(BinaryPropertyListReaderTest, RefusesStringsThatAreNotText)
 {
     {
         BplistBuilder b;
-        EXPECT_REFUSED(oneEntryFile(b, {{"name", b.utf16({0x0041, 0xD800})}}), "key \"name\": string holds an unpaired UTF-16 surrogate");
+        EXPECT_REFUSED(oneEntryFile(b, { { "name", b.utf16({ 0x0041, 0xD800 }) } }),
+            "key \"name\": string holds an unpaired UTF-16 surrogate");
     }
     {
         BplistBuilder b;
-        EXPECT_REFUSED(oneEntryFile(b, {{"art", b.utf16({0xDC00, 0x0041})}}), "unpaired UTF-16 surrogate");
+        EXPECT_REFUSED(oneEntryFile(b, { { "art", b.utf16({ 0xDC00, 0x0041 }) } }), "unpaired UTF-16 surrogate");
     }
     {
         BplistBuilder b;
-        EXPECT_REFUSED(oneEntryFile(b, {{"kategorie", b.utf16({0xD83D, 0x0041})}}), "unpaired UTF-16 surrogate");
+        EXPECT_REFUSED(oneEntryFile(b, { { "kategorie", b.utf16({ 0xD83D, 0x0041 }) } }), "unpaired UTF-16 surrogate");
     }
     {
         BplistBuilder b;
-        EXPECT_REFUSED(oneEntryFile(b, {{"leistungsart", b.raw("\x52\x41\xE4")}}), "ASCII string holds the byte 0xE4");
+        EXPECT_REFUSED(
+            oneEntryFile(b, { { "leistungsart", b.raw("\x52\x41\xE4") } }), "ASCII string holds the byte 0xE4");
     }
     {
         // A proper pair is one code point: U+1F600 in UTF-8.
         BplistBuilder b;
-        const EinnahmeList entries = LedgerFile::decode(oneEntryFile(b, {{"name", b.utf16({0x00C4, 0xD83D, 0xDE00})}}));
+        const EinnahmeList entries
+            = LedgerFile::decode(oneEntryFile(b, { { "name", b.utf16({ 0x00C4, 0xD83D, 0xDE00 }) } }));
         EXPECT_EQ(entries.at(0)->name(), "\xC3\x84\xF0\x9F\x98\x80");
     }
 }
 
 TEST(BinaryPropertyListReaderTest, EveryKeyIsRequiredWithItsType)
 {
-    const char* const keys[12] = {"name", "kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU", "brutto",
-        "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions"};
+    const char* const keys[12] = { "name", "kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU", "brutto",
+        "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions" };
     for (const char* key : keys) {
         SCOPED_TRACE(key);
         const std::string k(key);
         BplistBuilder b;
         // The first entry is complete; the second lacks the key: the whole file is refused.
         const std::size_t complete = b.entry();
-        const std::size_t lacking = b.entry({{k, std::nullopt}});
-        EXPECT_REFUSED(b.build(b.array({complete, lacking})), "entry 2: key \"" + k + "\" missing");
+        const std::size_t lacking = b.entry({ { k, std::nullopt } });
+        EXPECT_REFUSED(b.build(b.array({ complete, lacking })), "entry 2: key \"" + k + "\" missing");
 
         BplistBuilder c;
         const bool wantsString = k == "name" || k == "kategorie" || k == "art" || k == "rechnungsnummer"
             || k == "steuernummer" || k == "leistungsart";
-        const std::size_t wrong = wantsString ? c.boolean(true) : k == "childTransactions" ? c.ascii("[]") : c.ascii("1");
-        const std::size_t child = c.entry({{k, wrong}});
-        const std::size_t parent = c.entry({{"childTransactions", c.array({c.entry(), child})}});
-        EXPECT_REFUSED(c.build(c.array({parent})), "entry 1 (child 2): key \"" + k + "\" holds a");
+        const std::size_t wrong = wantsString ? c.boolean(true)
+            : k == "childTransactions"        ? c.ascii("[]")
+                                              : c.ascii("1");
+        const std::size_t child = c.entry({ { k, wrong } });
+        const std::size_t parent = c.entry({ { "childTransactions", c.array({ c.entry(), child }) } });
+        EXPECT_REFUSED(c.build(c.array({ parent })), "entry 1 (child 2): key \"" + k + "\" holds a");
     }
     BplistBuilder d;
     const std::size_t dateAsString = d.ascii("2024-01-01");
-    EXPECT_REFUSED(oneEntryFile(d, {{"datum", dateAsString}}), "key \"datum\" holds a string, expected a date");
+    EXPECT_REFUSED(oneEntryFile(d, { { "datum", dateAsString } }), "key \"datum\" holds a string, expected a date");
     BplistBuilder e;
-    EXPECT_REFUSED(oneEntryFile(e, {{"childTransactions", e.array({e.ascii("x")})}}), "entry 1 (child 1): is a string, not a dictionary");
+    EXPECT_REFUSED(oneEntryFile(e, { { "childTransactions", e.array({ e.ascii("x") }) } }),
+        "entry 1 (child 1): is a string, not a dictionary");
 }
 
 TEST(BinaryPropertyListReaderTest, RootMustBeAnArray)
@@ -303,13 +312,18 @@ TEST(BinaryPropertyListReaderTest, RootMustBeAnArray)
 TEST(BinaryPropertyListReaderTest, AcceptsOtherNumberFormsAndDropsExtraKeys)
 {
     BplistBuilder b;
-    const std::size_t a = b.entry({{"brutto", b.real8(0.1)}, {"steuersatz", b.integer(19, 1)}, {"datum", b.real8(-1.25)}},
-        {{"netto", b.real4(1.0f)}, {"extra", b.raw("\x00")}});
-    const std::size_t c = b.entry({{"brutto", b.integer(std::uint64_t(-3), 8)}, {"steuersatz", b.integer(70000, 4)}});
-    const std::size_t d = b.entry({{"brutto", b.raw(BplistBuilder::join({"\x14", BplistBuilder::bigEndian(0, 8), BplistBuilder::bigEndian(UINT64_MAX, 8)}))},
-        {"steuersatz", b.real8(1e300)}});
-    const std::size_t e = b.entry({{"brutto", b.raw(BplistBuilder::join({"\x14", BplistBuilder::bigEndian(1, 8), BplistBuilder::bigEndian(0, 8)}))}});
-    const EinnahmeList entries = LedgerFile::decode(b.build(b.array({a, c, d})));
+    const std::size_t a
+        = b.entry({ { "brutto", b.real8(0.1) }, { "steuersatz", b.integer(19, 1) }, { "datum", b.real8(-1.25) } },
+            { { "netto", b.real4(1.0f) }, { "extra", b.raw("\x00") } });
+    const std::size_t c
+        = b.entry({ { "brutto", b.integer(std::uint64_t(-3), 8) }, { "steuersatz", b.integer(70000, 4) } });
+    const std::size_t d = b.entry({ { "brutto",
+                                        b.raw(BplistBuilder::join({ "\x14", BplistBuilder::bigEndian(0, 8),
+                                            BplistBuilder::bigEndian(UINT64_MAX, 8) })) },
+        { "steuersatz", b.real8(1e300) } });
+    const std::size_t e = b.entry({ { "brutto",
+        b.raw(BplistBuilder::join({ "\x14", BplistBuilder::bigEndian(1, 8), BplistBuilder::bigEndian(0, 8) })) } });
+    const EinnahmeList entries = LedgerFile::decode(b.build(b.array({ a, c, d })));
     ASSERT_EQ(entries.size(), 3u);
     // The nearest single-precision value of the double 0.1 is the float 0.1f.
     EXPECT_EQ(entries[0]->brutto(), 0.1f);
@@ -323,8 +337,8 @@ TEST(BinaryPropertyListReaderTest, AcceptsOtherNumberFormsAndDropsExtraKeys)
     const std::string again = LedgerFile::encode(entries);
     EXPECT_EQ(again.find("netto"), std::string::npos);
     EXPECT_EQ(again.find("extra"), std::string::npos);
-    EXPECT_REFUSED(b.build(b.array({e})), "integer out of range");
+    EXPECT_REFUSED(b.build(b.array({ e })), "integer out of range");
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

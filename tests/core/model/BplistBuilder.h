@@ -1,12 +1,12 @@
 #pragma once
 
 #include <bit>
-#include <initializer_list>
-#include <string_view>
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace saldo::test {
@@ -41,13 +41,13 @@ public:
         return raw(bytes);
     }
     std::size_t boolean(bool value) { return raw(std::string(1, value ? '\x09' : '\x08')); }
-    std::size_t real4(float value) { return raw(join({"\x22", bigEndian(std::bit_cast<std::uint32_t>(value), 4)})); }
-    std::size_t real8(double value) { return raw(join({"\x23", bigEndian(std::bit_cast<std::uint64_t>(value), 8)})); }
+    std::size_t real4(float value) { return raw(join({ "\x22", bigEndian(std::bit_cast<std::uint32_t>(value), 4) })); }
+    std::size_t real8(double value) { return raw(join({ "\x23", bigEndian(std::bit_cast<std::uint64_t>(value), 8) })); }
     std::size_t integer(std::uint64_t value, unsigned bytes)
     {
         return raw(std::string(1, static_cast<char>(0x10 | std::countr_zero(bytes))) + bigEndian(value, bytes));
     }
-    std::size_t date(double value) { return raw(join({"\x33", bigEndian(std::bit_cast<std::uint64_t>(value), 8)})); }
+    std::size_t date(double value) { return raw(join({ "\x33", bigEndian(std::bit_cast<std::uint64_t>(value), 8) })); }
     std::size_t array(const std::vector<std::size_t>& refs)
     {
         std::string bytes = lengthMarker(0xA0, refs.size());
@@ -82,9 +82,8 @@ public:
     std::size_t entry(const std::map<std::string, std::optional<std::size_t>>& values = {},
         const std::vector<std::pair<std::string, std::size_t>>& extra = {})
     {
-        static const char* const names[12] = {"name", "kategorie", "art", "innergemeinschaftlicherErwerb",
-            "isNonEU", "brutto", "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart",
-            "childTransactions"};
+        static const char* const names[12] = { "name", "kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU",
+            "brutto", "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions" };
         std::vector<std::size_t> keys, vals;
         for (const char* name : names) {
             const auto found = values.find(name);
@@ -162,11 +161,11 @@ private:
     {
         if (length < 15)
             return std::string(1, static_cast<char>(type | length));
-        return join({std::string(1, static_cast<char>(type | 0x0F)), "\x11", bigEndian(length, 2)});
+        return join({ std::string(1, static_cast<char>(type | 0x0F)), "\x11", bigEndian(length, 2) });
     }
 
     std::vector<std::string> objects_;
     std::map<std::string, std::size_t> keys_;
 };
 
-}  // namespace saldo::test
+} // namespace saldo::test

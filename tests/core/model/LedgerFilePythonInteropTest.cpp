@@ -155,13 +155,13 @@ TEST_F(LedgerFilePythonInteropTest, PlistlibReadsWhatWeWriteWithEqualValues)
     s.brutto = -0.0f;
     s.innergemeinschaftlicherErwerb = true;
     auto grandchild = Einnahme::restore(s);
-    child->setChildTransactions({grandchild});
+    child->setChildTransactions({ grandchild });
     s.name = "Oben";
     s.brutto = 3.4028235e38f;
     s.steuersatz = 1e-45f;
     s.datum = 0.0;
-    s.childTransactions = {child, Einnahme::restore(s)};
-    EinnahmeList entries = {Einnahme::restore(s)};
+    s.childTransactions = { child, Einnahme::restore(s) };
+    EinnahmeList entries = { Einnahme::restore(s) };
     // Enough entries for two-byte references.
     for (int i = 0; i < 40; ++i)
         entries.push_back(Einnahme::restore(child->stored()));
@@ -186,5 +186,5 @@ TEST_F(LedgerFilePythonInteropTest, WeReadWhatPlistlibWritesBinaryAndXml)
     EXPECT_EQ(fromXml, expected);
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

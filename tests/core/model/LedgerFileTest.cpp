@@ -63,8 +63,8 @@ TEST(LedgerFileTest, RoundTripKeepsEveryFieldToTheLastBit)
     auto top = entry("Bürobedarf Müller & Söhne", 119.0f, 19.0f, 730'000'000.123456789);
     auto child = entry("Papier", 59.5f, 19.0f, 730'000'000.5);
     auto grandchild = entry("Druckerpapier A4, 5 Pakete", 23.8f, 19.0f, -0.0);
-    child->setChildTransactions({grandchild});
-    top->setChildTransactions({child, entry("Toner", 59.5f, 19.0f, 1.0e-300)});
+    child->setChildTransactions({ grandchild });
+    top->setChildTransactions({ child, entry("Toner", 59.5f, 19.0f, 1.0e-300) });
     entries.push_back(top);
     // Values the setters would refuse are kept as they are.
     auto odd = entry("", -5.0f, -7.0f, std::nextafter(86400.0, 0.0));
@@ -79,8 +79,8 @@ TEST(LedgerFileTest, RoundTripKeepsEveryFieldToTheLastBit)
     // Not-a-number payloads, infinities, subnormals, negative zero.
     entries.push_back(entry("NaN", std::bit_cast<float>(0x7FC12345u), std::bit_cast<float>(0xFF812345u),
         std::bit_cast<double>(0x7FF8000000ABCDEFull)));
-    entries.push_back(entry("Grenzwerte", std::numeric_limits<float>::denorm_min(), -0.0f,
-        -std::numeric_limits<double>::infinity()));
+    entries.push_back(
+        entry("Grenzwerte", std::numeric_limits<float>::denorm_min(), -0.0f, -std::numeric_limits<double>::infinity()));
     entries.push_back(entry("∞", std::numeric_limits<float>::infinity(), std::numeric_limits<float>::max(),
         std::numeric_limits<double>::max()));
     // Strings beyond the short length form, in both encodings, with characters beyond 16 bits.
@@ -110,11 +110,11 @@ TEST(LedgerFileTest, EmptyAndLargeListsRoundTrip)
 
 TEST(LedgerFileTest, WriterRefusesWhatNoReaderWouldAccept)
 {
-    auto bad = entry(std::string("Caf\xE9", 4), 1.0f, 19.0f, 0.0);  // Latin-1, not UTF-8
+    auto bad = entry(std::string("Caf\xE9", 4), 1.0f, 19.0f, 0.0); // Latin-1, not UTF-8
     auto parent = entry("Eltern", 1.0f, 19.0f, 0.0);
-    parent->setChildTransactions({entry("ok", 1.0f, 19.0f, 0.0), bad});
+    parent->setChildTransactions({ entry("ok", 1.0f, 19.0f, 0.0), bad });
     try {
-        LedgerFile::encode({entry("erster", 1.0f, 19.0f, 0.0), parent});
+        LedgerFile::encode({ entry("erster", 1.0f, 19.0f, 0.0), parent });
         FAIL() << "encoded text that is not UTF-8";
     } catch (const LedgerFileError& e) {
         EXPECT_STREQ(e.what(), "entry 2 (child 2): name is not valid UTF-8 text");
@@ -126,18 +126,18 @@ TEST(LedgerFileTest, WriterRefusesWhatNoReaderWouldAccept)
         auto current = head;
         for (int i = 1; i < levels; ++i) {
             auto next = entry("Ebene", 1.0f, 19.0f, 0.0);
-            current->setChildTransactions({next});
+            current->setChildTransactions({ next });
             current = next;
         }
-        return EinnahmeList{head};
+        return EinnahmeList { head };
     };
     EXPECT_EQ(LedgerFile::decode(LedgerFile::encode(chain(513))).size(), 1u);
     EXPECT_THROW(LedgerFile::encode(chain(514)), LedgerFileError);
 
     // An entry that holds itself as split booking ends at the cap, not in a crash.
     auto loop = entry("Schleife", 1.0f, 19.0f, 0.0);
-    loop->setChildTransactions({loop});
-    EXPECT_THROW(LedgerFile::encode({loop}), LedgerFileError);
+    loop->setChildTransactions({ loop });
+    EXPECT_THROW(LedgerFile::encode({ loop }), LedgerFileError);
     loop->setChildTransactions({});
 }
 
@@ -154,7 +154,7 @@ protected:
     static std::string contents(const fs::path& path)
     {
         std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
+        return { std::istreambuf_iterator<char>(in), {} };
     }
     fs::path dir;
 };
@@ -162,15 +162,15 @@ protected:
 TEST_F(LedgerFileWriteTest, ReplacesTheFileAndKeepsItsPermissions)
 {
     const fs::path file = dir / "Buchungen.saldo";
-    const EinnahmeList first = {entry("eins", 1.0f, 19.0f, 1.0)};
-    const EinnahmeList second = {entry("zwei", 2.0f, 7.0f, 2.0), entry("drei", 3.0f, 0.0f, 3.0)};
+    const EinnahmeList first = { entry("eins", 1.0f, 19.0f, 1.0) };
+    const EinnahmeList second = { entry("zwei", 2.0f, 7.0f, 2.0), entry("drei", 3.0f, 0.0f, 3.0) };
     LedgerFile::write(file.string(), first);
     expectSameLists(first, LedgerFile::read(file.string()));
 
     ASSERT_EQ(::chmod(file.c_str(), 0640), 0);
     LedgerFile::write(file.string(), second);
     expectSameLists(second, LedgerFile::read(file.string()));
-    struct stat info {};
+    struct stat info { };
     ASSERT_EQ(::stat(file.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 07777, 0640u);
 
@@ -188,10 +188,10 @@ TEST_F(LedgerFileWriteTest, ReplacesTheFileAndKeepsItsPermissions)
 TEST_F(LedgerFileWriteTest, AFailedWriteLeavesTheOldFileIntact)
 {
     const fs::path file = dir / "Buchungen.saldo";
-    LedgerFile::write(file.string(), {entry("alt", 1.0f, 19.0f, 1.0)});
+    LedgerFile::write(file.string(), { entry("alt", 1.0f, 19.0f, 1.0) });
     const std::string before = contents(file);
 
-    EXPECT_THROW(LedgerFile::write(file.string(), {entry(std::string("\xFF"), 1.0f, 19.0f, 1.0)}), LedgerFileError);
+    EXPECT_THROW(LedgerFile::write(file.string(), { entry(std::string("\xFF"), 1.0f, 19.0f, 1.0) }), LedgerFileError);
     EXPECT_EQ(contents(file), before);
     EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 1);
 
@@ -225,5 +225,5 @@ TEST_F(LedgerFileWriteTest, ReadNamesTheFileInItsErrors)
     EXPECT_THROW(LedgerFile::read(dir.string()), LedgerFileError);
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo
