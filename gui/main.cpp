@@ -32,7 +32,7 @@ bool paintNow(QWidget& window)
     return window.windowHandle() && window.windowHandle()->isExposed();
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -63,11 +63,7 @@ int main(int argc, char** argv)
     sound.install();
 
     saldo::gui::DocumentController controller(defaults);
-    const QStringList files = parser.positionalArguments();
-    for (const QString& file : files)
-        controller.openDocument(file);
-    if (files.isEmpty())
-        controller.newDocument();
+    controller.startUp(parser.positionalArguments());
     if (controller.documents().empty())
         return 1;
 

@@ -1,5 +1,6 @@
 #include "app/Document.h"
 
+#include "app/AutosaveStore.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
@@ -14,11 +15,16 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHash>
+#include <QLockFile>
 #include <QSaveFile>
 #include <QUndoStack>
 
 #include <cmath>
 #include <iostream>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace saldo::gui {
 
@@ -84,10 +90,54 @@ bool Document::readFromFile(const QString& path)
         errorCode_ = kFileErrorCode;
         return false;
     }
-    if (!readFromData(file.readAll()))
+    const QByteArray bytes = file.readAll();
+    if (!readFromData(bytes))
         return false;
     const QString canonical = QFileInfo(path).canonicalFilePath();
     setFilePath(canonical.isEmpty() ? QFileInfo(path).absoluteFilePath() : canonical);
+    noteFileContents(bytes);
+    return true;
+}
+
+void Document::noteFileContents(const QByteArray& bytes)
+{
+    diskStamp_ = FileStamp::of(filePath_);
+    diskHash_ = qHash(bytes);
+    declinedStamp_.reset();
+}
+
+bool Document::reloadFromFile()
+{
+    if (isUntitled())
+        return false;
+    QFile file(filePath_);
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (!file.isOpen() || !readFromData(bytes)) {
+        // Nothing replaced: the window keeps its entries, still to be saved.
+        declinedStamp_ = FileStamp::of(filePath_);
+        Dialogs::instance().showError(window_.get(),
+            QStringLiteral("Das Dokument „%1“ konnte nicht neu geladen werden.").arg(displayName()),
+            unreadableFileReason() + QStringLiteral(" Die Einträge im Fenster bleiben erhalten."));
+        return false;
+    }
+    noteFileContents(bytes);
+    // The undo history belongs to the entries that are being replaced.
+    undoStack_->blockSignals(true);
+    undoStack_->clear();
+    undoStack_->blockSignals(false);
+    if (ViewController* list = entryList())
+        list->setEntries(*einnahmen_);
+    updateChangeCount(ChangeType::Cleared);
+    return true;
+}
+
+bool Document::adoptRecoveryCopy(const QString& path, std::unique_ptr<QLockFile> lock)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || !readFromData(file.readAll()))
+        return false;
+    recoveryPath_ = path;
+    recoveryLock_ = std::move(lock);
     return true;
 }
 
@@ -109,6 +159,9 @@ void Document::makeWindowControllers()
     // replaces it with the file's entries (the same objects, nothing copied).
     if (einnahmen_)
         list->setEntries(*einnahmen_);
+    // A restored recovery copy has never been saved under a name.
+    if (!recoveryPath_.isEmpty())
+        updateChangeCount(ChangeType::Done);
 }
 
 void Document::showWindows()
@@ -146,6 +199,14 @@ std::optional<QByteArray> Document::dataOfType()
 
 bool Document::writeFile(const QString& path, const QByteArray& data, QString* reason)
 {
+    // QSaveFile would rename over a file that the user made read-only; a save
+    // must not undo that. (Asked with the effective identity, which is also the
+    // file-system identity the writes below run under.)
+    if (::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), F_OK, AT_EACCESS) == 0
+        && ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) != 0) {
+        *reason = QStringLiteral("Die Datei ist schreibgeschützt.");
+        return false;
+    }
     // QSaveFile writes a temporary file beside the target and renames it over
     // the target only when everything was written, keeping the target's
     // permissions; it never falls back to writing the target directly. It is
@@ -153,8 +214,8 @@ bool Document::writeFile(const QString& path, const QByteArray& data, QString* r
     // go unnoticed by commit(), which would then rename a short file over the
     // good one.
     QSaveFile file(path);
-    bool written = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(data) == data.size()
-        && file.flush();
+    bool written
+        = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(data) == data.size() && file.flush();
     if (!written)
         file.cancelWriting();
     written = file.commit() && written;
@@ -178,8 +239,9 @@ void Document::reportSaveFailure(const QString& path, const QString& reason)
     saveFailureShown_ = true;
     Dialogs::instance().showError(window_.get(),
         QStringLiteral("Das Dokument „%1“ konnte nicht gesichert werden.").arg(QFileInfo(path).fileName()),
-        QStringLiteral("%1\nDie Änderungen bleiben im Fenster erhalten; Saldo versucht es bei der nächsten "
-                       "Änderung erneut.")
+        QStringLiteral("%1\nDie Änderungen bleiben im Fenster erhalten. Saldo versucht alle paar Sekunden, "
+                       "erneut zu sichern, und meldet sich, sobald es wieder scheitert, nachdem es einmal "
+                       "gelungen ist.")
             .arg(reason));
 }
 
@@ -191,20 +253,62 @@ bool Document::saveTo(const QString& path)
     if (!data || !writeFile(path, *data, &reason)) {
         errorCode_ = kFileErrorCode;
         reportSaveFailure(path, reason);
+        // Try again at the next autosave, whether or not anything changes.
+        if (isDocumentEdited())
+            autosaveTimer_.start();
         return false;
     }
     saveFailureShown_ = false;
     const QString canonical = QFileInfo(path).canonicalFilePath();
     setFilePath(canonical.isEmpty() ? path : canonical);
+    noteFileContents(*data);
+    dropRecoveryCopy();
     updateChangeCount(ChangeType::Cleared);
     return true;
 }
 
 bool Document::save()
 {
-    if (isUntitled())
+    return saveInPlace(SaveKind::Explicit);
+}
+
+bool Document::saveInPlace(SaveKind kind)
+{
+    if (isUntitled() || !mayOverwriteFile(kind))
         return false;
     return saveTo(filePath_);
+}
+
+bool Document::mayOverwriteFile(SaveKind kind)
+{
+    const FileStamp now = FileStamp::of(filePath_);
+    // Deleted or moved away: written again at its path.
+    if (!now.exists || now == diskStamp_)
+        return true;
+    // Touched, copied back or restored from a backup: same bytes, nothing lost.
+    QFile file(filePath_);
+    if (file.open(QIODevice::ReadOnly) && qHash(file.readAll()) == diskHash_) {
+        diskStamp_ = now;
+        return true;
+    }
+    if (kind == SaveKind::Automatic && declinedStamp_ && *declinedStamp_ == now)
+        return false;
+
+    autosaveTimer_.stop();
+    asking_ = true;
+    const Dialogs::FileChangedChoice choice = Dialogs::instance().askFileChanged(window_.get(), displayName());
+    asking_ = false;
+    switch (choice) {
+    case Dialogs::FileChangedChoice::Overwrite:
+        return true;
+    case Dialogs::FileChangedChoice::Reload:
+        reloadFromFile();
+        return false;
+    case Dialogs::FileChangedChoice::Cancel:
+        break;
+    }
+    declinedStamp_ = now;
+    return false;
 }
 
 bool Document::saveWithDialog()
@@ -230,14 +334,13 @@ void Document::updateChangeCount(ChangeType change)
     switch (change) {
     case ChangeType::Done:
         ++changeCount_;
-        // An edit made during the delay moves the save further out.
-        if (!isUntitled())
-            autosaveTimer_.start();
+        // An edit made during the delay moves the save further out. An
+        // untitled document saves its recovery copy after the same delay.
+        autosaveTimer_.start();
         break;
     case ChangeType::Undone:
         --changeCount_;
-        if (!isUntitled())
-            autosaveTimer_.start();
+        autosaveTimer_.start();
         break;
     case ChangeType::Cleared:
         changeCount_ = 0;
@@ -255,26 +358,68 @@ void Document::setAutosavingDelay(double seconds)
 
 void Document::autosave()
 {
-    if (isDocumentEdited() && !isUntitled())
-        save();
+    // A question about the file is open: its answer decides.
+    if (!isDocumentEdited() || asking_)
+        return;
+    if (isUntitled())
+        writeRecoveryCopy();
+    else
+        saveInPlace(SaveKind::Automatic);
+}
+
+void Document::writeRecoveryCopy()
+{
+    ViewController* list = entryList();
+    if (!list)
+        return;
+    if (recoveryPath_.isEmpty())
+        recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
+    if (recoveryPath_.isEmpty())
+        return;
+    try {
+        const std::string bytes = LedgerFile::encode(list->backupEinnahmen());
+        AutosaveStore::write(recoveryPath_, QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    } catch (const std::exception& error) {
+        std::cerr << "saldo: " << error.what() << '\n';
+    }
+}
+
+void Document::dropRecoveryCopy()
+{
+    if (recoveryPath_.isEmpty())
+        return;
+    AutosaveStore::remove(recoveryPath_);
+    recoveryLock_.reset();
+    recoveryPath_.clear();
 }
 
 bool Document::canClose()
 {
     autosaveTimer_.stop();
-    if (!isDocumentEdited())
-        return true;
-    if (!isUntitled() && save())
-        return true;
-    switch (Dialogs::instance().askSaveChanges(window_.get(), displayName())) {
-    case Dialogs::SaveChoice::Save:
-        return saveWithDialog();
-    case Dialogs::SaveChoice::DontSave:
-        return true;
-    case Dialogs::SaveChoice::Cancel:
-        break;
+    bool agreed = false;
+    // A save in place may also end in reloading the file, which leaves the
+    // document unchanged: nothing left to ask.
+    if (!isDocumentEdited() || (!isUntitled() && save()) || !isDocumentEdited()) {
+        agreed = true;
+    } else {
+        switch (Dialogs::instance().askSaveChanges(window_.get(), displayName())) {
+        case Dialogs::SaveChoice::Save:
+            agreed = saveWithDialog();
+            break;
+        case Dialogs::SaveChoice::DontSave:
+            agreed = true;
+            break;
+        case Dialogs::SaveChoice::Cancel:
+            break;
+        }
     }
-    return false;
+    if (agreed) {
+        autosaveTimer_.stop();
+        dropRecoveryCopy();
+    } else if (isDocumentEdited()) {
+        autosaveTimer_.start();
+    }
+    return agreed;
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

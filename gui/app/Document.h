@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/FileStamp.h"
 #include "model/Einnahme.h"
 #include "platform/UserDefaults.h"
 
@@ -11,6 +12,7 @@
 #include <optional>
 
 class QByteArray;
+class QLockFile;
 class QUndoStack;
 
 namespace saldo::gui {
@@ -23,8 +25,12 @@ class ViewController;
 // and the undo stack, and saves the entry list's complete list back into the
 // file: by itself a few seconds after the last change, on closing and on
 // request. Saving is atomic; a failed save is reported once, leaves the old file
-// as it was and the document marked changed, and is tried again by the next
-// change. Reading and writing fail with one fixed error, whatever went wrong.
+// as it was and the document marked changed, and is tried again at each
+// autosave until it succeeds. Before it overwrites its file it checks that no
+// other program changed it since it was last read or written, and asks when one
+// did; a file deleted meanwhile is written again. An untitled document with
+// changes is kept as a recovery copy in the autosave folder. Reading and
+// writing fail with one fixed error, whatever went wrong.
 class Document : public QObject {
     Q_OBJECT
 public:
@@ -65,8 +71,9 @@ public:
     // "data saved" on success; nothing without a window or when encoding fails.
     std::optional<QByteArray> dataOfType();
 
-    // Saves into the document's file now. False for an untitled document or a
-    // failed write (reported once until a save succeeds again).
+    // Saves into the document's file now. False for an untitled document, a
+    // failed write (reported once until a save succeeds again), or a file
+    // changed by another program that the user chose not to overwrite.
     bool save();
     // Saves into another file, which becomes the document's file on success.
     bool saveTo(const QString& path);
@@ -86,6 +93,17 @@ public:
     void setAutosavingDelay(double seconds);
     QTimer& autosaveTimer() { return autosaveTimer_; }
 
+    // Reads the document's file again into the window: the entry list gets the
+    // file's entries, the undo history is dropped, the document is unchanged.
+    bool reloadFromFile();
+
+    // Makes this untitled document the owner of a recovery copy found at
+    // start-up (its lock already taken): reads it and marks the document changed
+    // once its window exists.
+    bool adoptRecoveryCopy(const QString& path, std::unique_ptr<QLockFile> lock);
+    // The recovery copy of this untitled document; empty until first written.
+    QString recoveryFilePath() const { return recoveryPath_; }
+
     // Decides whether the document may close: saves a changed document in
     // place, and asks (save / discard / cancel) for a changed untitled one or
     // when saving failed. False means the close is cancelled.
@@ -95,8 +113,20 @@ signals:
     void editedChanged(bool edited);
     void filePathChanged(const QString& path);
 
-private:
+public slots:
+    // What the autosave timer runs: saves a changed named document in place, or
+    // writes the recovery copy of a changed untitled one.
     void autosave();
+
+private:
+    enum class SaveKind { Explicit, Automatic };
+    bool saveInPlace(SaveKind kind);
+    // True when the file may be written: unchanged since we last knew it,
+    // missing (then it is written again), or the user chose to overwrite it.
+    bool mayOverwriteFile(SaveKind kind);
+    void noteFileContents(const QByteArray& bytes);
+    void writeRecoveryCopy();
+    void dropRecoveryCopy();
     bool writeFile(const QString& path, const QByteArray& data, QString* reason);
     void reportSaveFailure(const QString& path, const QString& reason);
 
@@ -109,6 +139,17 @@ private:
     long long changeCount_ = 0;
     int errorCode_ = 0;
     bool saveFailureShown_ = false;
+
+    // What the file held when we last read or wrote it, and the outside
+    // change the user declined to overwrite (not asked again by autosave
+    // until the file changes once more).
+    FileStamp diskStamp_;
+    std::size_t diskHash_ = 0;
+    std::optional<FileStamp> declinedStamp_;
+    bool asking_ = false;
+
+    QString recoveryPath_;
+    std::unique_ptr<QLockFile> recoveryLock_;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -1,11 +1,17 @@
 #include "app/DocumentController.h"
 
+#include "app/AutosaveStore.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "platform/Dialogs.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QFileInfo>
+#include <QLocale>
+#include <QLockFile>
+
+#include <iostream>
 
 #include <algorithm>
 
@@ -20,7 +26,7 @@ QString canonicalOrAbsolute(const QString& path)
     const QString canonical = info.canonicalFilePath();
     return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
 }
-}  // namespace
+} // namespace
 
 DocumentController::DocumentController(UserDefaults& defaults, QObject* parent)
     : QObject(parent)
@@ -63,6 +69,49 @@ void DocumentController::forget(Document* document)
     // The window is still inside its close event: delete after it returns.
     document->deleteLater();
     emit documentsChanged();
+}
+
+void DocumentController::startUp(const QStringList& files)
+{
+    const int restored = restoreAutosavedDocuments();
+    for (const QString& file : files)
+        openDocument(file);
+    if (files.isEmpty() && restored == 0)
+        newDocument();
+}
+
+int DocumentController::restoreAutosavedDocuments()
+{
+    int restored = 0;
+    for (const QString& path : AutosaveStore::files()) {
+        std::unique_ptr<QLockFile> lock = AutosaveStore::claim(path);
+        if (!lock)
+            continue; // a running Saldo keeps it up to date
+        auto document = std::make_unique<Document>(defaults_);
+        if (!document->adoptRecoveryCopy(path, std::move(lock))) {
+            std::cerr << "saldo: " << path.toStdString() << ": not a readable recovery copy, left alone\n";
+            continue;
+        }
+        const QString when
+            = QLocale(QLocale::German).toString(QFileInfo(path).lastModified(), QStringLiteral("dd.MM.yyyy, HH:mm"));
+        const auto count = static_cast<qlonglong>(document->einnahmen()->size());
+        const bool restore = Dialogs::instance().confirm(nullptr,
+            QStringLiteral("Saldo wurde beendet, ohne ein unbenanntes Dokument zu sichern (%1 %2, zuletzt "
+                           "geändert am %3 Uhr).")
+                .arg(count)
+                .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Einträge"))
+                .arg(when),
+            QStringLiteral("Wiederherstellen öffnet es als unbenanntes Dokument. Verwerfen löscht die "
+                           "Sicherungskopie."),
+            QStringLiteral("Wiederherstellen"), QStringLiteral("Verwerfen"));
+        if (!restore) {
+            AutosaveStore::remove(path);
+            continue;
+        }
+        adopt(document.release());
+        ++restored;
+    }
+    return restored;
 }
 
 Document* DocumentController::newDocument()
@@ -173,4 +222,4 @@ void DocumentController::quit()
         QApplication::quit();
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

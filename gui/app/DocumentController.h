@@ -18,7 +18,8 @@ class Document;
 // twice), keeps the list of recently opened files in the preferences, closes
 // documents and quits after every document agreed to close. A file that cannot
 // be read opens no window and shows one message naming the file. The autosave
-// delay is its setting, handed to every document it makes.
+// delay is its setting, handed to every document it makes. At start-up it
+// offers back the untitled documents that a crash left in the autosave folder.
 class DocumentController : public QObject {
     Q_OBJECT
 public:
@@ -34,6 +35,17 @@ public:
 
     double autosavingDelay() const { return autosavingDelay_; }
     void setAutosavingDelay(double seconds) { autosavingDelay_ = seconds; }
+
+    // The program's start: offers the recovery copies found in the autosave
+    // folder, opens the named files, and makes a new document when nothing
+    // else opened.
+    void startUp(const QStringList& files);
+
+    // Asks about each recovery copy left by a program that ended without
+    // closing its untitled documents: "Wiederherstellen" opens it as an
+    // untitled, changed document, "Verwerfen" deletes it. Copies of a Saldo
+    // still running are left alone. Answers how many were restored.
+    int restoreAutosavedDocuments();
 
     // A new, untitled document with its window shown.
     Document* newDocument();
@@ -71,4 +83,4 @@ private:
     double autosavingDelay_ = kDefaultAutosavingDelay;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -51,6 +51,27 @@ Dialogs::SaveChoice Dialogs::askSaveChanges(QWidget* parent, const QString& docu
     return SaveChoice::Cancel;
 }
 
+Dialogs::FileChangedChoice Dialogs::askFileChanged(QWidget* parent, const QString& documentName)
+{
+    QMessageBox box(QMessageBox::Warning, QString(),
+        QStringLiteral("Die Datei des Dokuments „%1“ wurde von einem anderen Programm geändert.").arg(documentName),
+        QMessageBox::NoButton, parent);
+    box.setInformativeText(QStringLiteral("Ueberschreiben sichert die Einträge aus diesem Fenster über die "
+                                          "geänderte Datei. Neu laden zeigt die Datei, wie sie jetzt ist, und "
+                                          "verwirft die Änderungen in diesem Fenster. Abbrechen sichert nichts."));
+    QPushButton* overwrite = box.addButton(QStringLiteral("Ueberschreiben"), QMessageBox::AcceptRole);
+    QPushButton* reload = box.addButton(QStringLiteral("Neu laden"), QMessageBox::DestructiveRole);
+    QPushButton* cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
+    box.setDefaultButton(cancel);
+    box.setEscapeButton(cancel);
+    box.exec();
+    if (box.clickedButton() == overwrite)
+        return FileChangedChoice::Overwrite;
+    if (box.clickedButton() == reload)
+        return FileChangedChoice::Reload;
+    return FileChangedChoice::Cancel;
+}
+
 QString Dialogs::getOpenFileName(QWidget* parent, const QString& caption, const QString& filter)
 {
     return QFileDialog::getOpenFileName(parent, caption, QString(), filter);
@@ -89,4 +110,4 @@ Dialogs* Dialogs::setInstance(Dialogs* dialogs)
     return previous;
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -14,6 +14,8 @@ class Dialogs {
 public:
     // What the user chose for a changed document that is being closed.
     enum class SaveChoice { Save, DontSave, Cancel };
+    // What the user chose when the document's file was changed by another program.
+    enum class FileChangedChoice { Overwrite, Reload, Cancel };
 
     virtual ~Dialogs() = default;
 
@@ -27,6 +29,10 @@ public:
     // Asks whether the changes of the named document are to be saved before it
     // closes: "Sichern…", "Nicht sichern", "Abbrechen".
     virtual SaveChoice askSaveChanges(QWidget* parent, const QString& documentName);
+
+    // Tells that another program changed the named document's file since Saldo
+    // last read or wrote it: "Ueberschreiben", "Neu laden", "Abbrechen".
+    virtual FileChangedChoice askFileChanged(QWidget* parent, const QString& documentName);
 
     // An open panel; an empty string when cancelled.
     virtual QString getOpenFileName(QWidget* parent, const QString& caption, const QString& filter);
@@ -49,4 +55,4 @@ public:
     static Dialogs* setInstance(Dialogs* dialogs);
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

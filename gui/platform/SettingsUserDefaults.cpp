@@ -1,5 +1,11 @@
 #include "platform/SettingsUserDefaults.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+
+#include <iostream>
+
 namespace saldo::gui {
 
 namespace {
@@ -7,27 +13,83 @@ QString keyOf(const std::string& key)
 {
     return QString::fromStdString(key);
 }
-}  // namespace
+
+// True when the text is something QSettings writes: UTF-8 without control
+// characters, every line blank, a [section], a comment, a key=value or the
+// continuation of a line ending in a backslash. QSettings reads anything else
+// without complaint and drops what it did not understand when it writes.
+bool looksLikeSettingsText(const QByteArray& bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(bytes);
+    if (decoder.hasError())
+        return false;
+    for (const QChar c : text) {
+        if (c.category() == QChar::Other_Control && c != u'\t' && c != u'\n' && c != u'\r')
+            return false;
+    }
+    bool continued = false;
+    for (const QString& rawLine : text.split(u'\n')) {
+        const QString line = rawLine.trimmed();
+        const bool ok = continued || line.isEmpty() || line.startsWith(u';') || line.startsWith(u'#')
+            || (line.startsWith(u'[') && line.endsWith(u']')) || line.contains(u'=');
+        if (!ok)
+            return false;
+        continued = line.endsWith(u'\\');
+    }
+    return true;
+}
+} // namespace
 
 SettingsUserDefaults::SettingsUserDefaults()
     : settings_(std::make_unique<QSettings>(
         QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Saldo"), QStringLiteral("Saldo")))
 {
+    checkReadable();
 }
 
 SettingsUserDefaults::SettingsUserDefaults(const QString& iniFilePath)
     : settings_(std::make_unique<QSettings>(iniFilePath, QSettings::IniFormat))
 {
+    checkReadable();
+}
+
+void SettingsUserDefaults::checkReadable()
+{
+    readOnly_ = settings_->status() != QSettings::NoError
+        || (QFileInfo::exists(settings_->fileName()) && !QFileInfo(settings_->fileName()).isReadable());
+    if (!readOnly_) { // on Linux the native format is this text too
+        QFile file(settings_->fileName());
+        if (file.open(QIODevice::ReadOnly))
+            readOnly_ = !looksLikeSettingsText(file.readAll());
+    }
+    if (!readOnly_) {
+        for (const QString& key : settings_->allKeys()) {
+            if (!settings_->value(key).isValid()) {
+                readOnly_ = true;
+                break;
+            }
+        }
+    }
+    if (readOnly_) {
+        std::cerr << "saldo: " << settings_->fileName().toStdString()
+                  << " cannot be read completely; it is left as it is and changes to the settings last until "
+                     "Saldo ends\n";
+    }
 }
 
 bool SettingsUserDefaults::hasValue(const std::string& key) const
 {
+    if (readOnly_ && changes_.hasValue(key))
+        return true;
     const QString k = keyOf(key);
     return settings_->contains(k) || settings_->childGroups().contains(k);
 }
 
 std::optional<std::vector<std::string>> SettingsUserDefaults::stringArray(const std::string& key) const
 {
+    if (readOnly_ && changes_.hasValue(key))
+        return changes_.stringArray(key);
     const QString k = keyOf(key);
     if (settings_->contains(k)) {
         // A plain value: only a real list of texts counts (written by hand or
@@ -69,6 +131,10 @@ std::optional<std::vector<std::string>> SettingsUserDefaults::stringArray(const 
 
 void SettingsUserDefaults::setStringArray(const std::string& key, const std::vector<std::string>& value)
 {
+    if (readOnly_) {
+        changes_.setStringArray(key, value);
+        return;
+    }
     const QString k = keyOf(key);
     settings_->remove(k);
     settings_->beginGroup(k);
@@ -79,4 +145,4 @@ void SettingsUserDefaults::setStringArray(const std::string& key, const std::vec
     settings_->sync();
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -13,6 +13,9 @@ namespace saldo::gui {
 // group of numbered texts (key/size, key/1 .. key/n), which, unlike a plain QStringList
 // value, keeps empty and one-element lists apart from a single text. A value
 // that is not such a list reads as nothing and is never overwritten by a reader.
+// A file that QSettings cannot read completely (not a settings file, a value it
+// cannot decode, no permission) is never written: QSettings would write back only
+// what it understood. Changes then live in memory until the program ends.
 class SettingsUserDefaults : public UserDefaults {
 public:
     // The program's own settings.
@@ -26,8 +29,15 @@ public:
 
     QSettings& settings() const { return *settings_; }
 
+    // True when the file could not be read completely and is left untouched.
+    bool isReadOnly() const { return readOnly_; }
+
 private:
+    void checkReadable();
+
     std::unique_ptr<QSettings> settings_;
+    bool readOnly_ = false;
+    InMemoryUserDefaults changes_; // what was set while the file is read-only
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -80,12 +81,59 @@ TEST_F(DocumentControllerTest, AnUnreadableFileOpensNoWindowAndSaysWhichFile)
     EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
 }
 
+// Files made to hurt a reader: each is refused with the one message, opens no
+// window, and the program goes on (a later good file still opens).
+TEST_F(DocumentControllerTest, HostileFilesAreRefusedOneByOneAndTheProgramGoesOn)
+{
+    QStringList files;
+    const QDir corpus(QStringLiteral(SALDO_TEST_DATA_DIR "/hostile"));
+    for (const QFileInfo& info : corpus.entryInfoList(QDir::Files))
+        files << info.absoluteFilePath();
+
+    const QByteArray good = encoded(sampleEntries(3));
+    QByteArray deepXml = "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><dict><key>x</key>";
+    deepXml += QByteArray("<array>").repeated(100000) + QByteArray("</array>").repeated(100000);
+    deepXml += "</dict></array></plist>";
+    QByteArray badTrailer = good;
+    badTrailer[badTrailer.size() - 26] = char(0x7f); // offset size in the trailer
+    QByteArray farReference = good;
+    farReference[farReference.size() - 8] = char(0x7f); // offset table beyond the file
+    const QByteArray made[] = {
+        good.left(good.size() / 2),
+        badTrailer,
+        farReference,
+        deepXml,
+        "<?xml version=\"1.0\"?><!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;\">]>"
+        "<plist><array><dict><key>name</key><string>&b;</string></dict></array></plist>",
+        QByteArray("bplist00") + QByteArray(64, '\xff'),
+        QByteArray(4096, '\0'),
+    };
+    int i = 0;
+    for (const QByteArray& bytes : made) {
+        const QString path = dir.filePath(QStringLiteral("Boese%1.saldo").arg(++i));
+        ASSERT_TRUE(writeBytes(path, bytes));
+        files << path;
+    }
+
+    const auto windowsBefore = QApplication::topLevelWidgets().size();
+    for (const QString& path : files) {
+        const auto errorsBefore = dialogs.errors.size();
+        EXPECT_EQ(controller.openDocument(path), nullptr) << path.toStdString();
+        ASSERT_EQ(dialogs.errors.size(), errorsBefore + 1) << path.toStdString();
+        EXPECT_TRUE(dialogs.errors.back().startsWith(
+            QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName())));
+    }
+    EXPECT_TRUE(controller.documents().empty());
+    EXPECT_EQ(QApplication::topLevelWidgets().size(), windowsBefore);
+    EXPECT_NE(controller.openDocument(ledger(QStringLiteral("Gut.saldo"), 2)), nullptr);
+}
+
 TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCategories)
 {
     QStringList opened;
     for (int i = 0; i < DocumentController::kMaxRecentDocuments + 2; ++i)
         opened << controller.openDocument(ledger(QStringLiteral("Jahr%1.saldo").arg(2000 + i), 1))->filePath();
-    controller.openDocument(opened[5]);  // already open: moves to the front
+    controller.openDocument(opened[5]); // already open: moves to the front
 
     const QStringList recent = controller.recentDocumentPaths();
     ASSERT_EQ(recent.size(), DocumentController::kMaxRecentDocuments);
@@ -128,7 +176,7 @@ TEST_F(DocumentControllerTest, QuittingAsksForEachChangedUntitledDocumentAndStop
     dialogs.saveChoices = { Dialogs::SaveChoice::DontSave, Dialogs::SaveChoice::Cancel };
     EXPECT_FALSE(controller.closeAllDocuments());
     EXPECT_EQ(dialogs.asked.size(), 2);
-    EXPECT_EQ(controller.documents().size(), 2u);  // b refused; the file was never reached
+    EXPECT_EQ(controller.documents().size(), 2u); // b refused; the file was never reached
 
     dialogs.saveChoices = { Dialogs::SaveChoice::DontSave };
     EXPECT_TRUE(controller.closeAllDocuments());
@@ -136,5 +184,5 @@ TEST_F(DocumentControllerTest, QuittingAsksForEachChangedUntitledDocumentAndStop
     EXPECT_EQ(testing::decodeFile(dir.filePath(QStringLiteral("Kasse.saldo"))).size(), 2u);
 }
 
-}  // namespace
-}  // namespace saldo::gui
+} // namespace
+} // namespace saldo::gui

@@ -1,7 +1,14 @@
 // The preferences file: lists of any length survive a new start of the
 // program, and a value that is not a list of texts reads as nothing and stays.
 #include "platform/SettingsUserDefaults.h"
+#include "app/Document.h"
+#include "app/DocumentController.h"
+#include "app/DocumentWindow.h"
+#include "gui/support/LedgerFixtures.h"
+#include "gui/support/ScriptedDialogs.h"
 #include "model/Kategorien.h"
+
+#include <QCoreApplication>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -33,7 +40,7 @@ TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
         defaults.setStringArray("leer", {});
         defaults.setStringArray("knifflig", tricky);
         defaults.setStringArray("kuerzer", chart);
-        defaults.setStringArray("kuerzer", one);  // a shorter list leaves no old rows behind
+        defaults.setStringArray("kuerzer", one); // a shorter list leaves no old rows behind
     }
     EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("1.conf")), Kategorien::kKey), chart);
     EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("2.conf")), "eins"), one);
@@ -59,7 +66,7 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
     SettingsUserDefaults defaults(file);
     EXPECT_TRUE(defaults.hasValue(Kategorien::kKey));
     EXPECT_EQ(defaults.stringArray(Kategorien::kKey), std::nullopt);
-    EXPECT_EQ(defaults.stringArray("Zaehlung"), std::nullopt);  // a row missing
+    EXPECT_EQ(defaults.stringArray("Zaehlung"), std::nullopt); // a row missing
     EXPECT_EQ(defaults.stringArray("Unsinn"), std::nullopt);
     EXPECT_EQ(defaults.stringArray("Fehlt"), std::nullopt);
 
@@ -72,5 +79,61 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
     EXPECT_TRUE(in.readAll().contains("Kategorien=42"));
 }
 
-}  // namespace
-}  // namespace saldo::gui
+// A settings file that QSettings cannot read completely would be written back
+// with only what it understood: garbage dropped, an undecodable value turned
+// into "@Invalid()". Such a file is left exactly as it is; the program starts
+// with the default chart and keeps its own changes in memory.
+TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
+{
+    QTemporaryDir dir;
+    const QByteArray damaged[] = {
+        QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x10\xff\xfe", 24),
+        "[General]\nKategorien=@Variant(\\0\\0\\0\\x7f\\0\\0\\0\\x5)\n",
+        "[ZuletztGeoeffnet]\nsize=1\n1=/tmp/a.saldo\n[General]\nKategorien=@Variant(kaputt)\n",
+    };
+    int n = 0;
+    for (const QByteArray& bytes : damaged) {
+        const QString file = dir.filePath(QStringLiteral("Saldo%1.conf").arg(++n));
+        {
+            QFile out(file);
+            ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+            out.write(bytes);
+        }
+        {
+            testing::ScriptedDialogs dialogs;
+            SettingsUserDefaults defaults(file);
+            EXPECT_TRUE(defaults.isReadOnly()) << n;
+            EXPECT_EQ(defaults.stringArray(Kategorien::kKey), std::nullopt) << n;
+            EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien()) << n;
+
+            // The program starts on it: the window opens, a ledger opens and
+            // becomes a recent file, categories can be edited, all in memory.
+            DocumentController controller(defaults);
+            controller.startUp({});
+            ASSERT_EQ(controller.documents().size(), 1u);
+            const QString ledger = dir.filePath(QStringLiteral("Kasse%1.saldo").arg(n));
+            ASSERT_TRUE(testing::writeBytes(ledger, testing::encoded(testing::sampleEntries(2))));
+            ASSERT_NE(controller.openDocument(ledger), nullptr);
+            EXPECT_EQ(controller.recentDocumentPaths().value(0), QFileInfo(ledger).canonicalFilePath());
+            defaults.setStringArray(Kategorien::kKey, { "1000 Kasse Kasse " });
+            EXPECT_EQ(Kategorien::listOrDefault(defaults), std::vector<std::string> { "1000 Kasse Kasse " });
+            EXPECT_TRUE(dialogs.errors.isEmpty());
+            EXPECT_TRUE(dialogs.informations.isEmpty());
+            defaults.settings().sync();
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QFile in(file);
+        ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+        EXPECT_EQ(in.readAll(), bytes) << n;
+    }
+
+    // A readable file is still written as before.
+    const QString good = dir.filePath(QStringLiteral("Gut.conf"));
+    SettingsUserDefaults defaults(good);
+    EXPECT_FALSE(defaults.isReadOnly());
+    defaults.setStringArray("eins", { "a" });
+    EXPECT_EQ(readAfresh(good, dir.filePath(QStringLiteral("Gut2.conf")), "eins"), std::vector<std::string> { "a" });
+}
+
+} // namespace
+} // namespace saldo::gui

@@ -20,11 +20,12 @@ public:
 
     std::deque<bool> confirmAnswers;
     std::deque<SaveChoice> saveChoices;
+    std::deque<FileChangedChoice> fileChangedChoices;
     std::deque<QString> openFileNames;
     std::deque<QString> saveFileNames;
 
-    QStringList asked;  // texts of every confirmation and save question
-    QStringList errors;  // "text\ninformative text" of every error shown
+    QStringList asked; // texts of every confirmation and save question
+    QStringList errors; // "text\ninformative text" of every error shown
     QStringList informations;
 
     bool confirmDelete(QWidget*, const QString& text) override { return next(confirmAnswers, text, false); }
@@ -35,6 +36,10 @@ public:
     SaveChoice askSaveChanges(QWidget*, const QString& documentName) override
     {
         return next(saveChoices, documentName, SaveChoice::Cancel);
+    }
+    FileChangedChoice askFileChanged(QWidget*, const QString& documentName) override
+    {
+        return next(fileChangedChoices, documentName, FileChangedChoice::Cancel);
     }
     QString getOpenFileName(QWidget*, const QString& caption, const QString&) override
     {
@@ -67,4 +72,4 @@ private:
     Dialogs* previous_ = nullptr;
 };
 
-}  // namespace saldo::gui::testing
+} // namespace saldo::gui::testing
