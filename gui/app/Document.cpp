@@ -121,10 +121,9 @@ bool Document::reloadFromFile()
         return false;
     }
     noteFileContents(bytes);
-    // The undo history belongs to the entries that are being replaced.
-    undoStack_->blockSignals(true);
+    // The undo history belongs to the entries that are being replaced. (Its
+    // index change counts as a change; the count is cleared below.)
     undoStack_->clear();
-    undoStack_->blockSignals(false);
     if (ViewController* list = entryList())
         list->setEntries(*einnahmen_);
     updateChangeCount(ChangeType::Cleared);
