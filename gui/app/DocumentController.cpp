@@ -95,15 +95,14 @@ int DocumentController::restoreAutosavedDocuments()
         const QString when
             = QLocale(QLocale::German).toString(QFileInfo(path).lastModified(), QStringLiteral("dd.MM.yyyy, HH:mm"));
         const auto count = static_cast<qlonglong>(document->einnahmen()->size());
-        const bool restore = Dialogs::instance().confirm(nullptr,
+        const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
             QStringLiteral("Saldo wurde beendet, ohne ein unbenanntes Dokument zu sichern (%1 %2, zuletzt "
                            "geändert am %3 Uhr).")
                 .arg(count)
                 .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Einträge"))
                 .arg(when),
             QStringLiteral("Wiederherstellen öffnet es als unbenanntes Dokument. Verwerfen löscht die "
-                           "Sicherungskopie."),
-            QStringLiteral("Wiederherstellen"), QStringLiteral("Verwerfen"));
+                           "Sicherungskopie."));
         if (!restore) {
             AutosaveStore::remove(path);
             continue;

@@ -72,6 +72,18 @@ Dialogs::FileChangedChoice Dialogs::askFileChanged(QWidget* parent, const QStrin
     return FileChangedChoice::Cancel;
 }
 
+bool Dialogs::askRestoreDocument(QWidget* parent, const QString& text, const QString& informativeText)
+{
+    QMessageBox box(QMessageBox::Question, QString(), text, QMessageBox::NoButton, parent);
+    box.setInformativeText(informativeText);
+    QPushButton* restore = box.addButton(QStringLiteral("Wiederherstellen"), QMessageBox::AcceptRole);
+    // No reject button: Escape or closing the box must not delete the copy.
+    box.addButton(QStringLiteral("Verwerfen"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(restore);
+    box.exec();
+    return box.clickedButton() == restore;
+}
+
 QString Dialogs::getOpenFileName(QWidget* parent, const QString& caption, const QString& filter)
 {
     return QFileDialog::getOpenFileName(parent, caption, QString(), filter);

@@ -34,6 +34,11 @@ public:
     // last read or wrote it: "Ueberschreiben", "Neu laden", "Abbrechen".
     virtual FileChangedChoice askFileChanged(QWidget* parent, const QString& documentName);
 
+    // Offers back a document found after a crash: "Wiederherstellen" (true) or
+    // "Verwerfen". Only a click on "Verwerfen" discards; the question cannot be
+    // dismissed otherwise.
+    virtual bool askRestoreDocument(QWidget* parent, const QString& text, const QString& informativeText);
+
     // An open panel; an empty string when cancelled.
     virtual QString getOpenFileName(QWidget* parent, const QString& caption, const QString& filter);
 

@@ -125,7 +125,7 @@ TEST_F(DocumentRecoveryTest, TheNextStartOffersEachCopyLeftByACrash)
     const QString live = running->recoveryFilePath();
 
     DocumentController controller(defaults);
-    dialogs.confirmAnswers = { true, false };
+    dialogs.restoreAnswers = { true, false };
     controller.startUp({});
     ASSERT_EQ(dialogs.asked.size(), 2);
     for (const QString& question : dialogs.asked)

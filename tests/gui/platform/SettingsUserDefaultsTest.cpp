@@ -1,6 +1,7 @@
 // The preferences file: lists of any length survive a new start of the
 // program, and a value that is not a list of texts reads as nothing and stays.
 #include "platform/SettingsUserDefaults.h"
+#include "app/AutosaveStore.h"
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
@@ -86,6 +87,7 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
 TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
 {
     QTemporaryDir dir;
+    AutosaveStore::setFolder(dir.filePath(QStringLiteral("Autosave"))); // no recovery copies to offer
     const QByteArray damaged[] = {
         QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x10\xff\xfe", 24),
         "[General]\nKategorien=@Variant(\\0\\0\\0\\x7f\\0\\0\\0\\x5)\n",
@@ -126,6 +128,8 @@ TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
         ASSERT_TRUE(in.open(QIODevice::ReadOnly));
         EXPECT_EQ(in.readAll(), bytes) << n;
     }
+
+    AutosaveStore::setFolder(QString());
 
     // A readable file is still written as before.
     const QString good = dir.filePath(QStringLiteral("Gut.conf"));

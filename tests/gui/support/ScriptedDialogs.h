@@ -21,6 +21,7 @@ public:
     std::deque<bool> confirmAnswers;
     std::deque<SaveChoice> saveChoices;
     std::deque<FileChangedChoice> fileChangedChoices;
+    std::deque<bool> restoreAnswers; // unscripted: restore, which deletes nothing
     std::deque<QString> openFileNames;
     std::deque<QString> saveFileNames;
 
@@ -40,6 +41,10 @@ public:
     FileChangedChoice askFileChanged(QWidget*, const QString& documentName) override
     {
         return next(fileChangedChoices, documentName, FileChangedChoice::Cancel);
+    }
+    bool askRestoreDocument(QWidget*, const QString& text, const QString&) override
+    {
+        return next(restoreAnswers, text, true);
     }
     QString getOpenFileName(QWidget*, const QString& caption, const QString&) override
     {
