@@ -20,6 +20,7 @@
 
 #include <csignal>
 #include <functional>
+#include <ostream>
 #include <sys/resource.h>
 
 namespace saldo::gui {
@@ -80,6 +81,11 @@ struct Cause {
     std::function<void(const QString& dir, const QString& file)> apply;
     std::function<void(const QString& dir, const QString& file)> remove;
 };
+
+void PrintTo(const Cause& cause, std::ostream* out)
+{
+    *out << cause.name;
+}
 
 class SaveFailureTest : public DocumentSafetyTest, public ::testing::WithParamInterface<Cause> { };
 
@@ -182,12 +188,6 @@ TEST_F(OutsideChangeTest, OverwriteSavesTheWindowsEntries)
     EXPECT_EQ(dialogs.asked, QStringList { QStringLiteral("Kasse.saldo") });
     EXPECT_EQ(decodeFile(path).size(), 4u);
     EXPECT_FALSE(document->isDocumentEdited());
-
-    // What we wrote ourselves is no outside change.
-    document->entryList()->addEntry();
-    autosaveNow(*document);
-    EXPECT_EQ(dialogs.asked.size(), 1);
-    EXPECT_EQ(decodeFile(path).size(), 5u);
 }
 
 TEST_F(OutsideChangeTest, ReloadShowsTheFileAndForgetsTheWindowsChanges)
