@@ -13,6 +13,7 @@
 #include "platform/UserDefaults.h"
 
 #include <QFile>
+#include <QScopeGuard>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QUndoStack>
@@ -102,6 +103,8 @@ TEST_P(SaveFailureTest, IsReportedOnceAndTheNextAutosaveSucceedsOnceTheCauseIsGo
     Unprivileged unprivileged(dir.path());
 
     GetParam().apply(dir.path(), path);
+    // A failed check must not leave the cause behind for later tests.
+    const auto removeCause = qScopeGuard([&] { GetParam().remove(dir.path(), path); });
     list->addEntry();
     autosaveNow(*document);
     EXPECT_EQ(readBytes(path), saved);
@@ -129,7 +132,6 @@ TEST_P(SaveFailureTest, IsReportedOnceAndTheNextAutosaveSucceedsOnceTheCauseIsGo
     autosaveNow(*document);
     EXPECT_EQ(dialogs.errors.size(), 2);
     EXPECT_TRUE(document->isDocumentEdited());
-    GetParam().remove(dir.path(), path);
 }
 
 const auto kWritable = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
