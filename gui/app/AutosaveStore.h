@@ -11,8 +11,8 @@ class QLockFile;
 namespace saldo::gui {
 
 // The folder where untitled documents with changes are kept safe against a
-// crash (~/.local/share/Saldo/Autosave): one ledger file per untitled
-// document, written a few seconds after its last change and removed when the
+// crash (in the application data folder: ~/.local/share/Saldo/Saldo/Autosave):
+// one ledger file per untitled document, written a few seconds after its last change and removed when the
 // document is saved under a name or closed without saving. Each file has a
 // lock file beside it, held by the running program that writes it, so that a
 // second running Saldo neither offers nor deletes the files of the first; the
