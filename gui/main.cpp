@@ -63,7 +63,7 @@ int main(int argc, char** argv)
     sound.install();
 
     saldo::gui::DocumentController controller(defaults);
-    controller.startUp(parser.positionalArguments());
+    controller.startUp(parser.positionalArguments(), !parser.isSet(timing) && !parser.isSet(screenshot));
     if (controller.documents().empty())
         return 1;
 

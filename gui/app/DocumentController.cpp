@@ -71,9 +71,9 @@ void DocumentController::forget(Document* document)
     emit documentsChanged();
 }
 
-void DocumentController::startUp(const QStringList& files)
+void DocumentController::startUp(const QStringList& files, bool offerRecoveryCopies)
 {
-    const int restored = restoreAutosavedDocuments();
+    const int restored = offerRecoveryCopies ? restoreAutosavedDocuments() : 0;
     for (const QString& file : files)
         openDocument(file);
     if (files.isEmpty() && restored == 0)

@@ -38,8 +38,9 @@ public:
 
     // The program's start: offers the recovery copies found in the autosave
     // folder, opens the named files, and makes a new document when nothing
-    // else opened.
-    void startUp(const QStringList& files);
+    // else opened. Measuring and picture runs, which nobody answers, pass
+    // false and leave the copies for the next real start.
+    void startUp(const QStringList& files, bool offerRecoveryCopies = true);
 
     // Asks about each recovery copy left by a program that ended without
     // closing its untitled documents: "Wiederherstellen" opens it as an
