@@ -284,14 +284,15 @@ bool Document::mayOverwriteFile(SaveKind kind)
     // Deleted or moved away: written again at its path.
     if (!now.exists || now == diskStamp_)
         return true;
+    // Declined before and untouched since: autosave does not ask again.
+    if (kind == SaveKind::Automatic && declinedStamp_ && *declinedStamp_ == now)
+        return false;
     // Touched, copied back or restored from a backup: same bytes, nothing lost.
     QFile file(filePath_);
     if (file.open(QIODevice::ReadOnly) && qHash(file.readAll()) == diskHash_) {
         diskStamp_ = now;
         return true;
     }
-    if (kind == SaveKind::Automatic && declinedStamp_ && *declinedStamp_ == now)
-        return false;
 
     autosaveTimer_.stop();
     asking_ = true;
