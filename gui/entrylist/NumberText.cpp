@@ -1,5 +1,7 @@
 #include "entrylist/NumberText.h"
 
+#include "model/DecimalCommaText.h"
+
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -10,33 +12,12 @@ namespace saldo::gui {
 
 QString NumberText::format(float value)
 {
-    char buffer[64];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 2);
-    if (result.ec != std::errc())
-        return QString();
-    QString text = QString::fromLatin1(buffer, static_cast<int>(result.ptr - buffer));
-    text.replace(QLatin1Char('.'), QLatin1Char(','));
-    return text;
+    return QString::fromStdString(DecimalCommaText::fixed(value, 2));
 }
 
 QString NumberText::editable(float value)
 {
-    char buffer[128];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
-    if (result.ec != std::errc())
-        return format(value);
-    std::string text(buffer, result.ptr);
-    if (!std::isfinite(value))
-        return QString::fromStdString(text);
-    const auto point = text.find('.');
-    const std::size_t decimals = point == std::string::npos ? 0 : text.size() - point - 1;
-    if (point == std::string::npos)
-        text += '.';
-    for (std::size_t i = decimals; i < 2; ++i)
-        text += '0';
-    QString shown = QString::fromStdString(text);
-    shown.replace(QLatin1Char('.'), QLatin1Char(','));
-    return shown;
+    return QString::fromStdString(DecimalCommaText::editable(value));
 }
 
 float NumberText::parseLeading(const QString& text)
