@@ -4,6 +4,7 @@
 #include "model/Kategorien.h"
 
 #include <cstdint>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -59,6 +60,16 @@ inline EinnahmeList realisticLedger(std::size_t count)
         entries.push_back(Einnahme::restore(std::move(s)));
     }
     return entries;
+}
+
+// The realistic ledger of that size, made once per process and then shared.
+inline const EinnahmeList& cachedRealisticLedger(std::size_t count)
+{
+    static std::map<std::size_t, EinnahmeList> ledgers;
+    auto it = ledgers.find(count);
+    if (it == ledgers.end())
+        it = ledgers.emplace(count, realisticLedger(count)).first;
+    return it->second;
 }
 
 } // namespace saldo::bench

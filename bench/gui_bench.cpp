@@ -20,6 +20,8 @@
 #include <QTableView>
 #include <benchmark/benchmark.h>
 
+#include "RealisticLedger.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -31,33 +33,9 @@ namespace {
 using namespace saldo;
 using namespace saldo::gui;
 
-// Entries spread over one year with categories of the default chart, a third
-// of them expenses, amounts with cents, the usual three rates.
-EinnahmeList makeLedger(std::size_t count)
-{
-    static const std::vector<std::string> chart = Kategorien::defaultKategorien();
-    static const float rates[] = { 19.0f, 19.0f, 19.0f, 7.0f, 0.0f };
-    std::mt19937 rng(2025);
-    EinnahmeList list;
-    list.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        auto entry = Einnahme::make("Beleg " + std::to_string(i + 1), chart[rng() % chart.size()],
-            static_cast<float>(rng() % 300000) / 100.0f, rates[rng() % 5]);
-        entry->setArt(rng() % 3 == 0 ? kArtAusgabe : kArtEinnahme);
-        entry->setDatum(757382400.0 + static_cast<double>(rng() % 31536000u));  // 2025
-        entry->setRechnungsnummer("RE-" + std::to_string(rng() % 100000));
-        list.push_back(entry);
-    }
-    return list;
-}
-
 const EinnahmeList& ledgerOf(std::size_t count)
 {
-    static std::map<std::size_t, EinnahmeList> ledgers;
-    auto it = ledgers.find(count);
-    if (it == ledgers.end())
-        it = ledgers.emplace(count, makeLedger(count)).first;
-    return it->second;
+    return bench::cachedRealisticLedger(count);
 }
 
 void BM_OpenDocumentUntilPainted(benchmark::State& state)
@@ -141,7 +119,7 @@ BENCHMARK(BM_ScrollTablePage)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMilli
 int main(int argc, char** argv)
 {
     if (argc == 4 && std::strcmp(argv[1], "--write-ledger") == 0) {
-        const std::string bytes = LedgerFile::encode(makeLedger(std::strtoull(argv[2], nullptr, 10)));
+        const std::string bytes = LedgerFile::encode(bench::realisticLedger(std::strtoull(argv[2], nullptr, 10)));
         std::ofstream(argv[3], std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         return 0;
     }

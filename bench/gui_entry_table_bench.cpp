@@ -17,6 +17,8 @@
 #include <QUndoStack>
 #include <benchmark/benchmark.h>
 
+#include "RealisticLedger.h"
+
 #include <map>
 #include <random>
 
@@ -25,31 +27,9 @@ namespace {
 using namespace saldo;
 using namespace saldo::gui;
 
-EinnahmeList makeLedger(std::size_t count)
-{
-    static const std::vector<std::string> chart = Kategorien::defaultKategorien();
-    static const float rates[] = { 19.0f, 19.0f, 19.0f, 7.0f, 0.0f };
-    std::mt19937 rng(4711);
-    EinnahmeList list;
-    list.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        auto entry = Einnahme::make("Beleg " + std::to_string(i + 1), chart[rng() % chart.size()],
-            static_cast<float>(rng() % 300000) / 100.0f, rates[rng() % 5]);
-        entry->setArt(rng() % 3 == 0 ? kArtAusgabe : kArtEinnahme);
-        entry->setDatum(757382400.0 + static_cast<double>(rng() % 31536000u));
-        entry->setRechnungsnummer("RE-" + std::to_string(rng() % 100000));
-        list.push_back(entry);
-    }
-    return list;
-}
-
 const EinnahmeList& ledgerOf(std::size_t count)
 {
-    static std::map<std::size_t, EinnahmeList> ledgers;
-    auto it = ledgers.find(count);
-    if (it == ledgers.end())
-        it = ledgers.emplace(count, makeLedger(count)).first;
-    return it->second;
+    return bench::cachedRealisticLedger(count);
 }
 
 // Answers every confirmation with "OK".
