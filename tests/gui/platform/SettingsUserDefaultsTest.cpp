@@ -86,10 +86,11 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
 // with the default chart and keeps its own changes in memory.
 TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
 {
+    static const char kPngStart[] = "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x10\xff\xfe";
     QTemporaryDir dir;
     AutosaveStore::setFolder(dir.filePath(QStringLiteral("Autosave"))); // no recovery copies to offer
     const QByteArray damaged[] = {
-        QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x10\xff\xfe", 24),
+        QByteArray::fromRawData(kPngStart, sizeof kPngStart - 1),
         "[General]\nKategorien=@Variant(\\0\\0\\0\\x7f\\0\\0\\0\\x5)\n",
         "[ZuletztGeoeffnet]\nsize=1\n1=/tmp/a.saldo\n[General]\nKategorien=@Variant(kaputt)\n",
     };
