@@ -30,7 +30,7 @@ QString AutosaveStore::folder()
 {
     if (!replacedFolder().isEmpty())
         return replacedFolder();
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/Autosave");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Saldo/Autosave");
 }
 
 void AutosaveStore::setFolder(const QString& folder)

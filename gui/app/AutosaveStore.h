@@ -11,7 +11,7 @@ class QLockFile;
 namespace saldo::gui {
 
 // The folder where untitled documents with changes are kept safe against a
-// crash (in the application data folder: ~/.local/share/Saldo/Saldo/Autosave):
+// crash (in the application data folder: ~/.local/share/Saldo/Autosave):
 // one ledger file per untitled document, written a few seconds after its last change and removed when the
 // document is saved under a name or closed without saving. Each file has a
 // lock file beside it, held by the running program that writes it, so that a

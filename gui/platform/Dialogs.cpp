@@ -1,5 +1,7 @@
 #include "platform/Dialogs.h"
 
+#include "platform/DeleteConfirmation.h"
+
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
@@ -12,12 +14,9 @@ Dialogs* g_replacement = nullptr;
 
 bool Dialogs::confirmDelete(QWidget* parent, const QString& text)
 {
-    QMessageBox box(QMessageBox::Critical, QString(), text, QMessageBox::NoButton, parent);
-    QPushButton* ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
-    box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
-    box.setDefaultButton(ok);
-    box.exec();
-    return box.clickedButton() == ok;
+    DeleteConfirmation::Box alert = DeleteConfirmation::create(parent, text);
+    alert.box->exec();
+    return alert.box->clickedButton() == alert.ok;
 }
 
 bool Dialogs::confirm(QWidget* parent, const QString& text, const QString& informativeText, const QString& acceptTitle,
