@@ -1,5 +1,6 @@
 #include "entrylist/EntryLists.h"
 #include "entrylist/SearchOutcome.h"
+#include "core/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -17,15 +18,8 @@ EinnahmeList makeEntries(std::initializer_list<const char*> names)
     return list;
 }
 
-std::vector<std::string> namesOf(const EinnahmeList& list)
-{
-    std::vector<std::string> names;
-    for (const auto& e : list)
-        names.push_back(e->name());
-    return names;
-}
-
-using Names = std::vector<std::string>;
+using testing::Names;
+using testing::namesOf;
 
 TEST(EntryListsTest, StartingEntryAndAddingPlaceNewEntriesInBothLists)
 {

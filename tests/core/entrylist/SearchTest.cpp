@@ -2,6 +2,7 @@
 #include "entrylist/SearchMenu.h"
 #include "entrylist/SearchOutcome.h"
 #include "entrylist/SearchText.h"
+#include "core/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -11,26 +12,13 @@
 namespace saldo {
 namespace {
 
-using Names = std::vector<std::string>;
-
-std::vector<std::string> namesOf(const EinnahmeList& list)
-{
-    std::vector<std::string> names;
-    for (const auto& e : list)
-        names.push_back(e->name());
-    return names;
-}
+using testing::Names;
+using testing::namesOf;
 
 // Local midnights in Europe/Berlin (the tests' TZ), as seconds since 2001-01-01
 // UTC, computed with Python's zoneinfo.
 constexpr ReferenceSeconds k2017_07_01 = 520552800.0;
 constexpr ReferenceSeconds k2017_07_02 = 520639200.0;
-constexpr ReferenceSeconds k2017_03_26 = 512175600.0;
-constexpr ReferenceSeconds k2017_03_27 = 512258400.0;
-constexpr ReferenceSeconds k2017_10_29 = 530920800.0;
-constexpr ReferenceSeconds k2017_10_30 = 531010800.0;
-constexpr ReferenceSeconds k2017_12_31 = 536367600.0;
-constexpr ReferenceSeconds k2018_01_01 = 536454000.0;
 
 TEST(SearchTextTest, NumbersAreReadWholeInCNotationAsSinglePrecision)
 {
@@ -61,17 +49,18 @@ TEST(SearchTextTest, DaysAreReadStrictlyAsTwoTwoFourDigits)
              "31-04-2020", "01-07-0000", "0a-07-2017", "" })
         EXPECT_FALSE(SearchText::day(refused)) << refused;
 
-    const auto july = SearchText::localDay("01-07-2017");
-    ASSERT_TRUE(july);
-    EXPECT_EQ(july->start, k2017_07_01);
-    EXPECT_EQ(july->end, k2017_07_02);
     // Daylight-saving days last 23 and 25 hours; the year's last day ends at the next year.
-    EXPECT_EQ(SearchText::localDay("26-03-2017")->end, k2017_03_27);
-    EXPECT_EQ(SearchText::localDay("26-03-2017")->start, k2017_03_26);
-    EXPECT_EQ(SearchText::localDay("29-10-2017")->start, k2017_10_29);
-    EXPECT_EQ(SearchText::localDay("29-10-2017")->end, k2017_10_30);
-    EXPECT_EQ(SearchText::localDay("31-12-2017")->start, k2017_12_31);
-    EXPECT_EQ(SearchText::localDay("31-12-2017")->end, k2018_01_01);
+    struct Case {
+        const char* text;
+        ReferenceSeconds start, end;
+    };
+    for (const Case& c : { Case { "01-07-2017", k2017_07_01, k2017_07_02 }, Case { "26-03-2017", 512175600.0, 512258400.0 },
+             Case { "29-10-2017", 530920800.0, 531010800.0 }, Case { "31-12-2017", 536367600.0, 536454000.0 } }) {
+        const auto day = SearchText::localDay(c.text);
+        ASSERT_TRUE(day) << c.text;
+        EXPECT_EQ(day->start, c.start) << c.text;
+        EXPECT_EQ(day->end, c.end) << c.text;
+    }
 }
 
 TEST(SearchMenuTest, EveryModeOfTheMenuSelectsACondition)

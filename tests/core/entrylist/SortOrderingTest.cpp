@@ -1,6 +1,7 @@
 #include "entrylist/SortOrdering.h"
 #include "entrylist/EntryLists.h"
 #include "entrylist/SearchOutcome.h"
+#include "core/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -11,15 +12,8 @@
 namespace saldo {
 namespace {
 
-using Names = std::vector<std::string>;
-
-std::vector<std::string> namesOf(const EinnahmeList& list)
-{
-    std::vector<std::string> names;
-    for (const auto& e : list)
-        names.push_back(e->name());
-    return names;
-}
+using testing::Names;
+using testing::namesOf;
 
 Names sorted(EinnahmeList list, std::optional<std::string_view> key, bool ascending)
 {

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cstdlib>
 #include <ctime>
-#include <fstream>
 #include <sstream>
 #include <vector>
 
@@ -40,19 +39,6 @@ double parseDouble(const std::string& text)
 
 } // namespace
 
-std::string readFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    EXPECT_TRUE(in.good()) << "cannot read " << path;
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
-}
-
-std::string reportData(const std::string& name)
-{
-    return std::string(SALDO_TEST_DATA_DIR) + "/report/" + name;
-}
 
 EinnahmeList readEntriesTsv(const std::string& path)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/support/TestSupport.h"
 #include "model/Einnahme.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +9,6 @@
 
 namespace saldo::testing {
 
-// Whole file as bytes; fails the test when it cannot be read.
-std::string readFile(const std::string& path);
-
-// Path of a file in tests/data/report.
-std::string reportData(const std::string& name);
 
 // The entries of a ledger written by tests/data/report/reference_report.py as
 // tab-separated lines (art, kategorie, brutto, steuersatz, datum, both flags,

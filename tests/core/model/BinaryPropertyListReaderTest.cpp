@@ -60,7 +60,6 @@ TEST(BinaryPropertyListReaderTest, RefusesBytesThatAreNoPropertyList)
     ASSERT_EQ(LedgerFile::decode(good).size(), 1u);
     EXPECT_REFUSED(good.substr(0, 39), "too short");
     // Cutting the trailer short shifts every field of it.
-    EXPECT_REFUSED(good.substr(0, good.size() - 1), "");
     EXPECT_NE(refusal(good.substr(0, good.size() - 1)).rfind("accepted", 0), 0u);
     EXPECT_NE(refusal(good.substr(0, good.size() - 20)).rfind("accepted", 0), 0u);
 }
@@ -115,25 +114,14 @@ TEST(BinaryPropertyListReaderTest, RefusesLengthsAndReferencesBeyondTheData)
         b.refSize = 8;
         EXPECT_REFUSED(b.build(huge), "runs past the end");
     }
-    {
+    // A text and a dictionary far longer than the file, a length that is a real, an unknown marker.
+    for (const auto& [object, reason] : std::initializer_list<std::pair<std::string, const char*>> {
+             { BplistBuilder::join({ "\x5F\x13", BplistBuilder::bigEndian(UINT64_MAX, 8) }), "runs past the end" },
+             { BplistBuilder::join({ "\xDF\x12", BplistBuilder::bigEndian(0x7FFFFFFF, 4) }), "runs past the end" },
+             { "\x5F\x22", "length is not an integer" }, { "\x70", "unknown type marker 0x70" } }) {
         BplistBuilder b;
-        const std::size_t text = b.raw(BplistBuilder::join({ "\x5F\x13", BplistBuilder::bigEndian(UINT64_MAX, 8) }));
-        EXPECT_REFUSED(b.build(b.array({ text })), "runs past the end");
-    }
-    {
-        BplistBuilder b;
-        const std::size_t dict = b.raw(BplistBuilder::join({ "\xDF\x12", BplistBuilder::bigEndian(0x7FFFFFFF, 4) }));
-        EXPECT_REFUSED(b.build(b.array({ dict })), "runs past the end");
-    }
-    {
-        BplistBuilder b;
-        const std::size_t bad = b.raw("\x5F\x22"); // a length that is a real
-        EXPECT_REFUSED(b.build(b.array({ bad })), "length is not an integer");
-    }
-    {
-        BplistBuilder b;
-        const std::size_t unknown = b.raw("\x70");
-        EXPECT_REFUSED(b.build(b.array({ b.entry(), unknown })), "unknown type marker 0x70");
+        const std::size_t raw = b.raw(object);
+        EXPECT_REFUSED(b.build(b.array({ b.entry(), raw })), reason);
     }
     {
         BplistBuilder b;
@@ -242,18 +230,12 @@ TEST(BinaryPropertyListReaderTest, KeysMustBeStringsAndTheLastDuplicateWins)
 
 TEST(BinaryPropertyListReaderTest, RefusesStringsThatAreNotText)
 {
-    {
+    // A lone high surrogate at the end, a low one first, a high one before a letter.
+    for (const auto& [key, units] : { std::pair<std::string, std::vector<std::uint16_t>> { "name", { 0x0041, 0xD800 } },
+             { "art", { 0xDC00, 0x0041 } }, { "kategorie", { 0xD83D, 0x0041 } } }) {
         BplistBuilder b;
-        EXPECT_REFUSED(oneEntryFile(b, { { "name", b.utf16({ 0x0041, 0xD800 }) } }),
-            "key \"name\": string holds an unpaired UTF-16 surrogate");
-    }
-    {
-        BplistBuilder b;
-        EXPECT_REFUSED(oneEntryFile(b, { { "art", b.utf16({ 0xDC00, 0x0041 }) } }), "unpaired UTF-16 surrogate");
-    }
-    {
-        BplistBuilder b;
-        EXPECT_REFUSED(oneEntryFile(b, { { "kategorie", b.utf16({ 0xD83D, 0x0041 }) } }), "unpaired UTF-16 surrogate");
+        EXPECT_REFUSED(oneEntryFile(b, { { key, b.utf16(units) } }),
+            "key \"" + key + "\": string holds an unpaired UTF-16 surrogate");
     }
     {
         BplistBuilder b;

@@ -4,6 +4,8 @@
 // hex-encoded texts, float bit patterns and dates in whole microseconds.
 #include "model/LedgerFile.h"
 
+#include "core/support/TestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -105,37 +107,23 @@ void lines(const EinnahmeList& entries, int depth, std::string& out)
     }
 }
 
-class LedgerFilePythonInteropTest : public ::testing::Test {
+class LedgerFilePythonInteropTest : public testing::TempDirTest {
 protected:
     void SetUp() override
     {
         if (std::system("python3 -c 'import plistlib' >/dev/null 2>&1") != 0)
             GTEST_SKIP() << "python3 with plistlib is not installed";
-        char pattern[] = "/tmp/saldo-interop-XXXXXX";
-        ASSERT_NE(::mkdtemp(pattern), nullptr);
-        dir = pattern;
-    }
-    void TearDown() override
-    {
-        if (!dir.empty())
-            fs::remove_all(dir);
+        TempDirTest::SetUp();
     }
 
     std::string python(const char* script, const std::string& arguments)
     {
         const fs::path file = dir / "script.py";
         std::ofstream(file) << kCommon << script;
-        const std::string command = "python3 " + file.string() + " " + arguments;
-        FILE* pipe = ::popen(command.c_str(), "r");
-        std::string output;
-        char buffer[4096];
-        while (const std::size_t n = std::fread(buffer, 1, sizeof buffer, pipe))
-            output.append(buffer, n);
-        EXPECT_EQ(::pclose(pipe), 0) << output;
+        const auto [status, output] = testing::runCommand("python3 " + file.string() + " " + arguments);
+        EXPECT_EQ(status, 0) << output;
         return output;
     }
-
-    fs::path dir;
 };
 
 TEST_F(LedgerFilePythonInteropTest, PlistlibReadsWhatWeWriteWithEqualValues)

@@ -1,6 +1,8 @@
 // Round trips through our own writer and reader, and the atomic file write.
 #include "model/LedgerFile.h"
 
+#include "core/support/TestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -141,23 +143,8 @@ TEST(LedgerFileTest, WriterRefusesWhatNoReaderWouldAccept)
     loop->setChildTransactions({});
 }
 
-class LedgerFileWriteTest : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/saldo-ledger-XXXXXX";
-        ASSERT_NE(::mkdtemp(pattern), nullptr);
-        dir = pattern;
-    }
-    void TearDown() override { fs::remove_all(dir); }
-
-    static std::string contents(const fs::path& path)
-    {
-        std::ifstream in(path, std::ios::binary);
-        return { std::istreambuf_iterator<char>(in), {} };
-    }
-    fs::path dir;
-};
+using LedgerFileWriteTest = testing::TempDirTest;
+using testing::readFile;
 
 TEST_F(LedgerFileWriteTest, ReplacesTheFileAndKeepsItsPermissions)
 {
@@ -189,10 +176,10 @@ TEST_F(LedgerFileWriteTest, AFailedWriteLeavesTheOldFileIntact)
 {
     const fs::path file = dir / "Buchungen.saldo";
     LedgerFile::write(file.string(), { entry("alt", 1.0f, 19.0f, 1.0) });
-    const std::string before = contents(file);
+    const std::string before = readFile(file);
 
     EXPECT_THROW(LedgerFile::write(file.string(), { entry(std::string("\xFF"), 1.0f, 19.0f, 1.0) }), LedgerFileError);
-    EXPECT_EQ(contents(file), before);
+    EXPECT_EQ(readFile(file), before);
     EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 1);
 
     // A folder that is not there: the error names the file and the reason.
