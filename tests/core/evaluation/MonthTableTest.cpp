@@ -34,12 +34,8 @@ void expectSameMonthsAsTheCalendar(const char* tz, double from, double to, doubl
         for (double d : { -1.0, -0.5, -1e-6, 0.0, 1e-6, 0.5, 1.0 })
             probes.push_back(hi + d);
     }
-    int checked = 0;
-    for (double t : probes) {
+    for (double t : probes)
         EXPECT_EQ(table.monthOf(t), Calendar::monthOf(t)) << tz << " at " << t;
-        ++checked;
-    }
-    EXPECT_GT(checked, 100);
 }
 
 TEST(MonthTable, AgreesWithTheCalendarInZonesWithAwkwardMonthStarts)

@@ -13,7 +13,7 @@ TEST(DecimalCommaTextTest, FixedRoundsTheExactValueAndWritesAComma)
     EXPECT_EQ(DecimalCommaText::fixed(119.0f / (19.0f / 100.0f + 1.0f), 2), "100,00");
     EXPECT_EQ(DecimalCommaText::fixed(1234.5f, 2), "1234,50");
     EXPECT_EQ(DecimalCommaText::fixed(0.0f, 2), "0,00");
-    // 2.675f is 2.67499995..., so it rounds down; 0.125 is exact and rounds to even.
+    // 2.675f is 2.67499995..., so it rounds down.
     EXPECT_EQ(DecimalCommaText::fixed(2.675f, 2), "2,67");
     EXPECT_EQ(DecimalCommaText::fixed(-3.5f, 1), "-3,5");
 }
