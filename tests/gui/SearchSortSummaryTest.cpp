@@ -1,7 +1,5 @@
-// Finding and totalling entries in the window: the search field with its menu,
-// sorting by header clicks, and the selection summary beside the table. Driven
-// the way a user drives them: typing into the field, triggering menu items,
-// clicking header sections, selecting rows and editing a cell.
+// The search field with its menu, sorting by header clicks, and the selection
+// summary beside the table, driven as a user drives them.
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
@@ -73,9 +71,7 @@ protected:
         qtWarnings.warnings.removeIf([](const QString& text) { return text.contains("propagateSizeHints"); });
         EXPECT_TRUE(qtWarnings.warnings.isEmpty()) << qtWarnings.warnings.join('\n').toStdString();
     }
-    // Checks the model's contract through what follows. The tester reads
-    // cells, and every cell read posts "TableViewUpdated": not while posts
-    // are counted.
+    // The tester reads cells, and each read posts "TableViewUpdated": not while posts are counted.
     void testModel()
     {
         tester = std::make_unique<QAbstractItemModelTester>(
@@ -111,12 +107,6 @@ protected:
         for (const auto& entry : vc->einnahmen())
             amounts.push_back(entry->brutto());
         return amounts;
-    }
-    // What a click with the control key does.
-    void addToSelection(int row)
-    {
-        vc->tableView()->selectionModel()->setCurrentIndex(
-            vc->tableView()->model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
     static std::string engineReport(const EinnahmeList& entries)
     {
@@ -350,7 +340,7 @@ TEST_F(FindAndTotal, ASortUnderAFilterEndsWithTheNextFilterOrTheClearedField)
     EXPECT_EQ(header->sortIndicatorSection(), -1);
 }
 
-TEST_F(FindAndTotal, SelectionSummaryEvaluatesTheSelectedShownEntriesInRowOrder)
+TEST_F(FindAndTotal, SelectionSummaryEvaluatesTheSelectedShownEntriesInRowOrderAndFollowsCellEdits)
 {
     const auto entries = namedEntries({ "A", "B", "C", "D" });
     entries[1]->setBrutto(119.0f);
@@ -366,8 +356,8 @@ TEST_F(FindAndTotal, SelectionSummaryEvaluatesTheSelectedShownEntriesInRowOrder)
 
     // Rows selected from the bottom up are evaluated top down.
     vc->tableView()->selectRow(3);
-    addToSelection(0);
-    addToSelection(2);
+    addToSelection(vc, 0);
+    addToSelection(vc, 2);
     EXPECT_EQ(summaryText(), "Selektion: \n\n" + engineReport({ entries[0], entries[2], entries[3] }));
 
     vc->tableView()->clearSelection();
@@ -378,21 +368,13 @@ TEST_F(FindAndTotal, SelectionSummaryEvaluatesTheSelectedShownEntriesInRowOrder)
     ASSERT_EQ(vc->einnahmen().size(), 1u);
     vc->tableView()->selectRow(0);
     EXPECT_EQ(summaryText(), "Selektion: \n\n" + engineReport({ entries[2] }));
-}
 
-TEST_F(FindAndTotal, SelectionSummaryFollowsACellEditOfTheGrossAmount)
-{
-    const auto entries = namedEntries({ "A", "B" });
-    vc->setEntries(entries);
-    vc->tableView()->selectRow(0);
-    const std::string before = summaryText();
-
+    // A cell edit of the gross amount reaches the summary at once.
     QAbstractItemModel* model = vc->tableView()->model();
-    ASSERT_TRUE(model->setData(model->index(0, EntryColumn::Brutto), QStringLiteral("119"), Qt::EditRole));
-    EXPECT_EQ(entries[0]->brutto(), 119.0f);
-    EXPECT_NE(summaryText(), before);
-    EXPECT_EQ(summaryText(), "Selektion: \n\n" + engineReport({ entries[0] }));
-    EXPECT_NE(summaryText().find("119.00"), std::string::npos);
+    ASSERT_TRUE(model->setData(model->index(0, EntryColumn::Brutto), QStringLiteral("238"), Qt::EditRole));
+    EXPECT_EQ(entries[2]->brutto(), 238.0f);
+    EXPECT_EQ(summaryText(), "Selektion: \n\n" + engineReport({ entries[2] }));
+    EXPECT_NE(summaryText().find("238.00"), std::string::npos);
 }
 
 TEST_F(FindAndTotal, CtrlFFocusesTheSearchField)

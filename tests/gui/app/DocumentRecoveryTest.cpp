@@ -51,7 +51,6 @@ protected:
             document->entryList()->backupEinnahmen().back()->setName("Beleg " + std::to_string(i));
         }
         EXPECT_TRUE(document->autosaveTimer().isActive());
-        EXPECT_EQ(document->autosaveTimer().interval(), 3000);
         QMetaObject::invokeMethod(&document->autosaveTimer(), "timeout");
         return document;
     }

@@ -5,11 +5,11 @@
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "entrylist/ViewController.h"
+#include "gui/entrylist/EntryListTestSupport.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
 #include "gui/support/Unprivileged.h"
 #include "model/LedgerFile.h"
-#include "platform/Diagnostics.h"
 #include "platform/UserDefaults.h"
 
 #include <QFile>
@@ -29,6 +29,7 @@ namespace {
 
 using testing::decodeFile;
 using testing::encoded;
+using testing::namesOf;
 using testing::readBytes;
 using testing::sampleEntries;
 using testing::ScriptedDialogs;
@@ -36,31 +37,14 @@ using testing::Unprivileged;
 using testing::writeBytes;
 using Choice = Dialogs::FileChangedChoice;
 
-std::vector<std::string> namesOf(const EinnahmeList& entries)
-{
-    std::vector<std::string> names;
-    for (const EinnahmePtr& entry : entries)
-        names.push_back(entry->name());
-    return names;
-}
-
 class DocumentSafetyTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(dir.isValid());
-        previousSink = setDiagnosticSink([](const std::string&) {});
-    }
-    void TearDown() override { setDiagnosticSink(previousSink); }
+    void SetUp() override { ASSERT_TRUE(dir.isValid()); }
 
     std::unique_ptr<Document> openedDocument(int count)
     {
         path = dir.filePath(QStringLiteral("Kasse.saldo"));
-        EXPECT_TRUE(writeBytes(path, encoded(sampleEntries(count))));
-        auto document = std::make_unique<Document>(defaults);
-        EXPECT_TRUE(document->readFromFile(path));
-        document->makeWindowControllers();
-        return document;
+        return testing::openedDocument(defaults, path, count);
     }
 
     static void autosaveNow(Document& document)
@@ -73,7 +57,7 @@ protected:
     QTemporaryDir dir;
     QString path;
     ScriptedDialogs dialogs;
-    DiagnosticSink previousSink;
+    testing::DiagnosticRecorder quiet;
 };
 
 // A cause that makes every save fail while it is in place.

@@ -1,6 +1,4 @@
-// Adding, duplicating and deleting entries from the entry list, with the
-// deletion's undo and redo on the document's undo stack. Confirmations are
-// answered by a scripted dialog.
+// Adding, duplicating and deleting entries, with the deletion's undo and redo.
 #include "app/SplitViewController.h"
 #include "editors/DetailViewController.h"
 #include "entrylist/ViewController.h"
@@ -37,14 +35,6 @@ protected:
         entries = namedEntries(names);
         vc->setEntries(entries);
     }
-    std::vector<int> selectedRows() const
-    {
-        std::vector<int> rows;
-        for (const QModelIndex& index : vc->tableView()->selectionModel()->selectedRows())
-            rows.push_back(index.row());
-        std::sort(rows.begin(), rows.end());
-        return rows;
-    }
     void select(std::initializer_list<int> rows)
     {
         QItemSelectionModel* selection = vc->tableView()->selectionModel();
@@ -76,7 +66,7 @@ TEST_F(ListCommands, AddingAppendsANewEntryToBothListsAndSelectsItAlone)
     EXPECT_EQ(added->steuersatz(), 0.0f);
     EXPECT_EQ(added->kategorie(), "");
     EXPECT_EQ(vc->backupEinnahmen().back(), added);
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 3 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 3 }));
     EXPECT_EQ(vc->selectedEinnahme(), added);
     EXPECT_EQ(split->detailViewController()->selectedEinnahme(), added);
     EXPECT_EQ(changes->count(), 1);
@@ -91,19 +81,19 @@ TEST_F(ListCommands, DuplicatePlacesTheCopyAfterItsSourceButAtTheEndOfTheComplet
     EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "B", "B Kopie", "C" }));
     EXPECT_EQ(namesOf(vc->backupEinnahmen()), std::vector<std::string>({ "A", "B", "C", "B Kopie" }));
     EXPECT_EQ(vc->einnahmen()[2], vc->backupEinnahmen()[3]);
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 2 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 2 }));
     EXPECT_EQ(changes->count(), 1);
 
     // Nothing selected: the last row is duplicated.
     vc->tableView()->clearSelection();
     vc->duplicateEntry();
     EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "B", "B Kopie", "C", "C Kopie" }));
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 4 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 4 }));
 
     // The row action duplicates its own row, whatever is selected.
     vc->duplicateRow(0);
     EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "A Kopie", "B", "B Kopie", "C", "C Kopie" }));
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 1 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 1 }));
     EXPECT_EQ(changes->count(), 3);
 
     // An empty table has nothing to duplicate.
@@ -131,7 +121,7 @@ TEST_F(ListCommands, DeletionAsksThenUndoAppendsInRecordOrderAndRedoRemovesTheSa
     const EinnahmeList afterDelete = { entries[0], entries[2], entries[4], twin };
     EXPECT_EQ(vc->einnahmen(), afterDelete);
     EXPECT_EQ(vc->backupEinnahmen(), afterDelete);
-    EXPECT_TRUE(selectedRows().empty());
+    EXPECT_TRUE(selectedRows(vc).empty());
     EXPECT_EQ(vc->selectedEinnahme(), nullptr);
     EXPECT_EQ(split->detailViewController()->boxOpacity(), 0.0);
     ASSERT_EQ(undoStack.count(), 1);
@@ -142,7 +132,7 @@ TEST_F(ListCommands, DeletionAsksThenUndoAppendsInRecordOrderAndRedoRemovesTheSa
     const EinnahmeList afterUndo = { entries[0], entries[2], entries[4], twin, entries[3], entries[1] };
     EXPECT_EQ(vc->einnahmen(), afterUndo);
     EXPECT_EQ(vc->backupEinnahmen(), afterUndo);
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 4, 5 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 4, 5 }));
     EXPECT_EQ(undoStack.redoText(), "Loeschen");
 
     undoStack.redo();
@@ -172,7 +162,7 @@ TEST_F(ListCommands, ManyScatteredRowsAreDeletedAndRestoredAsOneStep)
     EXPECT_EQ(vc->einnahmen(), even);
     EXPECT_EQ(vc->backupEinnahmen(), even);
     EXPECT_EQ(vc->tableView()->model()->rowCount(), 12);
-    EXPECT_TRUE(selectedRows().empty());
+    EXPECT_TRUE(selectedRows(vc).empty());
 
     undoStack.undo();
     restored = even;
@@ -183,7 +173,7 @@ TEST_F(ListCommands, ManyScatteredRowsAreDeletedAndRestoredAsOneStep)
     std::vector<int> lastTwelve;
     for (int row = 12; row < 24; ++row)
         lastTwelve.push_back(row);
-    EXPECT_EQ(selectedRows(), lastTwelve);
+    EXPECT_EQ(selectedRows(vc), lastTwelve);
 
     undoStack.redo();
     EXPECT_EQ(vc->einnahmen(), even);
@@ -225,7 +215,7 @@ TEST_F(ListCommands, RefusedOrEmptyDeletionChangesNothing)
     EXPECT_EQ(vc->einnahmen(), entries);
     EXPECT_EQ(vc->backupEinnahmen(), entries);
     EXPECT_EQ(undoStack.count(), 0);
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 1 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 1 }));
 
     // Nothing selected: not even a question.
     vc->tableView()->clearSelection();
@@ -242,11 +232,11 @@ TEST_F(ListCommands, TheRowActionDeletesItsRowAndLeavesTheSelectionOnItsEntry)
     vc->deleteRow(1);
     EXPECT_EQ(dialogs.asked, QStringList({ "Moechten Sie 1 Eintrag loeschen?" }));
     EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "C", "D" }));
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 2 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 2 }));
     EXPECT_EQ(vc->selectedEinnahme(), entries[3]);
     undoStack.undo();
     EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "C", "D", "B" }));
-    EXPECT_EQ(selectedRows(), std::vector<int>({ 3 }));
+    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 3 }));
 }
 
 TEST_F(ListCommands, UndoAfterTheWindowClosedDoesNothing)

@@ -59,11 +59,7 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
                             "Kategorien=42\n"
                             "[Zaehlung]\nsize=3\n1=a\n2=b\n"
                             "[Unsinn]\nsize=viele\n1=a\n";
-    {
-        QFile out(file);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(text);
-    }
+    ASSERT_TRUE(testing::writeBytes(file, text));
     SettingsUserDefaults defaults(file);
     EXPECT_TRUE(defaults.hasValue(Kategorien::kKey));
     EXPECT_EQ(defaults.stringArray(Kategorien::kKey), std::nullopt);
@@ -75,9 +71,7 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
     EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien());
     Kategorien::storeDefaultKategorienIfMissing(defaults);
     defaults.settings().sync();
-    QFile in(file);
-    ASSERT_TRUE(in.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(in.readAll().contains("Kategorien=42"));
+    EXPECT_TRUE(testing::readBytes(file).contains("Kategorien=42"));
 }
 
 // A settings file that QSettings cannot read completely would be written back
@@ -97,11 +91,7 @@ TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
     int n = 0;
     for (const QByteArray& bytes : damaged) {
         const QString file = dir.filePath(QStringLiteral("Saldo%1.conf").arg(++n));
-        {
-            QFile out(file);
-            ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-            out.write(bytes);
-        }
+        ASSERT_TRUE(testing::writeBytes(file, bytes));
         {
             testing::ScriptedDialogs dialogs;
             SettingsUserDefaults defaults(file);
@@ -125,9 +115,7 @@ TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
             defaults.settings().sync();
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QFile in(file);
-        ASSERT_TRUE(in.open(QIODevice::ReadOnly));
-        EXPECT_EQ(in.readAll(), bytes) << n;
+        EXPECT_EQ(testing::readBytes(file), bytes) << n;
     }
 
     AutosaveStore::setFolder(QString());

@@ -1,11 +1,16 @@
 #pragma once
 
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
 #include "model/Einnahme.h"
 #include "model/LedgerFile.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <gtest/gtest.h>
+
+#include <memory>
 
 #include <string>
 
@@ -48,6 +53,26 @@ inline EinnahmeList decodeFile(const QString& path)
 {
     const QByteArray bytes = readBytes(path);
     return LedgerFile::decode(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+}
+
+// A document opened from a file at `path` of `count` sample entries, window made.
+inline std::unique_ptr<Document> openedDocument(UserDefaults& defaults, const QString& path, int count)
+{
+    EXPECT_TRUE(writeBytes(path, encoded(sampleEntries(count))));
+    auto document = std::make_unique<Document>(defaults);
+    EXPECT_TRUE(document->readFromFile(path));
+    document->makeWindowControllers();
+    return document;
+}
+
+// A document read from `count` sample entries, its window shown.
+inline std::unique_ptr<Document> shownDocument(UserDefaults& defaults, int count)
+{
+    auto document = std::make_unique<Document>(defaults);
+    EXPECT_TRUE(document->readFromData(encoded(sampleEntries(count))));
+    document->makeWindowControllers();
+    document->windowController()->show();
+    return document;
 }
 
 }  // namespace saldo::gui::testing
