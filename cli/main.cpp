@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 #include <string>
 #include <vector>
 
@@ -74,7 +75,7 @@ int run(const std::vector<std::string>& args)
     if (args.size() != wanted)
         return usageError(command + (wanted == 3 ? " takes two files, IN and OUT" : " takes one FILE"));
 
-    const EinnahmeList entries = saldo::LedgerFile::read(args[1]);
+    EinnahmeList entries = saldo::LedgerFile::read(args[1]);
     if (command == "dump") {
         if (!saldo::cli::EntryDump::write(entries, stdout))
             return finishOutput();
@@ -85,7 +86,7 @@ int run(const std::vector<std::string>& args)
         saldo::LedgerFile::write(args[2], entries);
     } else {
         saldo::CalcEngine& engine = saldo::sharedCalcEngine();
-        engine.calculate(entries);
+        engine.calculate(std::move(entries));  // the last use: no copy of the list
         const std::string& text = engine.ergebnisString();
         std::fwrite(text.data(), 1, text.size(), stdout);
     }
