@@ -4,9 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cerrno>
 #include <chrono>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -56,36 +55,51 @@ TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
     ASSERT_NE(largeBytes, smallBytes);
     LedgerFile::write(path.string(), small);
 
-    // The kills fall anywhere within three save cycles, measured here, so that
-    // both contents get completed whatever the disk's speed.
-    const auto cycleStart = std::chrono::steady_clock::now();
-    LedgerFile::write(path.string(), large);
-    LedgerFile::write(path.string(), small);
-    const auto cycle = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - cycleStart);
-    const int maxDelay = static_cast<int>(std::clamp<std::int64_t>(cycle.count() * 3, 3000, 150000));
+    // The child announces each save on a pipe before it begins; the parent kills
+    // it a random moment after the start of a random one of its first saves, so
+    // the kills fall into every phase of a save, whatever the disk's speed.
     std::mt19937 rng(20261123u);
-    std::uniform_int_distribution<int> delayMicros(0, maxDelay);
+    std::uniform_int_distribution<int> saveNumber(1, 4);
+    std::uniform_int_distribution<int> delayMicros(0, 5000);
     constexpr int kKills = 200;
     int sawLarge = 0;
     int sawSmall = 0;
     for (int round = 0; round < kKills; ++round) {
+        int announce[2];
+        ASSERT_EQ(::pipe(announce), 0);
         const pid_t child = ::fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
             // Save the two contents in turn until killed.
-            for (;;) {
+            ::close(announce[0]);
+            for (unsigned n = 0;; ++n) {
+                const char marker = 's';
+                if (::write(announce[1], &marker, 1) != 1)
+                    ::_exit(4);
                 try {
-                    LedgerFile::write(path.string(), large);
-                    LedgerFile::write(path.string(), small);
+                    LedgerFile::write(path.string(), n % 2 == 0 ? large : small);
                 } catch (...) {
                     ::_exit(3);
                 }
             }
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(delayMicros(rng)));
+        ::close(announce[1]);
+        const int waitFor = saveNumber(rng);
+        for (int started = 0; started < waitFor;) {
+            char marker;
+            const ssize_t got = ::read(announce[0], &marker, 1);
+            if (got == 1)
+                ++started;
+            else if (got == 0 || errno != EINTR)
+                break;
+        }
+        // Half of the kills come at once, before the announced save can finish.
+        if (rng() % 2 == 0)
+            std::this_thread::sleep_for(std::chrono::microseconds(delayMicros(rng)));
         ASSERT_EQ(::kill(child, SIGKILL), 0);
         int status = 0;
         ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ::close(announce[0]);
         ASSERT_TRUE(WIFSIGNALED(status)) << "the saving child stopped by itself in round " << round;
 
         const std::string bytes = readAll(path);
