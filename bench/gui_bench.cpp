@@ -20,6 +20,8 @@
 #include <QTableView>
 #include <benchmark/benchmark.h>
 
+#include "GuiBenchMain.h"
+
 #include "RealisticLedger.h"
 
 #include <cstdlib>
@@ -123,11 +125,5 @@ int main(int argc, char** argv)
         std::ofstream(argv[3], std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         return 0;
     }
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    Q_INIT_RESOURCE(saldo);
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runGuiBenchmarks(argc, argv);
 }

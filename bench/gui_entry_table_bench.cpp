@@ -17,6 +17,8 @@
 #include <QUndoStack>
 #include <benchmark/benchmark.h>
 
+#include "GuiBenchMain.h"
+
 #include "RealisticLedger.h"
 
 #include <map>
@@ -156,11 +158,5 @@ BENCHMARK(BM_GrossEditInCell)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicro
 
 int main(int argc, char** argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    Q_INIT_RESOURCE(saldo);
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runGuiBenchmarks(argc, argv);
 }

@@ -18,6 +18,8 @@
 #include <QTableView>
 #include <benchmark/benchmark.h>
 
+#include "GuiBenchMain.h"
+
 #include <map>
 #include <random>
 
@@ -135,11 +137,5 @@ BENCHMARK(BM_HeaderClick)
 
 int main(int argc, char** argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    Q_INIT_RESOURCE(saldo);
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runGuiBenchmarks(argc, argv);
 }
