@@ -5,8 +5,11 @@
 #include "model/Utf16.h"
 
 #include <array>
+#include <atomic>
 #include <bit>
 #include <cstring>
+#include <system_error>
+#include <thread>
 
 namespace saldo {
 
@@ -79,14 +82,61 @@ BinaryPropertyListReader::BinaryPropertyListReader(std::string_view bytes)
 EinnahmeList BinaryPropertyListReader::readEntries()
 {
     readTrailer();
-    state_.assign(objectCount_, 0);
-    // Every entry costs about its size in memory; a file that does not share
-    // objects stays far below this, one that shares them a million times does not.
-    budget_ = size_ < (std::uint64_t(1) << 58) ? 16 * std::uint64_t(size_) + (1u << 20) : UINT64_MAX;
     const Head root = head(topObject_);
     if ((root.marker >> 4) != 0xA)
         fail(std::string("root is ") + typeName(root.marker) + ", not an array");
+    // Every entry costs about its size in memory; a file that does not share
+    // objects stays far below this, one that shares them a million times does not.
+    const std::uint64_t budget = size_ < (std::uint64_t(1) << 58) ? 16 * std::uint64_t(size_) + (1u << 20) : UINT64_MAX;
+    EinnahmeList list;
+    if (root.count >= kSplitFrom && std::thread::hardware_concurrency() >= 2 && readInTwo(root, budget, list))
+        return list;
+    path_ = LedgerEntryPath();
+    state_.assign(objectCount_, 0);
+    budget_ = budget;
     return readEntryArray(topObject_);
+}
+
+// Both halves are decoded exactly as one pass decodes them, each charging its
+// own half of the budget: when both succeed, one pass succeeds with the same
+// entries; otherwise the caller decodes again in one pass for the exact result.
+bool BinaryPropertyListReader::readInTwo(const Head& root, std::uint64_t budget, EinnahmeList& list)
+{
+    const std::uint64_t half = root.count / 2;
+    list.resize(static_cast<std::size_t>(root.count));
+    std::atomic<bool> abandoned { false };
+    auto pass = [&](BinaryPropertyListReader& reader, std::uint64_t begin, std::uint64_t end) {
+        try {
+            reader.abandoned_ = &abandoned;
+            reader.state_.assign(objectCount_, 0);
+            reader.budget_ = budget / 2;
+            reader.enter(topObject_);
+            reader.charge(8 * (end - begin) + 16);
+            reader.readEntryRange(root, begin, end, list.data());
+            return !abandoned.load();
+        } catch (...) {
+            // Whatever went wrong, the single pass meets it again and reports it.
+            abandoned = true;
+            return false;
+        }
+    };
+    BinaryPropertyListReader second(std::string_view(reinterpret_cast<const char*>(data_), size_));
+    second.readTrailer();
+    bool secondDone = false;
+    std::thread worker;
+    try {
+        worker = std::thread([&] { secondDone = pass(second, half, root.count); });
+    } catch (const std::system_error&) {
+        list = EinnahmeList();
+        return false;
+    }
+    const bool firstDone = pass(*this, 0, half);
+    worker.join();
+    abandoned_ = nullptr;
+    if (firstDone && secondDone)
+        return true;
+    list = EinnahmeList();
+    return false;
 }
 
 void BinaryPropertyListReader::readTrailer()
@@ -218,16 +268,23 @@ EinnahmeList BinaryPropertyListReader::readEntryArray(std::uint64_t object)
     const Head h = head(object);
     enter(object);
     charge(8 * h.count + 16);
-    EinnahmeList list;
-    list.reserve(static_cast<std::size_t>(h.count));
-    path_.push(0);
-    for (std::uint64_t i = 0; i < h.count; ++i) {
-        path_.setLast(i + 1);
-        list.push_back(readEntry(refAt(h.payload + static_cast<std::size_t>(i) * refSize_)));
-    }
-    path_.pop();
+    EinnahmeList list(static_cast<std::size_t>(h.count));
+    readEntryRange(h, 0, h.count, list.data());
     leave(object);
     return list;
+}
+
+void BinaryPropertyListReader::readEntryRange(
+    const Head& array, std::uint64_t begin, std::uint64_t end, EinnahmePtr* out)
+{
+    path_.push(0);
+    for (std::uint64_t i = begin; i < end; ++i) {
+        if (abandoned_ && abandoned_->load(std::memory_order_relaxed)) [[unlikely]]
+            break;
+        path_.setLast(i + 1);
+        out[i] = readEntry(refAt(array.payload + static_cast<std::size_t>(i) * refSize_));
+    }
+    path_.pop();
 }
 
 EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
@@ -251,7 +308,7 @@ EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
     if (seen != LedgerEntryPath::kAllKeysMask)
         fail("key \"" + std::string(LedgerEntryPath::firstMissingKey(seen)) + "\" missing");
     leave(object);
-    return Einnahme::restore(std::move(stored));
+    return arena_.make(std::move(stored));
 }
 
 int BinaryPropertyListReader::keyIndexOf(std::uint64_t object)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "model/Einnahme.h"
+#include "model/EntryArena.h"
 #include "model/LedgerEntryPath.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -23,11 +25,19 @@ namespace saldo {
 // the values of keys other than the twelve) are skipped unread. Any fault
 // throws LedgerFileError naming what was wrong and where; nothing partial is
 // returned.
+//
+// A long top-level list is decoded by two threads, one half each, every
+// thread with its own object states and half the budget. When either half
+// fails, the whole list is decoded again by one thread, so the error (and
+// whether there is one) is exactly the one a single pass reports.
 class BinaryPropertyListReader {
 public:
     explicit BinaryPropertyListReader(std::string_view bytes);
 
     EinnahmeList readEntries();
+
+    // Top-level lists at least this long are decoded by two threads.
+    static constexpr std::uint64_t kSplitFrom = 8192;
 
 private:
     // The decoded head of one object: its marker, its element count or length,
@@ -39,11 +49,14 @@ private:
     };
 
     void readTrailer();
+    bool readInTwo(const Head& root, std::uint64_t budget, EinnahmeList& list);
     Head head(std::uint64_t object) const;
     Head headAt(std::uint64_t object, std::uint64_t offset) const;
     std::uint64_t refAt(std::size_t position) const;
 
     EinnahmeList readEntryArray(std::uint64_t object);
+    // Decodes the entries [begin, end) of an array into out[begin, end).
+    void readEntryRange(const Head& array, std::uint64_t begin, std::uint64_t end, EinnahmePtr* out);
     EinnahmePtr readEntry(std::uint64_t object);
     void readValue(int key, std::uint64_t object, Einnahme::Stored& stored);
     int keyIndexOf(std::uint64_t object);
@@ -73,6 +86,8 @@ private:
     std::vector<std::uint8_t> state_; // one byte per object
     std::uint64_t budget_ = 0;
     LedgerEntryPath path_;
+    EntryArena arena_;
+    const std::atomic<bool>* abandoned_ = nullptr; // set when the other half has failed
 };
 
 } // namespace saldo

@@ -3,6 +3,8 @@
 // what was wrong.
 #include "model/LedgerFile.h"
 
+#include "model/BinaryPropertyListReader.h"
+
 #include "BplistBuilder.h"
 
 #include <gtest/gtest.h>
@@ -320,6 +322,74 @@ TEST(BinaryPropertyListReaderTest, AcceptsOtherNumberFormsAndDropsExtraKeys)
     EXPECT_EQ(again.find("netto"), std::string::npos);
     EXPECT_EQ(again.find("extra"), std::string::npos);
     EXPECT_REFUSED(b.build(b.array({ e })), "integer out of range");
+}
+
+// A list long enough to be read in two halves: every entry its own dictionary
+// of shared values, `special` replacing values of entries by position from 0.
+// The builder's objects are kept, so a test can still change them.
+using EntryValues = std::map<std::string, std::optional<std::size_t>>;
+std::size_t longList(BplistBuilder& b, const std::map<std::size_t, EntryValues>& special)
+{
+    b.refSize = 3;
+    b.offsetSize = 4;
+    EntryValues shared;
+    for (const char* key : { "name", "kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU", "brutto",
+             "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions" })
+        shared[key] = b.defaultValue(key);
+    std::vector<std::size_t> refs;
+    for (std::size_t i = 0; i < BinaryPropertyListReader::kSplitFrom + 2; ++i) {
+        EntryValues values = shared;
+        if (const auto found = special.find(i); found != special.end()) {
+            for (const auto& [key, value] : found->second)
+                values[key] = value;
+        }
+        refs.push_back(b.entry(values));
+    }
+    return b.array(refs);
+}
+
+TEST(BinaryPropertyListReaderTest, LongListsReadInTwoHalvesFailExactlyAsInOnePass)
+{
+    const std::size_t count = BinaryPropertyListReader::kSplitFrom + 2;
+    const std::string last = "entry " + std::to_string(count);
+    {
+        BplistBuilder b;
+        const std::size_t root = longList(b, { { count - 1, { { "art", std::nullopt } } } });
+        EXPECT_EQ(refusal(b.build(root)), last + ": key \"art\" missing");
+    }
+    {
+        // Faults in both halves: the first in list order is the one named.
+        BplistBuilder b;
+        const std::size_t root
+            = longList(b, { { 4, { { "name", std::nullopt } } }, { count - 1, { { "art", std::nullopt } } } });
+        EXPECT_EQ(refusal(b.build(root)), "entry 5: key \"name\" missing");
+    }
+    {
+        // A split booking in the second half that holds its own parent.
+        BplistBuilder b;
+        const std::size_t children = b.array({});
+        const std::size_t root = longList(b, { { count - 2, { { "childTransactions", children } } } });
+        // Entries are made in list order, each one object, right before the root array.
+        b.replace(children, BplistBuilder::join({ "\xA1", b.ref(root - 2) }));
+        EXPECT_EQ(refusal(b.build(root)), "entry " + std::to_string(count - 1) + " (child 1): reference cycle: object "
+                + std::to_string(root - 2) + " contains itself");
+    }
+    {
+        // 120 entries of the second half share one name of 60,000 characters:
+        // that half alone reads more than half of what sharing may cost in all
+        // (16 times the file size), the whole list less than all of it. The
+        // list is read, as in one pass.
+        BplistBuilder b;
+        const std::size_t longName = b.ascii(std::string(60'000, 'x'));
+        std::map<std::size_t, EntryValues> special;
+        for (std::size_t i = count - 120; i < count; ++i)
+            special[i] = { { "name", longName } };
+        const std::string bytes = b.build(longList(b, special));
+        const EinnahmeList entries = LedgerFile::decode(bytes);
+        ASSERT_EQ(entries.size(), count);
+        EXPECT_EQ(entries[count - 120]->name().size(), 60'000u);
+        EXPECT_EQ(entries[count - 121]->name(), "Miete");
+    }
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // Round trips through our own writer and reader, and the atomic file write.
 #include "model/LedgerFile.h"
 
+#include "model/BinaryPropertyListReader.h"
+
 #include "core/support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -99,11 +101,14 @@ TEST(LedgerFileTest, EmptyAndLargeListsRoundTrip)
 {
     EXPECT_TRUE(LedgerFile::decode(LedgerFile::encode({})).empty());
 
-    // Before sharing equal values the count (7000 x 11 objects) would need
-    // three-byte references; shared, it is 14 + 7000 x 5 + 5 = 35019 objects,
-    // so the references are narrowed to two bytes.
+    // Long enough to be decoded by two threads, each half into its place.
+    // Before sharing equal values the count (11 objects per entry) would need
+    // three-byte references; shared, it is 14 + 5 per entry + 5, so the
+    // references are narrowed to two bytes.
+    const auto count = static_cast<int>(BinaryPropertyListReader::kSplitFrom + 7);
+    ASSERT_LT(14 + 5 * count + 5, 1 << 16);
     EinnahmeList many;
-    for (int i = 0; i < 7000; ++i)
+    for (int i = 0; i < count; ++i)
         many.push_back(entry("Eintrag " + std::to_string(i), static_cast<float>(i) / 3.0f, 19.0f, i * 86400.25));
     const std::string bytes = LedgerFile::encode(many);
     EXPECT_EQ(static_cast<unsigned char>(bytes[bytes.size() - 25]), 2u) << "object reference size";
