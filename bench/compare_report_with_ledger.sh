@@ -53,19 +53,20 @@ print(f"journal: {count} transactions", file=sys.stderr)
 PY
     ledger -f "$journal" bal >/dev/null  # the journal must parse
 
-    runs=10
-    [[ $n -ge 1000000 ]] && runs=3
+    # ledger takes some 20 s at a million entries: fewer runs of it there.
+    ledger_runs=10
+    [[ $n -ge 1000000 ]] && ledger_runs=3
     echo "== $n entries"
-    hyperfine --style basic --warmup 1 --runs "$runs" --export-json "$work/times-$n.json" \
-        -n "saldo-cli report" "$cli report $file >/dev/null" \
+    hyperfine --style basic --warmup 1 --runs 15 --export-json "$work/saldo-$n.json" \
+        -n "saldo-cli report" "$cli report $file >/dev/null"
+    hyperfine --style basic --warmup 1 --runs "$ledger_runs" --export-json "$work/ledger-$n.json" \
         -n "ledger reg -M" "ledger -f $journal reg -M >/dev/null"
-    /usr/bin/python3 - "$work/times-$n.json" "$n" <<'PY'
+    /usr/bin/python3 - "$work/saldo-$n.json" "$work/ledger-$n.json" "$n" <<'PY'
 import json
 import sys
 
-results = {r["command"]: r["median"] for r in json.load(open(sys.argv[1]))["results"]}
-saldo, ledger = results["saldo-cli report"], results["ledger reg -M"]
-print(f"medians at {sys.argv[2]} entries: saldo-cli report {saldo * 1000:.1f} ms, "
+saldo, ledger = (json.load(open(path))["results"][0]["median"] for path in sys.argv[1:3])
+print(f"medians at {sys.argv[3]} entries: saldo-cli report {saldo * 1000:.1f} ms, "
       f"ledger reg -M {ledger * 1000:.1f} ms, ratio {ledger / saldo:.1f}x")
 PY
 done
