@@ -4,6 +4,7 @@
 #include "model/Utf16.h"
 
 #include <bit>
+#include <cstring>
 
 namespace saldo {
 
@@ -23,6 +24,33 @@ unsigned bytesFor(std::uint64_t value)
     while (bytes < 8 && (value >> (8 * bytes)) != 0)
         ++bytes;
     return bytes;
+}
+
+// A 64-bit hash of a value's bytes, eight at a time (values are short: a
+// marker and a few to a few dozen bytes).
+std::uint64_t hashBytes(std::string_view bytes)
+{
+    auto mix = [](std::uint64_t x) {
+        x ^= x >> 32;
+        x *= 0xD6E8FEB86659FD93ull;
+        x ^= x >> 32;
+        x *= 0xD6E8FEB86659FD93ull;
+        return x ^ (x >> 32);
+    };
+    std::uint64_t h = 0x9E3779B97F4A7C15ull * (bytes.size() + 1);
+    const char* p = bytes.data();
+    std::size_t n = bytes.size();
+    for (; n >= 8; p += 8, n -= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, 8);
+        h = mix(h ^ word);
+    }
+    if (n > 0) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, p, n);
+        h = mix(h ^ word);
+    }
+    return h;
 }
 
 bool isAscii(std::string_view text)
@@ -206,22 +234,18 @@ std::uint64_t BinaryPropertyListWriter::beginObject()
     return offsets_.size() - 1;
 }
 
-std::string_view BinaryPropertyListWriter::objectBytes(std::uint64_t object) const
-{
-    const std::size_t begin = offsets_[object];
-    const std::size_t end = object + 1 < offsets_.size() ? offsets_[object + 1] : out_.size();
-    return std::string_view(out_).substr(begin, end - begin);
-}
-
 std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start)
 {
     const std::string_view value = std::string_view(out_).substr(start);
+    const std::uint64_t hash = hashBytes(value);
     if (shared_.empty())
-        shared_.assign(1024, 0);
+        shared_.resize(1024);
     std::size_t mask = shared_.size() - 1;
-    std::size_t slot = std::hash<std::string_view> {}(value)&mask;
-    for (; shared_[slot] != 0; slot = (slot + 1) & mask) {
-        const std::uint64_t object = shared_[slot] - 1;
+    std::size_t slot = static_cast<std::size_t>(hash) & mask;
+    for (; shared_[slot].object != 0; slot = (slot + 1) & mask) {
+        if (shared_[slot].hash != hash)
+            continue;
+        const std::uint64_t object = shared_[slot].object - 1;
         // The last object ends where the new value starts.
         const std::size_t begin = offsets_[object];
         const std::size_t end = object + 1 < offsets_.size() ? offsets_[object + 1] : start;
@@ -232,16 +256,16 @@ std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start)
     }
     const std::uint64_t object = beginObject();
     offsets_.back() = start;
-    shared_[slot] = object + 1;
+    shared_[slot] = SharedSlot { hash, object + 1 };
     if (++sharedCount_ * 2 > shared_.size()) {
-        std::vector<std::uint64_t> old(shared_.size() * 2, 0);
+        std::vector<SharedSlot> old(shared_.size() * 2);
         old.swap(shared_);
         mask = shared_.size() - 1;
-        for (const std::uint64_t entry : old) {
-            if (entry == 0)
+        for (const SharedSlot& entry : old) {
+            if (entry.object == 0)
                 continue;
-            std::size_t s = std::hash<std::string_view> {}(objectBytes(entry - 1)) & mask;
-            while (shared_[s] != 0)
+            std::size_t s = static_cast<std::size_t>(entry.hash) & mask;
+            while (shared_[s].object != 0)
                 s = (s + 1) & mask;
             shared_[s] = entry;
         }

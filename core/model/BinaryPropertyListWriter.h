@@ -39,7 +39,6 @@ private:
     // Ends the value object begun at `start`: when an equal value was written
     // before, the new bytes are dropped and the earlier object is returned.
     std::uint64_t shareValue(std::size_t start);
-    std::string_view objectBytes(std::uint64_t object) const;
     void finish(std::uint64_t topObject);
     void narrowReferences(unsigned refSize);
 
@@ -47,7 +46,13 @@ private:
     std::vector<std::uint64_t> offsets_;
     std::uint64_t objectCount_;
     unsigned refSize_;
-    std::vector<std::uint64_t> shared_; // open-addressing table of value objects, 0 = empty slot
+    // Open-addressing table of the value objects written so far, by the hash
+    // of their bytes; object 0 marks an empty slot (objects are stored + 1).
+    struct SharedSlot {
+        std::uint64_t hash = 0;
+        std::uint64_t object = 0;
+    };
+    std::vector<SharedSlot> shared_;
     std::size_t sharedCount_ = 0;
     std::string utf16_; // scratch for non-ASCII strings
     std::vector<std::vector<std::uint64_t>> childRefs_; // per nesting level
