@@ -3,6 +3,8 @@
 #include "model/LedgerFile.h"
 #include "model/Utf16.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -26,20 +28,25 @@ unsigned bytesFor(std::uint64_t value)
     return bytes;
 }
 
-// A 64-bit hash of a value's bytes, eight at a time (values are short: a
-// marker and a few to a few dozen bytes).
-std::uint64_t hashBytes(std::string_view bytes)
+std::uint64_t mix(std::uint64_t x)
 {
-    auto mix = [](std::uint64_t x) {
-        x ^= x >> 32;
-        x *= 0xD6E8FEB86659FD93ull;
-        x ^= x >> 32;
-        x *= 0xD6E8FEB86659FD93ull;
-        return x ^ (x >> 32);
-    };
-    std::uint64_t h = 0x9E3779B97F4A7C15ull * (bytes.size() + 1);
-    const char* p = bytes.data();
-    std::size_t n = bytes.size();
+    x ^= x >> 32;
+    x *= 0xD6E8FEB86659FD93ull;
+    x ^= x >> 32;
+    x *= 0xD6E8FEB86659FD93ull;
+    return x ^ (x >> 32);
+}
+
+// The hash of a shared value, taken from the value itself rather than from
+// its coded bytes (equal texts code to equal bytes and unequal ones to
+// unequal bytes, so either identifies the object), which lets the writer
+// find a value's slot before it codes the value. Texts are hashed eight
+// bytes at a time; they are short.
+std::uint64_t textHash(std::string_view text)
+{
+    std::uint64_t h = 0x9E3779B97F4A7C15ull * (text.size() + 1);
+    const char* p = text.data();
+    std::size_t n = text.size();
     for (; n >= 8; p += 8, n -= 8) {
         std::uint64_t word;
         std::memcpy(&word, p, 8);
@@ -52,6 +59,22 @@ std::uint64_t hashBytes(std::string_view bytes)
     }
     return h;
 }
+
+std::uint64_t realHash(float value)
+{
+    return mix(std::bit_cast<std::uint32_t>(value) | 0x2200000000ull);
+}
+
+} // namespace
+
+BinaryPropertyListWriter::ValueHashes BinaryPropertyListWriter::hashesOf(const Einnahme& entry)
+{
+    const Einnahme::Stored& s = entry.stored();
+    return { { textHash(s.name), textHash(s.kategorie), textHash(s.art), realHash(s.brutto), realHash(s.steuersatz),
+        textHash(s.rechnungsnummer), textHash(s.steuernummer), textHash(s.leistungsart) } };
+}
+
+namespace {
 
 bool isAscii(std::string_view text)
 {
@@ -74,6 +97,10 @@ std::string BinaryPropertyListWriter::write(const EinnahmeList& entries)
 {
     BinaryPropertyListWriter counter(1);
     const std::uint64_t count = kFirstEntryObject + counter.countObjects(entries, 0) + 1;
+    // The table of shared values numbers objects in 32 bits: some 390 million
+    // entries, far more than fit in memory.
+    if (count >= UINT32_MAX)
+        throw LedgerFileError("too many entries for one file");
     BinaryPropertyListWriter writer(count);
     writer.offsets_.reserve(static_cast<std::size_t>(count));
     writer.out_.reserve(static_cast<std::size_t>(count) * 20 + 64);
@@ -81,7 +108,7 @@ std::string BinaryPropertyListWriter::write(const EinnahmeList& entries)
     for (const std::string_view key : kEinnahmeKeys) {
         const std::size_t start = writer.out_.size();
         writer.writeAsciiString(key);
-        writer.shareValue(start);
+        writer.shareValue(start, textHash(key));
     }
     writer.beginObject();
     writer.out_.push_back('\x08');
@@ -91,9 +118,24 @@ std::string BinaryPropertyListWriter::write(const EinnahmeList& entries)
     std::vector<std::uint64_t> top;
     top.reserve(entries.size());
     writer.path_.push(0);
-    for (std::size_t i = 0; i < entries.size(); ++i) {
+    // Most values of a large ledger are looked up in a table far larger than
+    // the cache. A few entries ahead, ask for the slots of their values; a
+    // little later, for the bytes of the values those slots point to.
+    constexpr std::size_t kAhead = 8, kNear = 3, kRing = 16;
+    std::array<ValueHashes, kRing> ring;
+    const std::size_t n = entries.size();
+    for (std::size_t i = 0; i < std::min(n, kAhead); ++i)
+        ring[i] = hashesOf(*entries[i]);
+    for (std::size_t i = 0; i < n; ++i) {
+        if (i + kAhead < n) {
+            ValueHashes& ahead = ring[(i + kAhead) % kRing];
+            ahead = hashesOf(*entries[i + kAhead]);
+            writer.prefetchSlots(ahead);
+        }
+        if (i + kNear < n)
+            writer.prefetchValues(ring[(i + kNear) % kRing]);
         writer.path_.setLast(i + 1);
-        top.push_back(writer.writeEntry(*entries[i]));
+        top.push_back(writer.writeEntry(*entries[i], ring[i % kRing]));
     }
     writer.path_.pop();
     const std::uint64_t root = writer.writeArray(top);
@@ -119,34 +161,35 @@ std::uint64_t BinaryPropertyListWriter::countObjects(const EinnahmeList& entries
     return count;
 }
 
-std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry)
+std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry, const ValueHashes& hashes)
 {
     const Einnahme::Stored& s = entry.stored();
-    auto string = [this](const std::string& text, const char* key) {
+    auto string = [this](const std::string& text, std::uint64_t hash, const char* key) {
         const std::size_t start = out_.size();
         writeString(text, key);
-        return shareValue(start);
+        return shareValue(start, hash);
     };
-    auto real = [this](float value) {
+    auto real = [this](float value, std::uint64_t hash) {
         const std::size_t start = out_.size();
         out_.push_back('\x22');
         writeBigEndian(std::bit_cast<std::uint32_t>(value), 4);
-        return shareValue(start);
+        return shareValue(start, hash);
     };
+    const std::uint64_t* h = hashes.values;
     std::uint64_t values[12];
-    values[0] = string(s.name, "name");
-    values[1] = string(s.kategorie, "kategorie");
-    values[2] = string(s.art, "art");
+    values[0] = string(s.name, h[0], "name");
+    values[1] = string(s.kategorie, h[1], "kategorie");
+    values[2] = string(s.art, h[2], "art");
     values[3] = s.innergemeinschaftlicherErwerb ? kTrueObject : kFalseObject;
     values[4] = s.isNonEU ? kTrueObject : kFalseObject;
-    values[5] = real(s.brutto);
-    values[6] = real(s.steuersatz);
+    values[5] = real(s.brutto, h[3]);
+    values[6] = real(s.steuersatz, h[4]);
     values[7] = beginObject();
     out_.push_back('\x33');
     writeBigEndian(std::bit_cast<std::uint64_t>(s.datum), 8);
-    values[8] = string(s.rechnungsnummer, "rechnungsnummer");
-    values[9] = string(s.steuernummer, "steuernummer");
-    values[10] = string(s.leistungsart, "leistungsart");
+    values[8] = string(s.rechnungsnummer, h[5], "rechnungsnummer");
+    values[9] = string(s.steuernummer, h[6], "steuernummer");
+    values[10] = string(s.leistungsart, h[7], "leistungsart");
 
     if (s.childTransactions.empty()) {
         values[11] = beginObject();
@@ -160,19 +203,26 @@ std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry)
         for (std::size_t i = 0; i < s.childTransactions.size(); ++i) {
             path_.setLast(i + 1);
             // Recursion may reallocate childRefs_, so index it afresh each time.
-            const std::uint64_t child = writeEntry(*s.childTransactions[i]);
-            childRefs_[level].push_back(child);
+            const Einnahme& child = *s.childTransactions[i];
+            const std::uint64_t object = writeEntry(child, hashesOf(child));
+            childRefs_[level].push_back(object);
         }
         path_.pop();
         values[11] = writeArray(childRefs_[level]);
     }
 
+    // The dictionary in one piece: its marker, the twelve key objects (the
+    // first twelve) and the values.
     const std::uint64_t dict = beginObject();
-    out_.push_back('\xDC');
-    for (std::uint64_t key = 0; key < 12; ++key)
-        writeRef(key);
-    for (const std::uint64_t value : values)
-        writeRef(value);
+    const std::size_t at = out_.size();
+    out_.resize(at + 1 + 24 * refSize_);
+    char* p = out_.data() + at;
+    *p++ = '\xDC';
+    for (std::uint64_t k = 0; k < 24; ++k) {
+        const std::uint64_t ref = k < 12 ? k : values[k - 12];
+        for (unsigned b = refSize_; b-- > 0;)
+            *p++ = static_cast<char>(ref >> (8 * b));
+    }
     return dict;
 }
 
@@ -234,29 +284,49 @@ std::uint64_t BinaryPropertyListWriter::beginObject()
     return offsets_.size() - 1;
 }
 
-std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start)
+void BinaryPropertyListWriter::prefetchSlots(const ValueHashes& hashes) const
 {
+    if (shared_.empty())
+        return;
+    const std::size_t mask = shared_.size() - 1;
+    for (const std::uint64_t hash : hashes.values)
+        __builtin_prefetch(&shared_[static_cast<std::size_t>(hash) & mask]);
+}
+
+void BinaryPropertyListWriter::prefetchValues(const ValueHashes& hashes) const
+{
+    if (shared_.empty())
+        return;
+    const std::size_t mask = shared_.size() - 1;
+    for (const std::uint64_t hash : hashes.values) {
+        const SharedSlot& slot = shared_[static_cast<std::size_t>(hash) & mask];
+        if (slot.object != 0 && slot.hash == static_cast<std::uint32_t>(hash))
+            __builtin_prefetch(out_.data() + slot.offset);
+    }
+}
+
+std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start, std::uint64_t fullHash)
+{
+    // The low 32 bits of the hash pick the slot and tell most other values apart.
+    const auto hash = static_cast<std::uint32_t>(fullHash);
     const std::string_view value = std::string_view(out_).substr(start);
-    const std::uint64_t hash = hashBytes(value);
     if (shared_.empty())
         shared_.resize(1024);
     std::size_t mask = shared_.size() - 1;
-    std::size_t slot = static_cast<std::size_t>(hash) & mask;
+    std::size_t slot = hash & mask;
     for (; shared_[slot].object != 0; slot = (slot + 1) & mask) {
-        if (shared_[slot].hash != hash)
-            continue;
-        const std::uint64_t object = shared_[slot].object - 1;
-        // The last object ends where the new value starts.
-        const std::size_t begin = offsets_[object];
-        const std::size_t end = object + 1 < offsets_.size() ? offsets_[object + 1] : start;
-        if (std::string_view(out_).substr(begin, end - begin) == value) {
+        const SharedSlot& candidate = shared_[slot];
+        // Coded values carry their own length, so equal leading bytes of the
+        // new value's length mean equal values.
+        if (candidate.hash == hash && value.size() <= start - candidate.offset
+            && std::memcmp(out_.data() + candidate.offset, value.data(), value.size()) == 0) {
             out_.resize(start);
-            return object;
+            return candidate.object - 1;
         }
     }
     const std::uint64_t object = beginObject();
     offsets_.back() = start;
-    shared_[slot] = SharedSlot { hash, object + 1 };
+    shared_[slot] = SharedSlot { hash, static_cast<std::uint32_t>(object + 1), start };
     if (++sharedCount_ * 2 > shared_.size()) {
         std::vector<SharedSlot> old(shared_.size() * 2);
         old.swap(shared_);
@@ -264,7 +334,7 @@ std::uint64_t BinaryPropertyListWriter::shareValue(std::size_t start)
         for (const SharedSlot& entry : old) {
             if (entry.object == 0)
                 continue;
-            std::size_t s = static_cast<std::size_t>(entry.hash) & mask;
+            std::size_t s = entry.hash & mask;
             while (shared_[s].object != 0)
                 s = (s + 1) & mask;
             shared_[s] = entry;

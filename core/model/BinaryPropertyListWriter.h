@@ -28,7 +28,12 @@ private:
     explicit BinaryPropertyListWriter(std::uint64_t objectCount);
 
     std::uint64_t countObjects(const EinnahmeList& entries, std::size_t depth);
-    std::uint64_t writeEntry(const Einnahme& entry);
+    // The hashes of an entry's eight shared values, in the order they are coded.
+    struct ValueHashes {
+        std::uint64_t values[8];
+    };
+    static ValueHashes hashesOf(const Einnahme& entry);
+    std::uint64_t writeEntry(const Einnahme& entry, const ValueHashes& hashes);
     std::uint64_t writeArray(const std::vector<std::uint64_t>& refs);
     void writeString(std::string_view text, const char* key);
     void writeAsciiString(std::string_view text);
@@ -36,9 +41,14 @@ private:
     void writeRef(std::uint64_t ref);
     void writeBigEndian(std::uint64_t value, unsigned bytes);
     std::uint64_t beginObject();
-    // Ends the value object begun at `start`: when an equal value was written
-    // before, the new bytes are dropped and the earlier object is returned.
-    std::uint64_t shareValue(std::size_t start);
+    // Ends the value object begun at `start`, whose value has the hash given:
+    // when an equal value was written before, the new bytes are dropped and
+    // the earlier object is returned.
+    std::uint64_t shareValue(std::size_t start, std::uint64_t hash);
+    // Ask for the table slots of an entry's values, and for the coded bytes
+    // of the values found there, ahead of their use.
+    void prefetchSlots(const ValueHashes& hashes) const;
+    void prefetchValues(const ValueHashes& hashes) const;
     void finish(std::uint64_t topObject);
     void narrowReferences(unsigned refSize);
 
@@ -46,11 +56,13 @@ private:
     std::vector<std::uint64_t> offsets_;
     std::uint64_t objectCount_;
     unsigned refSize_;
-    // Open-addressing table of the value objects written so far, by the hash
-    // of their bytes; object 0 marks an empty slot (objects are stored + 1).
+    // Open-addressing table of the value objects written so far: the low 32
+    // bits of the value's hash, the object + 1 (0 marks an empty slot) and
+    // where its bytes start.
     struct SharedSlot {
-        std::uint64_t hash = 0;
-        std::uint64_t object = 0;
+        std::uint32_t hash = 0;
+        std::uint32_t object = 0;
+        std::uint64_t offset = 0;
     };
     std::vector<SharedSlot> shared_;
     std::size_t sharedCount_ = 0;
