@@ -1,5 +1,5 @@
 // Figures of the desktop program at ledger sizes a large business reaches:
-// opening a document into a painted window, one summary-panel refresh (engine
+// opening a document into a painted window, saving it, one summary-panel refresh (engine
 // plus text view), the text view alone, and scrolling the entry table. Runs
 // offscreen. Read medians with --benchmark_repetitions=5.
 //   gui_bench [benchmark options]
@@ -15,6 +15,8 @@
 #include "platform/UserDefaults.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTableView>
@@ -59,6 +61,24 @@ void BM_OpenDocumentUntilPainted(benchmark::State& state)
     }
 }
 BENCHMARK(BM_OpenDocumentUntilPainted)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+// A save as the autosave does it: the entries coded, written beside the file,
+// flushed to disk and renamed over it. The window waits for all of it.
+void BM_SaveDocument(benchmark::State& state)
+{
+    const std::string bytes = LedgerFile::encode(ledgerOf(static_cast<std::size_t>(state.range(0))));
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    document.readFromData(QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    document.makeWindowControllers();
+    const QString path = QDir::temp().filePath(QStringLiteral("saldo-save-bench.saldo"));
+    for (auto _ : state) {
+        if (!document.saveTo(path))
+            state.SkipWithError("the save failed");
+    }
+    QFile::remove(path);
+}
+BENCHMARK(BM_SaveDocument)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_SummaryRefresh(benchmark::State& state)
 {
