@@ -325,10 +325,10 @@ TEST(BinaryPropertyListReaderTest, AcceptsOtherNumberFormsAndDropsExtraKeys)
 }
 
 // A list long enough to be read in two halves: every entry its own dictionary
-// of shared values, `special` replacing values of entries by position from 0.
+// of shared values, `overrides` replacing values of entries by position from 0.
 // The builder's objects are kept, so a test can still change them.
 using EntryValues = std::map<std::string, std::optional<std::size_t>>;
-std::size_t longList(BplistBuilder& b, const std::map<std::size_t, EntryValues>& special)
+std::size_t longList(BplistBuilder& b, const std::map<std::size_t, EntryValues>& overrides)
 {
     b.refSize = 3;
     b.offsetSize = 4;
@@ -339,7 +339,7 @@ std::size_t longList(BplistBuilder& b, const std::map<std::size_t, EntryValues>&
     std::vector<std::size_t> refs;
     for (std::size_t i = 0; i < BinaryPropertyListReader::kSplitFrom + 2; ++i) {
         EntryValues values = shared;
-        if (const auto found = special.find(i); found != special.end()) {
+        if (const auto found = overrides.find(i); found != overrides.end()) {
             for (const auto& [key, value] : found->second)
                 values[key] = value;
         }
@@ -381,10 +381,10 @@ TEST(BinaryPropertyListReaderTest, LongListsReadInTwoHalvesFailExactlyAsInOnePas
         // list is read, as in one pass.
         BplistBuilder b;
         const std::size_t longName = b.ascii(std::string(60'000, 'x'));
-        std::map<std::size_t, EntryValues> special;
+        std::map<std::size_t, EntryValues> overrides;
         for (std::size_t i = count - 120; i < count; ++i)
-            special[i] = { { "name", longName } };
-        const std::string bytes = b.build(longList(b, special));
+            overrides[i] = { { "name", longName } };
+        const std::string bytes = b.build(longList(b, overrides));
         const EinnahmeList entries = LedgerFile::decode(bytes);
         ASSERT_EQ(entries.size(), count);
         EXPECT_EQ(entries[count - 120]->name().size(), 60'000u);
