@@ -1,13 +1,14 @@
+#include "core/support/TestSupport.h"
 #include "entrylist/EntryLists.h"
 #include "entrylist/SearchMenu.h"
 #include "entrylist/SearchOutcome.h"
 #include "entrylist/SearchText.h"
-#include "core/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 namespace saldo {
 namespace {
@@ -22,15 +23,10 @@ constexpr ReferenceSeconds k2017_07_02 = 520639200.0;
 
 TEST(SearchTextTest, NumbersAreReadWholeInCNotationAsSinglePrecision)
 {
-    EXPECT_EQ(SearchText::number("12.5"), 12.5f);
-    EXPECT_EQ(SearchText::number("100"), 100.0f);
-    EXPECT_EQ(SearchText::number("-3"), -3.0f);
-    EXPECT_EQ(SearchText::number("+7"), 7.0f);
-    EXPECT_EQ(SearchText::number("1e2"), 100.0f);
-    EXPECT_EQ(SearchText::number("2.5E-1"), 0.25f);
-    EXPECT_EQ(SearchText::number(".5"), 0.5f);
-    // Read as float, not as double rounded later: 0.1f is not 0.1.
-    EXPECT_EQ(SearchText::number("0.1"), 0.1f);
+    // "0.1" is read as float, not as double rounded later: 0.1f is not 0.1.
+    for (const auto& [text, value] : { std::pair { "12.5", 12.5f }, { "100", 100.0f }, { "-3", -3.0f }, { "+7", 7.0f },
+             { "1e2", 100.0f }, { "2.5E-1", 0.25f }, { ".5", 0.5f }, { "0.1", 0.1f } })
+        EXPECT_EQ(SearchText::number(text), value) << text;
     for (const char* refused : { "12,5", "100,50", "1.000,00", "", " 12", "12 ", "12abc", "abc", "+", "-", ".", "++1",
              "+-1", "1e", "e5", "0x10", "inf", "-inf", "nan", "NaN", "infinity", "1e50", "1e-50" })
         EXPECT_FALSE(SearchText::number(refused)) << refused;
@@ -40,9 +36,7 @@ TEST(SearchTextTest, DaysAreReadStrictlyAsTwoTwoFourDigits)
 {
     const auto d = SearchText::day("01-07-2017");
     ASSERT_TRUE(d);
-    EXPECT_EQ(d->day, 1);
-    EXPECT_EQ(d->month, 7);
-    EXPECT_EQ(d->year, 2017);
+    EXPECT_EQ(std::tuple(d->day, d->month, d->year), std::tuple(1, 7, 2017));
     EXPECT_TRUE(SearchText::day("29-02-2024"));
     for (const char* refused : { "1.7.2017", "01.07.2017", "1-7-2017", "01-07-17", "01/07/2017", " 01-07-2017",
              "01-07-2017 ", "31-02-2025", "29-02-2023", "29-02-1900", "00-01-2020", "01-13-2020", "01-00-2020",
@@ -54,8 +48,9 @@ TEST(SearchTextTest, DaysAreReadStrictlyAsTwoTwoFourDigits)
         const char* text;
         ReferenceSeconds start, end;
     };
-    for (const Case& c : { Case { "01-07-2017", k2017_07_01, k2017_07_02 }, Case { "26-03-2017", 512175600.0, 512258400.0 },
-             Case { "29-10-2017", 530920800.0, 531010800.0 }, Case { "31-12-2017", 536367600.0, 536454000.0 } }) {
+    for (const Case& c :
+        { Case { "01-07-2017", k2017_07_01, k2017_07_02 }, Case { "26-03-2017", 512175600.0, 512258400.0 },
+            Case { "29-10-2017", 530920800.0, 531010800.0 }, Case { "31-12-2017", 536367600.0, 536454000.0 } }) {
         const auto day = SearchText::localDay(c.text);
         ASSERT_TRUE(day) << c.text;
         EXPECT_EQ(day->start, c.start) << c.text;
@@ -196,5 +191,5 @@ TEST_F(SearchFilterTest, AnUnknownModeKeepsTheShownListAndTheNextFilterDropsASor
     EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "b", "a", "c" }));
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

@@ -1,7 +1,7 @@
 #include "entrylist/SortOrdering.h"
+#include "core/support/TestSupport.h"
 #include "entrylist/EntryLists.h"
 #include "entrylist/SearchOutcome.h"
-#include "core/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ TEST(SortOrderingTest, TextsOrderByCodePointsWithCanonicalSpellingsEqual)
     EXPECT_EQ(sorted({ list[1], list[0] }, "art", true), (Names { "apfel", "Zebra" }));
 }
 
-TEST(SortOrderingTest, AmountsDatesAndFlags)
+TEST(SortOrderingTest, AmountsDatesAndFlagsWithNotANumberLastAscending)
 {
     auto gross119 = Einnahme::make("119@19", "", 119.0f, 19.0f);
     auto gross105 = Einnahme::make("105@0", "", 105.0f, 0.0f);
@@ -58,6 +58,15 @@ TEST(SortOrderingTest, AmountsDatesAndFlags)
     EXPECT_EQ(sorted(list, "noneu", false).front(), "105@0");
     EXPECT_EQ(sorted(list, "innergem", true).back(), "50@7");
     EXPECT_EQ(sorted(list, "innergem", false).front(), "50@7");
+
+    // Not a number sorts last ascending and first descending.
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    EinnahmeList withNan;
+    for (float brutto : { 3.0f, nan, 1.0f, nan, 2.0f })
+        withNan.push_back(
+            Einnahme::make(std::isnan(brutto) ? "nan" : std::to_string(static_cast<int>(brutto)), "", brutto, 19.0f));
+    EXPECT_EQ(sorted(withNan, "brutto", true), (Names { "1", "2", "3", "nan", "nan" }));
+    EXPECT_EQ(sorted(withNan, "brutto", false), (Names { "nan", "nan", "3", "2", "1" }));
 }
 
 TEST(SortOrderingTest, UnknownOrMissingKeyOrdersByArtThenBruttoInEitherDirection)
@@ -75,17 +84,6 @@ TEST(SortOrderingTest, UnknownOrMissingKeyOrdersByArtThenBruttoInEitherDirection
         EXPECT_EQ(sorted(list, "Name", ascending), expected);
         EXPECT_EQ(sorted(list, std::nullopt, ascending), expected);
     }
-}
-
-TEST(SortOrderingTest, NotANumberSortsLastAscendingAndFirstDescending)
-{
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    EinnahmeList list;
-    for (float brutto : { 3.0f, nan, 1.0f, nan, 2.0f })
-        list.push_back(
-            Einnahme::make(std::isnan(brutto) ? "nan" : std::to_string(static_cast<int>(brutto)), "", brutto, 19.0f));
-    EXPECT_EQ(sorted(list, "brutto", true), (Names { "1", "2", "3", "nan", "nan" }));
-    EXPECT_EQ(sorted(list, "brutto", false), (Names { "nan", "nan", "3", "2", "1" }));
 }
 
 // Random lists with repeated values, NaN amounts and dates, and texts in both
@@ -151,5 +149,5 @@ TEST(SortOrderingTest, SortingUnderAFilterLeavesTheCompleteListInItsOrder)
     EXPECT_EQ(lists.einnahmen(), entries);
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

@@ -1,4 +1,9 @@
 #pragma once
+// Helpers shared by the reader tests: the reason a file is refused with, and a
+// builder of binary property lists.
+#include "model/LedgerFile.h"
+
+#include <gtest/gtest.h>
 
 #include <bit>
 #include <cstdint>
@@ -11,15 +16,40 @@
 
 namespace saldo::test {
 
+// The twelve keys of an entry, written out here rather than taken from the model.
+inline const char* const kEntryKeys[12] = { "name", "kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU",
+    "brutto", "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions" };
+
+// The reason a file is refused with, or "accepted N entries".
+inline std::string refusal(const std::string& bytes)
+{
+    try {
+        return "accepted " + std::to_string(LedgerFile::decode(bytes).size()) + " entries";
+    } catch (const LedgerFileError& e) {
+        return e.what();
+    }
+}
+
+#define EXPECT_REFUSED(bytes, reason) EXPECT_PRED_FORMAT2(::testing::IsSubstring, reason, ::saldo::test::refusal(bytes))
+
+// Levels of split bookings down the first child of each entry.
+inline int depthOf(const Einnahme* e)
+{
+    int levels = 0;
+    for (; e; e = e->childTransactions().empty() ? nullptr : e->childTransactions()[0].get())
+        ++levels;
+    return levels;
+}
+
 // Trailer fields to put in place of the true ones.
 struct BplistTrailer {
     std::optional<std::uint64_t> objectCount = {}, topObject = {}, offsetTable = {};
     std::optional<unsigned> offsetSize = {}, refSize = {};
 };
 
-// Assembles binary property lists object by object for the reader tests, so
-// that a test can put any marker, reference or trailer field where it likes.
-// Object references are `refSize` bytes wide, offsets `offsetSize` bytes.
+// Assembles binary property lists object by object, so that a test can put
+// any marker, reference or trailer field where it likes. Object references
+// are `refSize` bytes wide, offsets `offsetSize` bytes.
 class BplistBuilder {
 public:
     unsigned refSize = 1;
@@ -34,10 +64,8 @@ public:
     std::size_t utf16(const std::vector<std::uint16_t>& units)
     {
         std::string bytes = lengthMarker(0x60, units.size());
-        for (const auto u : units) {
-            bytes.push_back(static_cast<char>(u >> 8));
-            bytes.push_back(static_cast<char>(u & 0xFF));
-        }
+        for (const auto u : units)
+            bytes += bigEndian(u, 2);
         return raw(bytes);
     }
     std::size_t boolean(bool value) { return raw(std::string(1, value ? '\x09' : '\x08')); }
@@ -50,19 +78,11 @@ public:
     std::size_t date(double value) { return raw(join({ "\x33", bigEndian(std::bit_cast<std::uint64_t>(value), 8) })); }
     std::size_t array(const std::vector<std::size_t>& refs)
     {
-        std::string bytes = lengthMarker(0xA0, refs.size());
-        for (const auto r : refs)
-            bytes += ref(r);
-        return raw(bytes);
+        return raw(lengthMarker(0xA0, refs.size()) + refs_(refs));
     }
     std::size_t dict(const std::vector<std::size_t>& keys, const std::vector<std::size_t>& values)
     {
-        std::string bytes = lengthMarker(0xD0, keys.size());
-        for (const auto k : keys)
-            bytes += ref(k);
-        for (const auto v : values)
-            bytes += ref(v);
-        return raw(bytes);
+        return raw(lengthMarker(0xD0, keys.size()) + refs_(keys) + refs_(values));
     }
     // Replaces an object's bytes after the fact (to point an array at itself).
     void replace(std::size_t object, std::string bytes) { objects_[object] = std::move(bytes); }
@@ -72,9 +92,7 @@ public:
     std::size_t key(const std::string& name)
     {
         const auto found = keys_.find(name);
-        if (found != keys_.end())
-            return found->second;
-        return keys_[name] = ascii(name);
+        return found != keys_.end() ? found->second : keys_[name] = ascii(name);
     }
 
     // A complete entry dictionary. `values` replaces the value of a key; a key
@@ -82,10 +100,8 @@ public:
     std::size_t entry(const std::map<std::string, std::optional<std::size_t>>& values = {},
         const std::vector<std::pair<std::string, std::size_t>>& extra = {})
     {
-        static const char* const names[12] = { "name", "kategorie", "art", "innergemeinschaftlicherErwerb", "isNonEU",
-            "brutto", "steuersatz", "datum", "rechnungsnummer", "steuernummer", "leistungsart", "childTransactions" };
         std::vector<std::size_t> keys, vals;
-        for (const char* name : names) {
+        for (const char* name : kEntryKeys) {
             const auto found = values.find(name);
             if (found != values.end() && !found->second)
                 continue;
@@ -99,9 +115,7 @@ public:
         return dict(keys, vals);
     }
 
-    using Trailer = BplistTrailer;
-
-    std::string build(std::size_t top, const Trailer& t = {}) const
+    std::string build(std::size_t top, const BplistTrailer& t = {}) const
     {
         std::string out = "bplist00";
         std::vector<std::uint64_t> offsets;
@@ -143,17 +157,13 @@ public:
     {
         if (name == "innergemeinschaftlicherErwerb" || name == "isNonEU")
             return boolean(false);
-        if (name == "brutto")
-            return real4(119.0f);
-        if (name == "steuersatz")
-            return real4(19.0f);
+        if (name == "brutto" || name == "steuersatz")
+            return real4(name == "brutto" ? 119.0f : 19.0f);
         if (name == "datum")
             return date(700000000.5);
         if (name == "childTransactions")
             return array({});
-        if (name == "art")
-            return ascii("Einnahme");
-        return ascii(name == "name" ? "Miete" : "");
+        return ascii(name == "name" ? "Miete" : name == "art" ? "Einnahme" : "");
     }
 
 private:
@@ -162,6 +172,13 @@ private:
         if (length < 15)
             return std::string(1, static_cast<char>(type | length));
         return join({ std::string(1, static_cast<char>(type | 0x0F)), "\x11", bigEndian(length, 2) });
+    }
+    std::string refs_(const std::vector<std::size_t>& objects) const
+    {
+        std::string bytes;
+        for (const auto o : objects)
+            bytes += ref(o);
+        return bytes;
     }
 
     std::vector<std::string> objects_;

@@ -3,12 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstdint>
+#include <tuple>
 
 namespace saldo {
 namespace {
+
+using namespace std::string_literals;
+
+// The text fields, then the flags.
+auto textsAndFlags(const Einnahme& e)
+{
+    return std::tuple(e.name(), e.kategorie(), e.art(), e.rechnungsnummer(), e.steuernummer(), e.leistungsart(),
+        e.innergemeinschaftlicherErwerb(), e.isNonEU());
+}
 
 class EinnahmeTest : public ::testing::Test {
 protected:
@@ -20,18 +28,11 @@ protected:
 TEST_F(EinnahmeTest, NewEntryTakesTheGivenFieldsAndTheNewEntryValues)
 {
     const auto e = Einnahme::make("Neu", "", 0.0f, 19.0f);
-    EXPECT_EQ(e->name(), "Neu");
-    EXPECT_EQ(e->kategorie(), "");
-    EXPECT_EQ(e->art(), "Einnahme");
-    EXPECT_FALSE(e->innergemeinschaftlicherErwerb());
-    EXPECT_FALSE(e->isNonEU());
+    EXPECT_EQ(textsAndFlags(*e), std::tuple("Neu"s, ""s, "Einnahme"s, ""s, ""s, ""s, false, false));
     EXPECT_EQ(e->brutto(), 0.0f);
     EXPECT_EQ(e->steuersatz(), 19.0f);
     EXPECT_EQ(e->netto(), 0.0f);
     EXPECT_EQ(e->datum(), fixedNow);
-    EXPECT_EQ(e->rechnungsnummer(), "");
-    EXPECT_EQ(e->steuernummer(), "");
-    EXPECT_EQ(e->leistungsart(), "");
     EXPECT_TRUE(e->childTransactions().empty());
     EXPECT_EQ(e->description(), "Name: Neu");
 }
@@ -47,7 +48,7 @@ TEST_F(EinnahmeTest, NettoIsComputedInSinglePrecisionInTheGivenOrder)
     EXPECT_TRUE(std::isnan(Einnahme::make("a", "", 0.0f, -100.0f)->netto()));
 }
 
-TEST_F(EinnahmeTest, SettersRefuseNegativeGrossAndKeepTheFlagsExclusive)
+TEST_F(EinnahmeTest, SettersRefuseNegativeGrossKeepTheFlagsExclusiveAndSetTheStatusImage)
 {
     auto e = Einnahme::make("a", "", 12.5f, 19.0f);
     e->setBrutto(-5.0f);
@@ -64,13 +65,10 @@ TEST_F(EinnahmeTest, SettersRefuseNegativeGrossAndKeepTheFlagsExclusive)
     e->setInnergemeinschaftlicherErwerb(true);
     EXPECT_TRUE(e->innergemeinschaftlicherErwerb());
     EXPECT_FALSE(e->isNonEU());
-    e->setIsNonEU(false);  // clearing one flag leaves the other alone
+    e->setIsNonEU(false); // clearing one flag leaves the other alone
     EXPECT_TRUE(e->innergemeinschaftlicherErwerb());
-}
 
-TEST_F(EinnahmeTest, StatusImageIsGreenOnlyForExactlyEinnahme)
-{
-    auto e = Einnahme::make("a", "", 1.0f, 19.0f);
+    // Green only for exactly "Einnahme".
     EXPECT_STREQ(e->statusImage(), "greenCircle");
     for (const char* art : { "Ausgabe", "einnahme", "" }) {
         e->setArt(art);
@@ -81,39 +79,27 @@ TEST_F(EinnahmeTest, StatusImageIsGreenOnlyForExactlyEinnahme)
 TEST_F(EinnahmeTest, CopyAppendsKopieAndSharesTheChildEntries)
 {
     auto child = Einnahme::make("Teil", "K ", 3.0f, 7.0f);
-    Einnahme::Stored s;
-    s.name = "Miete";
-    s.kategorie = "4210 Miete Gesch. ";
+    Einnahme::Stored s = Einnahme::make("Miete", "4210 Miete Gesch. ", 800.0f, 19.0f)->stored();
     s.art = "Ausgabe";
-    s.innergemeinschaftlicherErwerb = true;
-    s.isNonEU = true;  // both set, as a file may hold them
-    s.brutto = 800.0f;
-    s.steuersatz = 19.0f;
+    s.innergemeinschaftlicherErwerb = s.isNonEU = true; // both set, as a file may hold them
     s.datum = -12345.75;
     s.rechnungsnummer = "R-1";
     s.steuernummer = "St-2";
     s.leistungsart = "Miete Büro";
-    s.childTransactions = {child};
+    s.childTransactions = { child };
     const auto source = Einnahme::restore(s);
 
     const auto copy = source->copy();
     ASSERT_NE(copy, source);
-    EXPECT_EQ(copy->name(), "Miete Kopie");
     EXPECT_EQ(copy->copy()->name(), "Miete Kopie Kopie");
     EXPECT_EQ(Einnahme::make("", "", 0, 0)->copy()->name(), " Kopie");
-    EXPECT_EQ(copy->kategorie(), s.kategorie);
-    EXPECT_EQ(copy->art(), "Ausgabe");
     // The flags go through the setters in order: non-EU wins.
-    EXPECT_FALSE(copy->innergemeinschaftlicherErwerb());
-    EXPECT_TRUE(copy->isNonEU());
+    EXPECT_EQ(textsAndFlags(*copy),
+        std::tuple("Miete Kopie"s, s.kategorie, "Ausgabe"s, "R-1"s, "St-2"s, "Miete Büro"s, false, true));
     EXPECT_EQ(copy->brutto(), 800.0f);
     EXPECT_EQ(copy->datum(), -12345.75);
-    EXPECT_EQ(copy->rechnungsnummer(), "R-1");
-    EXPECT_EQ(copy->steuernummer(), "St-2");
-    EXPECT_EQ(copy->leistungsart(), "Miete Büro");
 
-    ASSERT_EQ(copy->childTransactions().size(), 1u);
-    EXPECT_EQ(copy->childTransactions()[0], child);
+    ASSERT_EQ(copy->childTransactions(), (EinnahmeList { child }));
     copy->childTransactions()[0]->setName("geändert");
     EXPECT_EQ(source->childTransactions()[0]->name(), "geändert");
     // The lists themselves are separate.
@@ -127,19 +113,16 @@ TEST_F(EinnahmeTest, OrderingPutsIncomeFirstThenAscendingGross)
     a->setArt("Ausgabe");
     auto b = Einnahme::make("b", "", 50.0f, 19.0f);
     auto c = Einnahme::make("c", "", 5.0f, 19.0f);
-    EinnahmeList list{a, b, c};
+    EinnahmeList list { a, b, c };
     std::sort(list.begin(), list.end(), [](const auto& x, const auto& y) { return *x < *y; });
-    EXPECT_EQ(list, (EinnahmeList{c, b, a}));
-    EXPECT_TRUE(*b <= *b);
-    EXPECT_FALSE(*b < *b);
-    EXPECT_TRUE(*a > *b);
-    EXPECT_TRUE(*c >= *c);
+    EXPECT_EQ(list, (EinnahmeList { c, b, a }));
+    EXPECT_TRUE(*b <= *b && !(*b < *b) && *a > *b && *c >= *c);
 
     // Canonically equivalent kinds are equal; only the gross then decides.
     auto composed = Einnahme::make("x", "", 2.0f, 0.0f);
     auto decomposed = Einnahme::make("y", "", 1.0f, 0.0f);
-    composed->setArt("Ausgab\xC3\xA9");         // é precomposed
-    decomposed->setArt("Ausgabe\xCC\x81");      // e + combining acute
+    composed->setArt("Ausgab\xC3\xA9"); // é precomposed
+    decomposed->setArt("Ausgabe\xCC\x81"); // e + combining acute
     EXPECT_TRUE(*decomposed < *composed);
     EXPECT_FALSE(*composed < *decomposed);
 }
@@ -162,5 +145,5 @@ TEST_F(EinnahmeTest, FieldsAreReadableByKeyName)
     EXPECT_FALSE(e->valueForKey("Name").has_value());
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

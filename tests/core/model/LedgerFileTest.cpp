@@ -10,11 +10,11 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <limits>
 #include <sys/stat.h>
+#include <tuple>
 
 namespace saldo {
 namespace {
@@ -37,20 +37,26 @@ EinnahmePtr entry(std::string name, float brutto, float steuersatz, double datum
 void expectSame(const Einnahme& a, const Einnahme& b, const std::string& where)
 {
     SCOPED_TRACE(where);
-    EXPECT_EQ(a.name(), b.name());
-    EXPECT_EQ(a.kategorie(), b.kategorie());
-    EXPECT_EQ(a.art(), b.art());
-    EXPECT_EQ(a.innergemeinschaftlicherErwerb(), b.innergemeinschaftlicherErwerb());
-    EXPECT_EQ(a.isNonEU(), b.isNonEU());
-    EXPECT_EQ(std::bit_cast<std::uint32_t>(a.brutto()), std::bit_cast<std::uint32_t>(b.brutto()));
-    EXPECT_EQ(std::bit_cast<std::uint32_t>(a.steuersatz()), std::bit_cast<std::uint32_t>(b.steuersatz()));
-    EXPECT_EQ(std::bit_cast<std::uint64_t>(a.datum()), std::bit_cast<std::uint64_t>(b.datum()));
-    EXPECT_EQ(a.rechnungsnummer(), b.rechnungsnummer());
-    EXPECT_EQ(a.steuernummer(), b.steuernummer());
-    EXPECT_EQ(a.leistungsart(), b.leistungsart());
-    ASSERT_EQ(a.childTransactions().size(), b.childTransactions().size());
+    const auto fields = [](const Einnahme& e) {
+        return std::tuple(e.name(), e.kategorie(), e.art(), e.innergemeinschaftlicherErwerb(), e.isNonEU(),
+            std::bit_cast<std::uint32_t>(e.brutto()), std::bit_cast<std::uint32_t>(e.steuersatz()),
+            std::bit_cast<std::uint64_t>(e.datum()), e.rechnungsnummer(), e.steuernummer(), e.leistungsart(),
+            e.childTransactions().size());
+    };
+    ASSERT_EQ(fields(a), fields(b));
     for (std::size_t i = 0; i < a.childTransactions().size(); ++i)
         expectSame(*a.childTransactions()[i], *b.childTransactions()[i], where + "/" + std::to_string(i));
+}
+
+// The message a call fails with, or "" when it does not fail.
+template <typename F> std::string errorOf(F&& call)
+{
+    try {
+        call();
+    } catch (const LedgerFileError& e) {
+        return e.what();
+    }
+    return "";
 }
 
 void expectSameLists(const EinnahmeList& a, const EinnahmeList& b)
@@ -71,15 +77,13 @@ TEST(LedgerFileTest, RoundTripKeepsEveryFieldToTheLastBit)
     top->setChildTransactions({ child, entry("Toner", 59.5f, 19.0f, 1.0e-300) });
     entries.push_back(top);
     // Values the setters would refuse are kept as they are.
-    auto odd = entry("", -5.0f, -7.0f, std::nextafter(86400.0, 0.0));
-    odd->setArt("einnahme");
-    auto oddStored = odd->stored();
-    oddStored.innergemeinschaftlicherErwerb = true;
-    oddStored.isNonEU = true;
-    oddStored.rechnungsnummer = "RE-2024-0001";
-    oddStored.steuernummer = "12/345/67890";
-    oddStored.leistungsart = std::string("mit\0Null", 8);
-    entries.push_back(Einnahme::restore(oddStored));
+    Einnahme::Stored odd = entry("", -5.0f, -7.0f, std::nextafter(86400.0, 0.0))->stored();
+    odd.art = "einnahme";
+    odd.innergemeinschaftlicherErwerb = odd.isNonEU = true;
+    odd.rechnungsnummer = "RE-2024-0001";
+    odd.steuernummer = "12/345/67890";
+    odd.leistungsart = std::string("mit\0Null", 8);
+    entries.push_back(Einnahme::restore(odd));
     // Not-a-number payloads, infinities, subnormals, negative zero.
     entries.push_back(entry("NaN", std::bit_cast<float>(0x7FC12345u), std::bit_cast<float>(0xFF812345u),
         std::bit_cast<double>(0x7FF8000000ABCDEFull)));
@@ -120,12 +124,10 @@ TEST(LedgerFileTest, WriterRefusesWhatNoReaderWouldAccept)
     auto bad = entry(std::string("Caf\xE9", 4), 1.0f, 19.0f, 0.0); // Latin-1, not UTF-8
     auto parent = entry("Eltern", 1.0f, 19.0f, 0.0);
     parent->setChildTransactions({ entry("ok", 1.0f, 19.0f, 0.0), bad });
-    try {
+    EXPECT_EQ(errorOf([&] {
         LedgerFile::encode({ entry("erster", 1.0f, 19.0f, 0.0), parent });
-        FAIL() << "encoded text that is not UTF-8";
-    } catch (const LedgerFileError& e) {
-        EXPECT_STREQ(e.what(), "entry 2 (child 2): name is not valid UTF-8 text");
-    }
+    }),
+        "entry 2 (child 2): name is not valid UTF-8 text");
 
     // 513 entry levels are the most a reader accepts; one more is refused.
     auto chain = [](int levels) {
@@ -177,7 +179,7 @@ TEST_F(LedgerFileWriteTest, ReplacesTheFileAndKeepsItsPermissions)
     EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 2);
 }
 
-TEST_F(LedgerFileWriteTest, AFailedWriteLeavesTheOldFileIntact)
+TEST_F(LedgerFileWriteTest, AFailedWriteLeavesTheOldFileIntactAndErrorsNameTheFile)
 {
     const fs::path file = dir / "Buchungen.saldo";
     LedgerFile::write(file.string(), { entry("alt", 1.0f, 19.0f, 1.0) });
@@ -188,33 +190,16 @@ TEST_F(LedgerFileWriteTest, AFailedWriteLeavesTheOldFileIntact)
     EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 1);
 
     // A folder that is not there: the error names the file and the reason.
-    try {
-        LedgerFile::write((dir / "fehlt" / "x.saldo").string(), {});
-        FAIL() << "wrote into a missing folder";
-    } catch (const LedgerFileError& e) {
-        EXPECT_NE(std::string(e.what()).find("x.saldo"), std::string::npos) << e.what();
-        EXPECT_NE(std::string(e.what()).find("No such file or directory"), std::string::npos) << e.what();
-    }
-}
-
-TEST_F(LedgerFileWriteTest, ReadNamesTheFileInItsErrors)
-{
+    const std::string noFolder = errorOf([&] { LedgerFile::write((dir / "fehlt" / "x.saldo").string(), {}); });
+    EXPECT_NE(noFolder.find("x.saldo"), std::string::npos) << noFolder;
+    EXPECT_NE(noFolder.find("No such file or directory"), std::string::npos) << noFolder;
+    // Reading names the file too.
     const fs::path missing = dir / "gibt-es-nicht.saldo";
-    try {
-        LedgerFile::read(missing.string());
-        FAIL();
-    } catch (const LedgerFileError& e) {
-        EXPECT_EQ(std::string(e.what()), missing.string() + ": No such file or directory");
-    }
+    EXPECT_EQ(errorOf([&] { LedgerFile::read(missing.string()); }), missing.string() + ": No such file or directory");
     const fs::path text = dir / "notiz.txt";
     std::ofstream(text) << "kein Ledger";
-    try {
-        LedgerFile::read(text.string());
-        FAIL();
-    } catch (const LedgerFileError& e) {
-        EXPECT_EQ(std::string(e.what()), text.string() + ": not a property list");
-    }
-    EXPECT_THROW(LedgerFile::read(dir.string()), LedgerFileError);
+    EXPECT_EQ(errorOf([&] { LedgerFile::read(text.string()); }), text.string() + ": not a property list");
+    EXPECT_NE(errorOf([&] { LedgerFile::read(dir.string()); }), "");
 }
 
 } // namespace
