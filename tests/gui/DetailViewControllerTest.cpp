@@ -15,10 +15,7 @@
 
 #include <cstdlib>
 
-using saldo::Einnahme;
-using saldo::EinnahmePtr;
-using saldo::InMemoryUserDefaults;
-using saldo::NotificationCenter;
+using namespace saldo;
 using saldo::gui::DetailViewController;
 
 namespace {
@@ -127,13 +124,11 @@ TEST_F(DetailViewControllerTest, FillShowsEveryFieldAndWritesNothingBack)
     const auto before = detailPosts();
 
     show(e);
-    EXPECT_EQ(panel->nameField()->text(), "Büromaterial");
-    EXPECT_EQ(panel->rechnungsnummerField()->text(), "RE-17");
-    EXPECT_EQ(panel->steuernummerField()->text(), "DE123");
-    EXPECT_EQ(panel->leistungsartField()->text(), "Lieferung");
+    for (auto [field, text] : {std::pair{panel->nameField(), "Büromaterial"}, {panel->rechnungsnummerField(), "RE-17"},
+             {panel->steuernummerField(), "DE123"}, {panel->leistungsartField(), "Lieferung"},
+             {panel->bruttoField(), "12,345"}, {panel->steuersatzField(), "7,00"}})
+        EXPECT_EQ(field->text(), QString::fromUtf8(text));
     EXPECT_EQ(panel->kategoriePopUp()->currentText(), "8400 Erlöse 19% USt Gesch. ");
-    EXPECT_EQ(panel->bruttoField()->text(), "12,345");
-    EXPECT_EQ(panel->steuersatzField()->text(), "7,00");
     EXPECT_EQ(panel->artPopUp()->currentIndex(), 1);
     EXPECT_EQ(panel->artPopUp()->currentData().toString(), "Ausgabe");
     EXPECT_FALSE(panel->innergemCheckBox()->isChecked());
@@ -141,11 +136,9 @@ TEST_F(DetailViewControllerTest, FillShowsEveryFieldAndWritesNothingBack)
     // 785000000 s after 2001-01-01 UTC is 2025-11-16 15:33:20 UTC, 16:33:20 in Berlin.
     EXPECT_EQ(panel->datumPicker()->dateTime().toString("yyyy-MM-dd HH:mm:ss"), "2025-11-16 16:33:20");
 
-    // Filling the controls is no edit.
+    // Filling the controls is no edit (the values are checked after the next one).
     EXPECT_EQ(changes->count(), 0);
     EXPECT_EQ(detailPosts(), before);
-    EXPECT_EQ(e->brutto(), 12.345f);
-    EXPECT_EQ(e->datum(), datum);
     EXPECT_EQ(e->art(), "Ausgabe");
 
     // A text edit takes the form over but leaves the untouched date to the bit,
@@ -159,13 +152,12 @@ TEST_F(DetailViewControllerTest, FillShowsEveryFieldAndWritesNothingBack)
     EXPECT_EQ(detailPosts(), before + 1);
 }
 
+// The net amount itself is the entry's (tested with the model): shown to the cent.
 TEST_F(DetailViewControllerTest, NetAmountIsShownToTheCent)
 {
     show(entry("Einnahme", 119.0f, 19.0f));
     EXPECT_EQ(panel->nettoField()->text(), "100,00");  // 119 / 1.19
     EXPECT_TRUE(panel->nettoField()->isReadOnly());
-    show(entry("Einnahme", 10.0f, 7.0f));
-    EXPECT_EQ(panel->nettoField()->text(), "9,35");  // 9.3457...
 }
 
 TEST_F(DetailViewControllerTest, NameOfFewerThanThreeCharactersVoidsTheWholeTextEdit)
@@ -334,6 +326,8 @@ TEST_F(DetailViewControllerTest, PopUpsStoreTheChosenItem)
     EXPECT_EQ(e->art(), "Ausgabe");
 }
 
+// The flags' exclusivity is the entry's rule (tested with the model); here the
+// boxes reach the entry, and the other box shows the cleared flag when refreshed.
 TEST_F(DetailViewControllerTest, CheckBoxesKeepTheFlagsExclusive)
 {
     auto e = entry("Ausgabe");
@@ -355,14 +349,8 @@ TEST_F(DetailViewControllerTest, CheckBoxesKeepTheFlagsExclusive)
     panel->nonEUCheckBox()->click();  // off
     EXPECT_FALSE(e->isNonEU());
     EXPECT_FALSE(e->innergemeinschaftlicherErwerb());
-
-    e->setInnergemeinschaftlicherErwerb(true);
-    show(e);
-    panel->innergemCheckBox()->click();  // off
-    EXPECT_FALSE(e->innergemeinschaftlicherErwerb());
-    EXPECT_FALSE(e->isNonEU());
-    EXPECT_EQ(changes->count(), 4);
-    EXPECT_EQ(detailPosts(), before + 4);
+    EXPECT_EQ(changes->count(), 3);
+    EXPECT_EQ(detailPosts(), before + 3);
 }
 
 TEST_F(DetailViewControllerTest, EditsWithoutAnEntryStoreNothingButStillAnnounce)

@@ -26,7 +26,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
 #include <memory>
 
 using namespace saldo;
@@ -35,12 +34,16 @@ using namespace saldo::gui::testing;
 
 namespace {
 
-std::vector<std::string> titlesOf(const QMenu* menu)
+// The menu's item titles, each submenu's in brackets after its item.
+std::string describe(const QMenu* menu)
 {
-    std::vector<std::string> titles;
-    for (const QAction* action : menu->actions())
-        titles.push_back(action->text().toStdString());
-    return titles;
+    std::string text;
+    for (const QAction* action : menu->actions()) {
+        text += (text.empty() ? "" : ", ") + action->text().toStdString();
+        if (action->menu())
+            text += " [" + describe(action->menu()) + "]";
+    }
+    return text;
 }
 
 QAction* itemTitled(const QMenu* menu, const QString& title)
@@ -132,24 +135,10 @@ TEST_F(FindAndTotal, SearchMenuOffersTheModesAndChoosingOneOnlyChangesThePlaceho
 {
     const QMenu* menu = search->searchMenu();
     EXPECT_EQ(menu->title(), "Menu");
-    EXPECT_EQ(titlesOf(menu),
-        (std::vector<std::string> {
-            "Name", "Kategorie", "Art", "Non EU", "Innergemeinschaftlich", "Brutto", "Netto", "Steuersatz", "Datum" }));
-    const std::map<std::string, std::vector<std::string>> submenus = {
-        { "Brutto", { "Brutto >=", "Brutto =", "Brutto <=" } },
-        { "Netto", { "Netto >=", "Netto <=" } },
-        { "Steuersatz", { "Steuersatz >=", "Steuersatz =", "Steuersatz <=" } },
-        { "Datum", { "Datum >=", "Datum =", "Datum <=" } },
-    };
-    for (const QAction* action : menu->actions()) {
-        const auto it = submenus.find(action->text().toStdString());
-        if (it == submenus.end()) {
-            EXPECT_EQ(action->menu(), nullptr) << action->text().toStdString();
-            continue;
-        }
-        ASSERT_NE(action->menu(), nullptr) << it->first;
-        EXPECT_EQ(titlesOf(action->menu()), it->second);
-    }
+    EXPECT_EQ(describe(menu),
+        "Name, Kategorie, Art, Non EU, Innergemeinschaftlich, Brutto [Brutto >=, Brutto =, Brutto <=], "
+        "Netto [Netto >=, Netto <=], Steuersatz [Steuersatz >=, Steuersatz =, Steuersatz <=], "
+        "Datum [Datum >=, Datum =, Datum <=]");
 
     EXPECT_EQ(field->placeholderText(), "Name");
     const auto entries = namedEntries({ "Miete", "Strom", "Miete Mai" });
@@ -348,11 +337,8 @@ TEST_F(FindAndTotal, SelectionSummaryEvaluatesTheSelectedShownEntriesInRowOrderA
     EXPECT_TRUE(summary->isReadOnly());
 
     vc->tableView()->selectRow(1);
-    const std::string one = summaryText();
-    EXPECT_EQ(one, "Selektion: \n\n" + engineReport({ entries[1] }));
-    // The evaluation is of that entry alone: 119.00 gross, 100.00 net.
-    EXPECT_NE(one.find("119.00"), std::string::npos);
-    EXPECT_NE(one.find("100.00"), std::string::npos);
+    // The report itself is the engine's (tested there): here, of which entries.
+    EXPECT_EQ(summaryText(), "Selektion: \n\n" + engineReport({ entries[1] }));
 
     // Rows selected from the bottom up are evaluated top down.
     vc->tableView()->selectRow(3);
@@ -370,11 +356,12 @@ TEST_F(FindAndTotal, SelectionSummaryEvaluatesTheSelectedShownEntriesInRowOrderA
     EXPECT_EQ(summaryText(), "Selektion: \n\n" + engineReport({ entries[2] }));
 
     // A cell edit of the gross amount reaches the summary at once.
+    const std::string before = summaryText();
     QAbstractItemModel* model = vc->tableView()->model();
     ASSERT_TRUE(model->setData(model->index(0, EntryColumn::Brutto), QStringLiteral("238"), Qt::EditRole));
     EXPECT_EQ(entries[2]->brutto(), 238.0f);
+    EXPECT_NE(summaryText(), before);
     EXPECT_EQ(summaryText(), "Selektion: \n\n" + engineReport({ entries[2] }));
-    EXPECT_NE(summaryText().find("238.00"), std::string::npos);
 }
 
 TEST_F(FindAndTotal, CtrlFFocusesTheSearchField)

@@ -14,44 +14,32 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace saldo::gui::testing {
 
-// Records every sound played while it lives.
-class SoundRecorder {
+// Records every line handed to a hook while it lives: `install` sets the hook
+// and returns the one it replaces (the sound player, the diagnostic sink).
+template <auto install>
+class HookRecorder {
 public:
-    SoundRecorder()
+    HookRecorder()
+        : previous_(install([this](const std::string& line) { lines.push_back(line); }))
     {
-        previous_ = setSoundPlayer([this](const std::string& name) { played.push_back(name); });
     }
-    ~SoundRecorder() { setSoundPlayer(previous_); }
-    SoundRecorder(const SoundRecorder&) = delete;
-    SoundRecorder& operator=(const SoundRecorder&) = delete;
-
-    std::vector<std::string> played;
-
-private:
-    SoundPlayer previous_;
-};
-
-// Records every diagnostic line written while it lives.
-class DiagnosticRecorder {
-public:
-    DiagnosticRecorder()
-    {
-        previous_ = setDiagnosticSink([this](const std::string& line) { lines.push_back(line); });
-    }
-    ~DiagnosticRecorder() { setDiagnosticSink(previous_); }
-    DiagnosticRecorder(const DiagnosticRecorder&) = delete;
-    DiagnosticRecorder& operator=(const DiagnosticRecorder&) = delete;
+    ~HookRecorder() { install(previous_); }
+    HookRecorder(const HookRecorder&) = delete;
+    HookRecorder& operator=(const HookRecorder&) = delete;
 
     std::vector<std::string> lines;
 
 private:
-    DiagnosticSink previous_;
+    std::function<void(const std::string&)> previous_;
 };
+using SoundRecorder = HookRecorder<&setSoundPlayer>;
+using DiagnosticRecorder = HookRecorder<&setDiagnosticSink>;
 
 // Collects Qt's warnings (those of QAbstractItemModelTester among them) while it lives.
 class QtWarningRecorder {

@@ -20,6 +20,9 @@ using namespace saldo::gui::testing;
 
 namespace {
 
+using Names = std::vector<std::string>;
+using Rows = std::vector<int>;
+
 class ListCommands : public ::testing::Test {
 protected:
     void SetUp() override
@@ -30,18 +33,30 @@ protected:
         changes = std::make_unique<QSignalSpy>(vc, &ViewController::changeDone);
     }
 
-    void use(const std::vector<std::string>& names)
+    void use(const Names& names)
     {
         entries = namedEntries(names);
         vc->setEntries(entries);
     }
-    void select(std::initializer_list<int> rows)
+    void select(const Rows& rows)
     {
         QItemSelectionModel* selection = vc->tableView()->selectionModel();
         selection->clearSelection();
         for (int row : rows)
             selection->select(
                 vc->tableView()->model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+    // The shown list, and the complete list where it differs.
+    void expectNames(const Names& shown, const Names& complete = {})
+    {
+        EXPECT_EQ(namesOf(vc->einnahmen()), shown);
+        EXPECT_EQ(namesOf(vc->backupEinnahmen()), complete.empty() ? shown : complete);
+    }
+    void expectLists(const EinnahmeList& both)
+    {
+        EXPECT_EQ(vc->einnahmen(), both);
+        EXPECT_EQ(vc->backupEinnahmen(), both);
+        EXPECT_EQ(vc->tableView()->model()->rowCount(), static_cast<int>(both.size()));
     }
 
     InMemoryUserDefaults defaults;
@@ -66,7 +81,7 @@ TEST_F(ListCommands, AddingAppendsANewEntryToBothListsAndSelectsItAlone)
     EXPECT_EQ(added->steuersatz(), 0.0f);
     EXPECT_EQ(added->kategorie(), "");
     EXPECT_EQ(vc->backupEinnahmen().back(), added);
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 3 }));
+    EXPECT_EQ(selectedRows(vc), Rows({ 3 }));
     EXPECT_EQ(vc->selectedEinnahme(), added);
     EXPECT_EQ(split->detailViewController()->selectedEinnahme(), added);
     EXPECT_EQ(changes->count(), 1);
@@ -78,22 +93,21 @@ TEST_F(ListCommands, DuplicatePlacesTheCopyAfterItsSourceButAtTheEndOfTheComplet
     use({ "A", "B", "C" });
     vc->tableView()->selectRow(1);
     vc->duplicateEntry();
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "B", "B Kopie", "C" }));
-    EXPECT_EQ(namesOf(vc->backupEinnahmen()), std::vector<std::string>({ "A", "B", "C", "B Kopie" }));
+    expectNames({ "A", "B", "B Kopie", "C" }, { "A", "B", "C", "B Kopie" });
     EXPECT_EQ(vc->einnahmen()[2], vc->backupEinnahmen()[3]);
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 2 }));
+    EXPECT_EQ(selectedRows(vc), Rows({ 2 }));
     EXPECT_EQ(changes->count(), 1);
 
     // Nothing selected: the last row is duplicated.
     vc->tableView()->clearSelection();
     vc->duplicateEntry();
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "B", "B Kopie", "C", "C Kopie" }));
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 4 }));
+    EXPECT_EQ(namesOf(vc->einnahmen()), Names({ "A", "B", "B Kopie", "C", "C Kopie" }));
+    EXPECT_EQ(selectedRows(vc), Rows({ 4 }));
 
     // The row action duplicates its own row, whatever is selected.
     vc->duplicateRow(0);
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "A Kopie", "B", "B Kopie", "C", "C Kopie" }));
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 1 }));
+    EXPECT_EQ(namesOf(vc->einnahmen()), Names({ "A", "A Kopie", "B", "B Kopie", "C", "C Kopie" }));
+    EXPECT_EQ(selectedRows(vc), Rows({ 1 }));
     EXPECT_EQ(changes->count(), 3);
 
     // An empty table has nothing to duplicate.
@@ -119,8 +133,7 @@ TEST_F(ListCommands, DeletionAsksThenUndoAppendsInRecordOrderAndRedoRemovesTheSa
     vc->deleteEntries();
     EXPECT_EQ(dialogs.asked, QStringList({ "Moechten Sie 2 Eintraege loeschen?" }));
     const EinnahmeList afterDelete = { entries[0], entries[2], entries[4], twin };
-    EXPECT_EQ(vc->einnahmen(), afterDelete);
-    EXPECT_EQ(vc->backupEinnahmen(), afterDelete);
+    expectLists(afterDelete);
     EXPECT_TRUE(selectedRows(vc).empty());
     EXPECT_EQ(vc->selectedEinnahme(), nullptr);
     EXPECT_EQ(split->detailViewController()->boxOpacity(), 0.0);
@@ -130,54 +143,47 @@ TEST_F(ListCommands, DeletionAsksThenUndoAppendsInRecordOrderAndRedoRemovesTheSa
 
     undoStack.undo();
     const EinnahmeList afterUndo = { entries[0], entries[2], entries[4], twin, entries[3], entries[1] };
-    EXPECT_EQ(vc->einnahmen(), afterUndo);
-    EXPECT_EQ(vc->backupEinnahmen(), afterUndo);
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 4, 5 }));
+    expectLists(afterUndo);
+    EXPECT_EQ(selectedRows(vc), Rows({ 4, 5 }));
     EXPECT_EQ(undoStack.redoText(), "Loeschen");
 
     undoStack.redo();
-    EXPECT_EQ(vc->einnahmen(), afterDelete);
-    EXPECT_EQ(vc->backupEinnahmen(), afterDelete);
-
+    expectLists(afterDelete);
     undoStack.undo();
-    EXPECT_EQ(vc->einnahmen(), afterUndo);
+    expectLists(afterUndo);
 }
 
 TEST_F(ListCommands, ManyScatteredRowsAreDeletedAndRestoredAsOneStep)
 {
-    std::vector<std::string> names;
-    for (int i = 0; i < 24; ++i)
+    Names names;
+    Rows odd, lastTwelve; // twelve separate rows; after the undo, the last twelve
+    for (int i = 0; i < 24; ++i) {
         names.push_back("e" + std::to_string(i));
+        if (i % 2)
+            odd.push_back(i);
+        if (i >= 12)
+            lastTwelve.push_back(i);
+    }
     use(names);
-    QItemSelectionModel* selection = vc->tableView()->selectionModel();
-    for (int row = 1; row < 24; row += 2) // twelve separate rows
-        selection->select(
-            vc->tableView()->model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    select(odd);
     dialogs.confirmAnswers = { true };
     vc->deleteEntries();
     EXPECT_EQ(dialogs.asked, QStringList({ "Moechten Sie 12 Eintraege loeschen?" }));
-    EinnahmeList even, restored;
+    EinnahmeList even;
     for (int i = 0; i < 24; i += 2)
         even.push_back(entries[static_cast<std::size_t>(i)]);
-    EXPECT_EQ(vc->einnahmen(), even);
-    EXPECT_EQ(vc->backupEinnahmen(), even);
-    EXPECT_EQ(vc->tableView()->model()->rowCount(), 12);
+    expectLists(even);
     EXPECT_TRUE(selectedRows(vc).empty());
 
     undoStack.undo();
-    restored = even;
+    EinnahmeList restored = even;
     for (int i = 23; i > 0; i -= 2) // highest row first
         restored.push_back(entries[static_cast<std::size_t>(i)]);
-    EXPECT_EQ(vc->einnahmen(), restored);
-    EXPECT_EQ(vc->tableView()->model()->rowCount(), 24);
-    std::vector<int> lastTwelve;
-    for (int row = 12; row < 24; ++row)
-        lastTwelve.push_back(row);
+    expectLists(restored);
     EXPECT_EQ(selectedRows(vc), lastTwelve);
 
     undoStack.redo();
-    EXPECT_EQ(vc->einnahmen(), even);
-    EXPECT_EQ(vc->tableView()->model()->rowCount(), 12);
+    expectLists(even);
 }
 
 TEST_F(ListCommands, UnderASearchFilterTheCommandsChangeTheCompleteListToo)
@@ -186,57 +192,51 @@ TEST_F(ListCommands, UnderASearchFilterTheCommandsChangeTheCompleteListToo)
     auto* field = vc->findChild<QLineEdit*>(QStringLiteral("searchField"));
     ASSERT_NE(field, nullptr);
     field->setText(QStringLiteral("Miete")); // the search mode starts as "Name"
-    ASSERT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "Miete Jan", "Miete Feb", "Miete Mar" }));
+    ASSERT_EQ(namesOf(vc->einnahmen()), Names({ "Miete Jan", "Miete Feb", "Miete Mar" }));
 
     select({ 0, 2 });
     dialogs.confirmAnswers = { true };
     vc->deleteEntries();
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "Miete Feb" }));
-    EXPECT_EQ(namesOf(vc->backupEinnahmen()), std::vector<std::string>({ "Strom", "Miete Feb", "Wasser" }));
+    expectNames({ "Miete Feb" }, { "Strom", "Miete Feb", "Wasser" });
 
     // A new entry joins the shown list although it does not match.
     vc->addEntry();
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "Miete Feb", "Neu" }));
-    EXPECT_EQ(namesOf(vc->backupEinnahmen()), std::vector<std::string>({ "Strom", "Miete Feb", "Wasser", "Neu" }));
+    expectNames({ "Miete Feb", "Neu" }, { "Strom", "Miete Feb", "Wasser", "Neu" });
 
     undoStack.undo();
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "Miete Feb", "Neu", "Miete Mar", "Miete Jan" }));
-    EXPECT_EQ(namesOf(vc->backupEinnahmen()),
-        std::vector<std::string>({ "Strom", "Miete Feb", "Wasser", "Neu", "Miete Mar", "Miete Jan" }));
+    expectNames({ "Miete Feb", "Neu", "Miete Mar", "Miete Jan" },
+        { "Strom", "Miete Feb", "Wasser", "Neu", "Miete Mar", "Miete Jan" });
 }
 
-TEST_F(ListCommands, RefusedOrEmptyDeletionChangesNothing)
+TEST_F(ListCommands, RefusedOrEmptyDeletionChangesNothingAndTheRowActionKeepsTheSelectedEntry)
 {
-    use({ "A", "B", "C" });
+    use({ "A", "B", "C", "D" });
     vc->tableView()->selectRow(1);
     dialogs.confirmAnswers = { false };
     vc->deleteEntries();
     EXPECT_EQ(dialogs.asked, QStringList({ "Moechten Sie 1 Eintrag loeschen?" }));
-    EXPECT_EQ(vc->einnahmen(), entries);
-    EXPECT_EQ(vc->backupEinnahmen(), entries);
+    expectLists(entries);
     EXPECT_EQ(undoStack.count(), 0);
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 1 }));
+    EXPECT_EQ(selectedRows(vc), Rows({ 1 }));
 
     // Nothing selected: not even a question.
     vc->tableView()->clearSelection();
     vc->deleteEntries();
     EXPECT_EQ(dialogs.asked.size(), 1);
-    EXPECT_EQ(vc->einnahmen(), entries);
-}
+    expectLists(entries);
 
-TEST_F(ListCommands, TheRowActionDeletesItsRowAndLeavesTheSelectionOnItsEntry)
-{
-    use({ "A", "B", "C", "D" });
+    // The row action deletes its own row; the selection stays on its entry.
     vc->tableView()->selectRow(3);
     dialogs.confirmAnswers = { true };
     vc->deleteRow(1);
-    EXPECT_EQ(dialogs.asked, QStringList({ "Moechten Sie 1 Eintrag loeschen?" }));
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "C", "D" }));
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 2 }));
+    EXPECT_EQ(dialogs.asked.size(), 2);
+    EXPECT_EQ(dialogs.asked.back(), "Moechten Sie 1 Eintrag loeschen?");
+    expectNames({ "A", "C", "D" });
+    EXPECT_EQ(selectedRows(vc), Rows({ 2 }));
     EXPECT_EQ(vc->selectedEinnahme(), entries[3]);
     undoStack.undo();
-    EXPECT_EQ(namesOf(vc->einnahmen()), std::vector<std::string>({ "A", "C", "D", "B" }));
-    EXPECT_EQ(selectedRows(vc), std::vector<int>({ 3 }));
+    expectNames({ "A", "C", "D", "B" });
+    EXPECT_EQ(selectedRows(vc), Rows({ 3 }));
 }
 
 TEST_F(ListCommands, UndoAfterTheWindowClosedDoesNothing)
