@@ -76,6 +76,12 @@ BinaryPropertyListWriter::ValueHashes BinaryPropertyListWriter::hashesOf(const E
 
 namespace {
 
+void putBigEndian(char* p, std::uint64_t value, unsigned bytes)
+{
+    for (unsigned i = 0; i < bytes; ++i)
+        p[i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+}
+
 bool isAscii(std::string_view text)
 {
     for (const char c : text) {
@@ -218,11 +224,8 @@ std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry, const 
     out_.resize(at + 1 + 24 * refSize_);
     char* p = out_.data() + at;
     *p++ = '\xDC';
-    for (std::uint64_t k = 0; k < 24; ++k) {
-        const std::uint64_t ref = k < 12 ? k : values[k - 12];
-        for (unsigned b = refSize_; b-- > 0;)
-            *p++ = static_cast<char>(ref >> (8 * b));
-    }
+    for (std::uint64_t k = 0; k < 24; ++k, p += refSize_)
+        putBigEndian(p, k < 12 ? k : values[k - 12], refSize_);
     return dict;
 }
 
@@ -273,8 +276,7 @@ void BinaryPropertyListWriter::writeRef(std::uint64_t ref)
 void BinaryPropertyListWriter::writeBigEndian(std::uint64_t value, unsigned bytes)
 {
     char buffer[8];
-    for (unsigned i = 0; i < bytes; ++i)
-        buffer[i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+    putBigEndian(buffer, value, bytes);
     out_.append(buffer, bytes);
 }
 
