@@ -38,9 +38,14 @@ void EntryLists::setStartingEntry()
     setEntries({ Einnahme::make("Neu", "", 0.0f, 19.0f) });
 }
 
+EinnahmePtr EntryLists::makeNewEntry()
+{
+    return Einnahme::make("Neu", "", 0.0f, 0.0f);
+}
+
 std::size_t EntryLists::addEntry()
 {
-    return appendEntry(Einnahme::make("Neu", "", 0.0f, 0.0f));
+    return appendEntry(makeNewEntry());
 }
 
 std::size_t EntryLists::appendEntry(EinnahmePtr entry)
@@ -68,10 +73,57 @@ std::optional<std::size_t> EntryLists::duplicate(std::size_t row)
 {
     if (row >= einnahmen_.size())
         return std::nullopt;
-    auto entryCopy = einnahmen_[row]->copy();
-    backupEinnahmen_.push_back(entryCopy);
-    einnahmen_.insert(einnahmen_.begin() + static_cast<std::ptrdiff_t>(row) + 1, std::move(entryCopy));
-    return row + 1;
+    return insertCopy(row + 1, einnahmen_[row]->copy());
+}
+
+std::size_t EntryLists::insertCopy(std::size_t row, EinnahmePtr copy)
+{
+    row = std::min(row, einnahmen_.size());
+    backupEinnahmen_.push_back(copy);
+    einnahmen_.insert(einnahmen_.begin() + static_cast<std::ptrdiff_t>(row), std::move(copy));
+    return row;
+}
+
+std::optional<std::size_t> EntryLists::replaceObject(const Einnahme* current, const EinnahmePtr& replacement)
+{
+    const auto same = [current](const EinnahmePtr& entry) { return entry.get() == current; };
+    auto complete = std::find_if(backupEinnahmen_.begin(), backupEinnahmen_.end(), same);
+    if (complete != backupEinnahmen_.end())
+        *complete = replacement;
+    auto shown = std::find_if(einnahmen_.begin(), einnahmen_.end(), same);
+    if (shown == einnahmen_.end())
+        return std::nullopt;
+    *shown = replacement;
+    return static_cast<std::size_t>(shown - einnahmen_.begin());
+}
+
+std::optional<EntryLists::Place> EntryLists::takeOut(std::size_t row)
+{
+    if (row >= einnahmen_.size())
+        return std::nullopt;
+    Place place;
+    place.shown = row;
+    const EinnahmePtr entry = einnahmen_[row];
+    einnahmen_.erase(einnahmen_.begin() + static_cast<std::ptrdiff_t>(row));
+    auto complete = std::find(backupEinnahmen_.begin(), backupEinnahmen_.end(), entry);
+    if (complete != backupEinnahmen_.end()) {
+        place.complete = static_cast<std::size_t>(complete - backupEinnahmen_.begin());
+        backupEinnahmen_.erase(complete);
+    }
+    return place;
+}
+
+std::optional<std::size_t> EntryLists::putBack(const Place& place, const EinnahmePtr& entry)
+{
+    if (place.complete) {
+        const auto at = std::min(*place.complete, backupEinnahmen_.size());
+        backupEinnahmen_.insert(backupEinnahmen_.begin() + static_cast<std::ptrdiff_t>(at), entry);
+    }
+    if (!place.shown)
+        return std::nullopt;
+    const auto row = std::min(*place.shown, einnahmen_.size());
+    einnahmen_.insert(einnahmen_.begin() + static_cast<std::ptrdiff_t>(row), entry);
+    return row;
 }
 
 std::optional<std::size_t> EntryLists::duplicateSourceRow(std::optional<std::size_t> selectedRow, std::size_t rowCount)
@@ -157,9 +209,14 @@ std::vector<std::size_t> EntryLists::undoDeletion(const DeletionRecord& record)
 
 void EntryLists::redoDeletion(const DeletionRecord& record)
 {
+    removeEntries(record.entries());
+}
+
+void EntryLists::removeEntries(const EinnahmeList& entries)
+{
     std::unordered_set<const Einnahme*> doomed;
-    doomed.reserve(record.size());
-    for (const auto& entry : record.entries())
+    doomed.reserve(entries.size());
+    for (const auto& entry : entries)
         doomed.insert(entry.get());
     const auto isDoomed = [&](const EinnahmePtr& entry) { return doomed.count(entry.get()) != 0; };
     std::erase_if(einnahmen_, isDoomed);

@@ -36,8 +36,11 @@ public:
     // rate 19, in both lists.
     void setStartingEntry();
 
-    // Appends a new entry "Neu", empty category, gross 0, rate 0 to both lists,
-    // also while a search hides other entries. Answers its row (the last one).
+    // A new entry as the add command makes it: "Neu", empty category, gross 0, rate 0.
+    static EinnahmePtr makeNewEntry();
+
+    // Appends a new entry (makeNewEntry) to both lists, also while a search
+    // hides other entries. Answers its row (the last one).
     std::size_t addEntry();
 
     // Appends an entry made elsewhere (a recurring series) to both lists;
@@ -54,6 +57,29 @@ public:
     // Inserts a copy of the entry at `row` right after it in the shown list and
     // at the end of the complete list; answers row + 1. Nothing for a bad row.
     std::optional<std::size_t> duplicate(std::size_t row);
+
+    // Puts a copy made earlier at `row` of the shown list (the end when the row
+    // lies beyond it) and at the end of the complete list; answers its row.
+    std::size_t insertCopy(std::size_t row, EinnahmePtr copy);
+
+    // Puts `replacement` at the first place of `current` in each list where it
+    // stands (an undone or redone write-back). Answers its row in the shown list.
+    std::optional<std::size_t> replaceObject(const Einnahme* current, const EinnahmePtr& replacement);
+
+    // Where an entry stood before it was taken out of the lists.
+    struct Place {
+        std::optional<std::size_t> shown;
+        std::optional<std::size_t> complete;
+    };
+    // Takes the entry at `row` out of the shown list and its first place in the
+    // complete list (a series replaces its template); nothing for a bad row.
+    std::optional<Place> takeOut(std::size_t row);
+    // Puts an entry back where it was taken out (clamped to the lists' ends);
+    // answers its row in the shown list, if it is shown.
+    std::optional<std::size_t> putBack(const Place& place, const EinnahmePtr& entry);
+
+    // Removes exactly these objects from both lists wherever they stand.
+    void removeEntries(const EinnahmeList& entries);
 
     // The row the duplicate command works on: the selected row, or the last row
     // when nothing is selected; nothing when the list is empty or the selected

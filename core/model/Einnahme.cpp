@@ -2,6 +2,8 @@
 
 #include "model/UnicodeText.h"
 
+#include <cstring>
+
 namespace saldo {
 
 Einnahme::Einnahme(std::string name, std::string kategorie, float brutto, float steuersatz)
@@ -37,6 +39,17 @@ void Einnahme::setBrutto(float value)
     if (value < 0.0f)
         return;
     s_.brutto = value;
+}
+
+bool Einnahme::sameValues(const Stored& a, const Stored& b)
+{
+    const auto sameBits = [](float x, float y) { return std::memcmp(&x, &y, sizeof x) == 0; };
+    return a.name == b.name && a.kategorie == b.kategorie && a.art == b.art
+        && a.innergemeinschaftlicherErwerb == b.innergemeinschaftlicherErwerb && a.isNonEU == b.isNonEU
+        && sameBits(a.brutto, b.brutto) && sameBits(a.steuersatz, b.steuersatz)
+        && std::memcmp(&a.datum, &b.datum, sizeof a.datum) == 0 && a.rechnungsnummer == b.rechnungsnummer
+        && a.steuernummer == b.steuernummer && a.leistungsart == b.leistungsart
+        && a.childTransactions == b.childTransactions;
 }
 
 bool Einnahme::isIncome() const

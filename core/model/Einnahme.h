@@ -107,6 +107,12 @@ public:
     std::optional<KeyValue> valueForKey(std::string_view key) const;
 
     const Stored& stored() const { return s_; }
+    // Puts back every stored field as given, without the setter rules (the
+    // undo and redo of an edit).
+    void setStored(Stored stored) { s_ = std::move(stored); }
+    // True when two sets of fields hold the same values: amounts bit for bit,
+    // split bookings as the same entries in the same order.
+    static bool sameValues(const Stored& a, const Stored& b);
 
 private:
     Stored s_;

@@ -1,5 +1,6 @@
 #include "platform/Calendar.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 
@@ -47,6 +48,21 @@ ReferenceSeconds Calendar::fromLocalFields(const Fields& f)
     tm.tm_sec = f.second;
     tm.tm_isdst = -1;
     return static_cast<double>(std::mktime(&tm)) - kReferenceDateUnixSeconds;
+}
+
+std::optional<Calendar::LocalDateTime> Calendar::localDateTime(ReferenceSeconds datum)
+{
+    const double unixSeconds = datum + kReferenceDateUnixSeconds;
+    if (!(std::fabs(unixSeconds) < 3.0e16))
+        return std::nullopt;
+    const double whole = std::floor(unixSeconds);
+    const int millisecond = std::min(999, static_cast<int>(std::floor((unixSeconds - whole) * 1000.0)));
+    return LocalDateTime{localFields(datum), millisecond};
+}
+
+ReferenceSeconds Calendar::fromLocalDateTime(const LocalDateTime& local)
+{
+    return fromLocalFields(local.fields) + local.millisecond / 1000.0;
 }
 
 std::optional<ReferenceSeconds> Calendar::localMidnight(int year, int month, int day)

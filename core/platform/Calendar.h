@@ -30,6 +30,17 @@ public:
 
     // Instant of the given local date and time (mktime's rules for gaps).
     static ReferenceSeconds fromLocalFields(const Fields& fields);
+
+    // The one conversion between a stored instant and the local date and time
+    // a person sees and edits, to the millisecond: the fields of the instant
+    // floored to whole milliseconds, and back. A date the calendar cannot name
+    // (beyond about ±3e16 s, or not a number) has no local date and time.
+    struct LocalDateTime {
+        Fields fields;
+        int millisecond;
+    };
+    static std::optional<LocalDateTime> localDateTime(ReferenceSeconds datum);
+    static ReferenceSeconds fromLocalDateTime(const LocalDateTime& local);
 };
 
 }  // namespace saldo

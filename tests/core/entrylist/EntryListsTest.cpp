@@ -82,6 +82,42 @@ TEST(EntryListsTest, ReplacingTakesTheShownRowAndTheSourcesPlaceInTheCompleteLis
     EXPECT_EQ(lists.backupEinnahmen().size(), 3u);
 }
 
+// What undo and redo of a duplicate, a write-back and a series rely on:
+// an entry goes back exactly where it was taken from, in both lists.
+TEST(EntryListsTest, EntriesTakenOutOrReplacedGoBackToTheirPlaces)
+{
+    EntryLists lists;
+    lists.setEntries(makeEntries({ "a", "b", "c", "d" }));
+    ASSERT_TRUE(lists.applySearch(SearchOutcome::decide("Name", "c")));
+    lists.applySearch(SearchOutcome::showAll());
+    ASSERT_TRUE(lists.applySearch(SearchOutcome::decide("Name", "b")));
+    const auto b = lists.einnahmen()[0];
+
+    // A copy put beyond the shown list's end goes last there, and last in the complete list.
+    auto copy = b->copy();
+    EXPECT_EQ(lists.insertCopy(9, copy), 1u);
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "b", "c", "d", "b Kopie" }));
+
+    const auto place = lists.takeOut(0);
+    ASSERT_TRUE(place);
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "b Kopie" }));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "c", "d", "b Kopie" }));
+    EXPECT_EQ(lists.putBack(*place, b), 0u);
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "b", "c", "d", "b Kopie" }));
+    EXPECT_FALSE(lists.takeOut(2));
+
+    // A replacement takes the places of the entry it replaces, also where it is hidden.
+    auto edited = Einnahme::make("d edited", "", 1.0f, 0.0f);
+    EXPECT_FALSE(lists.replaceObject(lists.backupEinnahmen()[3].get(), edited));
+    EXPECT_EQ(lists.backupEinnahmen()[3], edited);
+    EXPECT_EQ(lists.replaceObject(b.get(), edited), 0u);
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "d edited", "b Kopie" }));
+
+    lists.removeEntries({ edited, copy });
+    EXPECT_TRUE(lists.einnahmen().empty());
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "c" }));
+}
+
 TEST(EntryListsTest, DeleteUndoRedoOfTwoRowsOfFive)
 {
     EntryLists lists;

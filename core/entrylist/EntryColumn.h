@@ -1,16 +1,16 @@
 #pragma once
 
-#include <QString>
+#include <string_view>
 
-namespace saldo::gui {
+namespace saldo {
 
 // The columns of the entry table, in the table's order. The first eleven are
 // the sortable ones, in the order the sort keys are assigned to them
 // ("name", "noneu", "innergem", "art", "kategorie", "brutto", "netto",
 // "steuersatz", "datum", "rechnungsnummer", "steuernummer"); the split-booking
-// and kind-of-service columns follow. Each column has a fixed identifier (the
-// model's column id, also used by other parts of the window) and a German
-// header title, and belongs to one kind of cell.
+// and kind-of-service columns follow. Each column has a fixed identifier
+// ("NameColumn", ...), a German header title and a kind of cell. The table
+// of split bookings shows the same columns without the split-booking one.
 class EntryColumn {
 public:
     enum Id {
@@ -33,17 +33,18 @@ public:
     // How a cell of the column is shown and edited.
     enum class Kind { Text, Number, CheckBox, PopUp, Date };
 
-    static bool isValid(int column) { return column >= 0 && column < Count; }
-    static Id fromIndex(int column) { return static_cast<Id>(column); }
+    static constexpr bool isValid(int column) { return column >= 0 && column < Count; }
+    static constexpr Id fromIndex(int column) { return static_cast<Id>(column); }
 
     // "NameColumn", "NonEUColumn", ...
-    static QString identifier(Id column);
+    static std::string_view identifier(Id column);
     // The column for an identifier, or -1.
-    static int indexOf(const QString& identifier);
-    static QString title(Id column);
+    static int indexOf(std::string_view identifier);
+    // The header title (UTF-8).
+    static std::string_view title(Id column);
     static Kind kind(Id column);
-    // Initial width in pixels.
-    static int defaultWidth(Id column);
+    // True for the columns whose cells are text fields (texts and numbers).
+    static bool isTextField(Id column);
 };
 
-} // namespace saldo::gui
+}  // namespace saldo
