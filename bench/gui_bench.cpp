@@ -83,12 +83,12 @@ BENCHMARK(BM_SaveDocument)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisec
 void BM_SummaryRefresh(benchmark::State& state)
 {
     InMemoryUserDefaults defaults;
-    SplitViewController split(defaults);
-    split.viewController()->setEntries(ledgerOf(static_cast<std::size_t>(state.range(0))));
-    SummaryViewController* summary = split.summaryViewController();
+    Document document(defaults);
+    document.replaceAllEntries(ledgerOf(static_cast<std::size_t>(state.range(0))));
+    SummaryViewController summary(document);
     for (auto _ : state)
-        summary->updateLabels();
-    state.counters["text_bytes"] = static_cast<double>(summary->resultTextView()->toPlainText().toUtf8().size());
+        summary.updateLabels();
+    state.counters["text_bytes"] = static_cast<double>(summary.resultTextView()->toPlainText().toUtf8().size());
 }
 BENCHMARK(BM_SummaryRefresh)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
@@ -104,7 +104,9 @@ void BM_ReportIntoTextView(benchmark::State& state)
 {
     sharedCalcEngine().calculate(ledgerOf(100000));
     const QString text = QString::fromStdString(sharedCalcEngine().ergebnisString());
-    SummaryViewController summary;
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    SummaryViewController summary(document);
     summary.resize(440, 400);
     summary.show();
     for (auto _ : state) {
@@ -125,7 +127,7 @@ void BM_ScrollTablePage(benchmark::State& state)
     }());
     document.makeWindowControllers();
     document.windowController()->show();
-    QTableView* table = document.entryList()->tableView();
+    QTableView* table = document.windowController()->splitViewController()->viewController()->tableView();
     QScrollBar* bar = table->verticalScrollBar();
     state.counters["rows"] = table->model()->rowCount();
     std::mt19937 rng(7);

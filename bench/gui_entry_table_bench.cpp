@@ -1,8 +1,9 @@
 // Figures of the entry table alone at 100,000 and 1,000,000 entries, offscreen:
-// painting its viewport, scrolling a page, handing a document's entries over,
+// painting its viewport, scrolling a page, replacing a document's entries,
 // reloading after "DetailViewUpdated", adding an entry, deleting one row with
 // its undo, selecting every row, and one gross-amount edit in a cell.
 // Read medians with --benchmark_repetitions=5.
+#include "app/Document.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/ViewController.h"
 #include "model/Kategorien.h"
@@ -15,6 +16,7 @@
 #include <QScrollBar>
 #include <QTableView>
 #include <QUndoStack>
+
 #include <benchmark/benchmark.h>
 
 #include "GuiBenchMain.h"
@@ -42,10 +44,10 @@ public:
 
 struct Table {
     explicit Table(std::size_t count)
-        : vc(defaults)
+        : document(defaults)
+        , vc(document, defaults)
     {
-        vc.setUndoStack(&undo);
-        vc.setEntries(ledgerOf(count));
+        document.replaceAllEntries(ledgerOf(count));
         vc.resize(1250, 720);
         vc.show();
         vc.viewWillAppear();
@@ -54,7 +56,7 @@ struct Table {
     QTableView* table() const { return vc.tableView(); }
 
     InMemoryUserDefaults defaults;
-    QUndoStack undo;
+    Document document;
     ViewController vc;
 };
 
@@ -84,7 +86,7 @@ void BM_SetEntriesAndPaint(benchmark::State& state)
     Table t(1);
     const EinnahmeList& entries = ledgerOf(static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
-        t.vc.setEntries(entries);
+        t.document.replaceAllEntries(entries);
         t.vc.viewWillAppear();
         benchmark::DoNotOptimize(t.table()->viewport()->grab());
     }
@@ -121,7 +123,7 @@ void BM_DeleteMiddleRowThenUndo(benchmark::State& state)
     for (auto _ : state) {
         t.table()->selectRow(middle);
         t.vc.deleteEntries();
-        t.undo.undo();
+        t.document.undoManager()->undo();
         benchmark::DoNotOptimize(t.table()->viewport()->grab());
     }
     Dialogs::setInstance(previous);

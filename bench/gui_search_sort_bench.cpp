@@ -4,6 +4,7 @@
 // on an unsorted list (sort, layout change, paint) on a text, a number and a
 // date column. Every iteration ends with grab(), which paints the pane now.
 // Read medians with --benchmark_repetitions=5.
+#include "app/Document.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/SearchFieldController.h"
 #include "entrylist/ViewController.h"
@@ -59,14 +60,15 @@ const EinnahmeList& ledgerOf(std::size_t count)
 
 struct Pane {
     explicit Pane(std::size_t count)
-        : vc(defaults)
+        : document(defaults)
+        , vc(document, defaults)
     {
-        vc.setEntries(ledgerOf(count));
+        document.replaceAllEntries(ledgerOf(count));
         vc.resize(1250, 720);
         vc.show();
         vc.viewWillAppear();
         QApplication::processEvents();
-        search = vc.findChild<SearchFieldController*>();
+        search = vc.searchFieldController();
     }
     void chooseMode(const QString& title)
     {
@@ -79,6 +81,7 @@ struct Pane {
     }
 
     InMemoryUserDefaults defaults;
+    Document document;
     ViewController vc;
     SearchFieldController* search = nullptr;
 };

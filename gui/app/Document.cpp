@@ -2,13 +2,20 @@
 
 #include "app/AutosaveStore.h"
 #include "app/DocumentController.h"
+#include "app/DocumentEntries.h"
 #include "app/DocumentWindow.h"
-#include "app/SplitViewController.h"
-#include "editors/DetailViewController.h"
-#include "entrylist/ViewController.h"
+#include "app/commands/AddEntryCommand.h"
+#include "app/commands/AppendSeriesCommand.h"
+#include "app/commands/ChangeEntryCommand.h"
+#include "app/commands/DeleteEntriesCommand.h"
+#include "app/commands/DuplicateEntryCommand.h"
+#include "app/commands/ReplaceEntryCommand.h"
+#include "entrylist/EntryTableModel.h"
+#include "entrylist/SearchOutcome.h"
 #include "model/LedgerFile.h"
 #include "platform/Diagnostics.h"
 #include "platform/Dialogs.h"
+#include "platform/Sound.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -36,22 +43,44 @@ QString Document::unreadableFileReason()
 Document::Document(UserDefaults& defaults, QObject* parent)
     : QObject(parent)
     , defaults_(defaults)
+    , entries_(new DocumentEntries(*this, defaults, this))
     , undoStack_(new QUndoStack(this))
 {
+    connect(entries_, &DocumentEntries::aboutToChange, this, &Document::aboutToChange);
+    connect(entries_, &DocumentEntries::changed, this, &Document::changed);
     autosaveTimer_.setSingleShot(true);
     // Each change restarts the full delay; a coarse timer could round it away.
     autosaveTimer_.setTimerType(Qt::PreciseTimer);
     setAutosavingDelay(DocumentController::kDefaultAutosavingDelay);
     connect(&autosaveTimer_, &QTimer::timeout, this, &Document::autosave);
-    // Undo and redo change the entries, so both mark the document changed.
-    connect(undoStack_, &QUndoStack::indexChanged, this, [this] { updateChangeCount(ChangeType::Done); });
+    // Every step, its undo and its redo change the entries, so each marks the
+    // document changed; clearing the history changes nothing.
+    connect(undoStack_, &QUndoStack::indexChanged, this, [this] {
+        if (!clearingHistory_)
+            updateChangeCount(ChangeType::Done);
+    });
 }
 
 Document::~Document()
 {
     autosaveTimer_.stop();
-    // The window and its panes go first, while the undo stack they use lives.
+    // The window and its panes go first, while the entries they show live.
     window_.reset();
+}
+
+const EinnahmeList& Document::einnahmen() const
+{
+    return entries_->einnahmen();
+}
+
+const EinnahmeList& Document::backupEinnahmen() const
+{
+    return entries_->backupEinnahmen();
+}
+
+EntryTableModel* Document::model() const
+{
+    return entries_->model();
 }
 
 void Document::setFilePath(const QString& path)
@@ -72,7 +101,7 @@ bool Document::readFromData(const QByteArray& data)
     try {
         EinnahmeList entries
             = LedgerFile::decode(std::string_view(data.constData(), static_cast<std::size_t>(data.size())));
-        einnahmen_ = std::move(entries);
+        entries_->setEntries(std::move(entries));
         errorCode_ = 0;
         return true;
     } catch (const std::exception& error) {
@@ -121,11 +150,8 @@ bool Document::reloadFromFile()
         return false;
     }
     noteFileContents(bytes);
-    // The undo history belongs to the entries that are being replaced. (Its
-    // index change counts as a change; the count is cleared below.)
-    undoStack_->clear();
-    if (ViewController* list = entryList())
-        list->setEntries(*einnahmen_);
+    // The undo history belongs to the entries that were replaced.
+    clearUndoHistory();
     updateChangeCount(ChangeType::Cleared);
     return true;
 }
@@ -146,18 +172,7 @@ void Document::makeWindowControllers()
         return;
     if (DocumentController* controller = DocumentController::sharedDocumentController())
         setAutosavingDelay(controller->autosavingDelay());
-
     window_ = std::make_unique<DocumentWindow>(*this, defaults_);
-    ViewController* list = entryList();
-    list->setUndoStack(undoStack_);
-    connect(list, &ViewController::changeDone, this, [this] { updateChangeCount(ChangeType::Done); });
-    connect(window_->splitViewController()->detailViewController(), &DetailViewController::changeDone, this,
-        [this] { updateChangeCount(ChangeType::Done); });
-
-    // A new document keeps the entry list's starting entry; an opened one
-    // replaces it with the file's entries (the same objects, nothing copied).
-    if (einnahmen_)
-        list->setEntries(*einnahmen_);
     // A restored recovery copy has never been saved under a name.
     if (!recoveryPath_.isEmpty())
         updateChangeCount(ChangeType::Done);
@@ -173,20 +188,116 @@ void Document::showWindows()
     }
 }
 
-ViewController* Document::entryList() const
+// --- verbs ---------------------------------------------------------------------
+
+std::size_t Document::addEntry()
 {
-    return window_ ? window_->splitViewController()->viewController() : nullptr;
+    undoStack_->push(new AddEntryCommand(*entries_));
+    return einnahmen().empty() ? 0 : einnahmen().size() - 1;
+}
+
+void Document::duplicateEntry(std::size_t row)
+{
+    if (row < einnahmen().size())
+        undoStack_->push(new DuplicateEntryCommand(*entries_, row));
+}
+
+void Document::deleteRows(std::vector<std::size_t> rows)
+{
+    undoStack_->push(new DeleteEntriesCommand(*entries_, std::move(rows)));
+}
+
+bool Document::pushFieldChange(const EinnahmePtr& entry, Einnahme::Stored after)
+{
+    if (Einnahme::sameValues(entry->stored(), after))
+        return false;
+    undoStack_->push(new ChangeEntryCommand(*entries_, entry, entry->stored(), std::move(after)));
+    return true;
+}
+
+CellEdit::Outcome Document::editCell(int row, EntryColumn::Id column, const CellEdit::Value& value)
+{
+    if (row < 0 || static_cast<std::size_t>(row) >= einnahmen().size())
+        return CellEdit::Outcome::Dropped;
+    const EinnahmePtr entry = einnahmen()[static_cast<std::size_t>(row)];
+    if (const auto* text = std::get_if<CellEdit::Text>(&value); text && EntryColumn::isTextField(column))
+        diagnosticLine(CellEdit::diagnosticText(row, column, text->text));
+
+    Einnahme edited(entry->stored());
+    const CellEdit::Outcome outcome = CellEdit::apply(edited, column, value);
+    if (outcome == CellEdit::Outcome::Refused)
+        playSound("Basso");
+    if (outcome == CellEdit::Outcome::Refused || outcome == CellEdit::Outcome::Dropped)
+        return outcome;
+    pushFieldChange(entry, edited.stored());
+    emit cellEditCompleted(row);
+    return outcome;
+}
+
+FormEdit::Result Document::editForm(const EinnahmePtr& entry, const FormEdit::Texts& texts)
+{
+    if (!entry)
+        return {};
+    Einnahme edited(entry->stored());
+    const FormEdit::Result result = FormEdit::apply(edited, texts);
+    if (result.taken)
+        pushFieldChange(entry, edited.stored());
+    return result;
+}
+
+bool Document::editEntry(const EinnahmePtr& entry, const std::function<void(Einnahme&)>& change)
+{
+    if (!entry)
+        return false;
+    Einnahme edited(entry->stored());
+    change(edited);
+    return pushFieldChange(entry, edited.stored());
+}
+
+void Document::replaceEntry(const EinnahmePtr& source, EinnahmePtr replacement)
+{
+    if (source && replacement && source != replacement)
+        undoStack_->push(new ReplaceEntryCommand(*entries_, source, std::move(replacement)));
+}
+
+void Document::appendSeries(std::size_t templateRow, EinnahmeList copies)
+{
+    if (templateRow < einnahmen().size() && !copies.empty())
+        undoStack_->push(new AppendSeriesCommand(*entries_, templateRow, std::move(copies)));
+}
+
+void Document::replaceAllEntries(EinnahmeList entries)
+{
+    entries_->setEntries(std::move(entries), DocumentChange::Selection::KeepRows);
+    clearUndoHistory();
+}
+
+void Document::noteChangeOutsideVerbs()
+{
+    updateChangeCount(ChangeType::Done);
+}
+
+void Document::clearUndoHistory()
+{
+    clearingHistory_ = true;
+    undoStack_->clear();
+    clearingHistory_ = false;
+}
+
+void Document::applySearch(const SearchOutcome& outcome)
+{
+    entries_->applySearch(outcome);
+}
+
+void Document::sortEinnahmen(std::optional<std::string_view> key, bool ascending)
+{
+    entries_->sortEinnahmen(key, ascending);
 }
 
 std::optional<QByteArray> Document::dataOfType()
 {
-    ViewController* list = entryList();
-    if (!list) {
-        errorCode_ = kFileErrorCode;
-        return std::nullopt;
-    }
     try {
-        const std::string bytes = LedgerFile::encode(list->backupEinnahmen());
+        const std::string bytes = LedgerFile::encode(backupEinnahmen());
         diagnosticLine("data saved");
         return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
     } catch (const std::exception& error) {
@@ -369,15 +480,12 @@ void Document::autosave()
 
 void Document::writeRecoveryCopy()
 {
-    ViewController* list = entryList();
-    if (!list)
-        return;
     if (recoveryPath_.isEmpty())
         recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
     if (recoveryPath_.isEmpty())
         return;
     try {
-        const std::string bytes = LedgerFile::encode(list->backupEinnahmen());
+        const std::string bytes = LedgerFile::encode(backupEinnahmen());
         AutosaveStore::write(recoveryPath_, QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
     } catch (const std::exception& error) {
         std::cerr << "saldo: " << error.what() << '\n';

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "app/DocumentChange.h"
 #include "app/FileStamp.h"
+#include "entrylist/CellEdit.h"
+#include "entrylist/FormEdit.h"
 #include "model/Einnahme.h"
 #include "platform/UserDefaults.h"
 
@@ -8,23 +11,35 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
+#include <vector>
 
 class QByteArray;
 class QLockFile;
 class QUndoStack;
 
+namespace saldo {
+class SearchOutcome;
+}
+
 namespace saldo::gui {
 
+class DocumentEntries;
 class DocumentWindow;
-class ViewController;
+class EntryTableModel;
 
-// One ledger file and its window. Reads the file into an entry snapshot, makes
-// the window and hands the entries to its entry list, keeps the change count
-// and the undo stack, and saves the entry list's complete list back into the
-// file: by itself a few seconds after the last change, on closing and on
-// request. Saving is atomic; a failed save is reported once, leaves the old file
+
+// One ledger file: its entries (the two lists and the entry table's model
+// over them), its undo history and its change count, and its window once one
+// is made. A document opens, changes, saves and autosaves without any window.
+// Every change of the entries is a verb below, and every verb that changes
+// them is one command on the undo stack; the panes of the window are handed
+// the document and hear of every change through changed(). The document saves
+// its complete list back into the file: by itself a few seconds after the last
+// change, on closing and on request. Saving is atomic; a failed save is reported once, leaves the old file
 // as it was and the document marked changed, and is tried again at each
 // autosave until it succeeds. Before it overwrites its file it checks that no
 // other program changed it since it was last read or written, and asks when one
@@ -50,25 +65,63 @@ public:
     // The file name, or "Unbenannt".
     QString displayName() const;
 
-    // Decodes a ledger file into the entry snapshot. On failure the snapshot
-    // stays as it was, errorCode() is kFileErrorCode and the decoder's own
-    // reason goes to standard error only.
+    // Decodes a ledger file and makes its entries the document's. On failure
+    // the entries stay as they were, errorCode() is kFileErrorCode and the
+    // decoder's own reason goes to standard error only. A new document holds
+    // the starting entry "Neu" until then.
     bool readFromData(const QByteArray& data);
     // Reads the file and, on success, makes it the document's file.
     bool readFromFile(const QString& path);
     int errorCode() const { return errorCode_; }
 
-    // The entries read from the file; nothing for a new document.
-    const std::optional<EinnahmeList>& einnahmen() const { return einnahmen_; }
+    // The shown list (a search shows a subset, a sort an order) and the
+    // complete list that is saved and printed.
+    const EinnahmeList& einnahmen() const;
+    const EinnahmeList& backupEinnahmen() const;
+    DocumentEntries& entries() const { return *entries_; }
+    EntryTableModel* model() const;
 
-    // Makes the window (once) and hands the entries to its entry list.
+    // --- verbs: each change is one command on the undo stack (push runs it) ---
+    // Appends a new entry "Neu" and selects it; answers its row.
+    std::size_t addEntry();
+    // Puts a copy of the entry at a shown row right after it and selects it.
+    void duplicateEntry(std::size_t row);
+    // Deletes the entries at these shown rows (asking is the window's business).
+    void deleteRows(std::vector<std::size_t> rows);
+    // A table cell's edit: writes the "Row:" line of a text cell, applies the
+    // cell rules to the entry at the shown row, plays "Basso" when an amount
+    // is refused, and pushes "Eingabe" when a value changed.
+    CellEdit::Outcome editCell(int row, EntryColumn::Id column, const CellEdit::Value& value);
+    // The detail form taken over (name of at least three characters).
+    FormEdit::Result editForm(const EinnahmePtr& entry, const FormEdit::Texts& texts);
+    // Any other edit of one entry's fields (a pop-up, the date, a flag of the
+    // form): `change` is applied to the entry's values, and an "Eingabe" step
+    // is pushed when something changed. Answers whether it did.
+    bool editEntry(const EinnahmePtr& entry, const std::function<void(Einnahme&)>& change);
+    // The split-booking editor's write-back ("Splitbuchung").
+    void replaceEntry(const EinnahmePtr& source, EinnahmePtr replacement);
+    // A recurring series: appends the copies, selects them and takes the
+    // template at the shown row out ("Serienbuchung").
+    void appendSeries(std::size_t templateRow, EinnahmeList copies);
+    // An imported list replaces all entries. The document is not marked
+    // changed, and the undo history, which refers to entries that are gone,
+    // is cleared. The selected row numbers stay selected.
+    void replaceAllEntries(EinnahmeList entries);
+    // A change the user made outside the verbs (a split booking edited in
+    // place in the split-booking editor): only marks the document changed.
+    void noteChangeOutsideVerbs();
+
+    // Not changes of the ledger: a search shows a subset, a sort an order.
+    void applySearch(const SearchOutcome& outcome);
+    void sortEinnahmen(std::optional<std::string_view> key, bool ascending);
+
+    // Makes the window (once).
     void makeWindowControllers();
     void showWindows();
     DocumentWindow* windowController() const { return window_.get(); }
-    ViewController* entryList() const;
 
-    // The file's bytes: the entry list's complete list, encoded. Writes
-    // "data saved" on success; nothing without a window or when encoding fails.
+    // The file's bytes: the complete list, encoded. Writes "data saved" on
+    // success; nothing when encoding fails.
     std::optional<QByteArray> dataOfType();
 
     // Saves into the document's file now. False for an untitled document, a
@@ -93,8 +146,8 @@ public:
     void setAutosavingDelay(double seconds);
     QTimer& autosaveTimer() { return autosaveTimer_; }
 
-    // Reads the document's file again into the window: the entry list gets the
-    // file's entries, the undo history is dropped, the document is unchanged.
+    // Reads the document's file again: its entries replace the document's,
+    // the undo history is dropped, the document is unchanged.
     bool reloadFromFile();
 
     // Makes this untitled document the owner of a recovery copy found at
@@ -112,6 +165,11 @@ public:
 signals:
     void editedChanged(bool edited);
     void filePathChanged(const QString& path);
+    // Before and after every change of the entries.
+    void aboutToChange();
+    void changed(const saldo::gui::DocumentChange& change);
+    // A table cell's edit was taken (also one that stored nothing).
+    void cellEditCompleted(int row);
 
 public slots:
     // What the autosave timer runs: saves a changed named document in place, or
@@ -129,12 +187,16 @@ private:
     void dropRecoveryCopy();
     bool writeFile(const QString& path, const QByteArray& data, QString* reason);
     void reportSaveFailure(const QString& path, const QString& reason);
+    // Pushes an "Eingabe" step from the entry's values to `after`, unless they are the same.
+    bool pushFieldChange(const EinnahmePtr& entry, Einnahme::Stored after);
+    void clearUndoHistory();
 
     UserDefaults& defaults_;
     QString filePath_;
-    std::optional<EinnahmeList> einnahmen_;
+    DocumentEntries* entries_ = nullptr;
     std::unique_ptr<DocumentWindow> window_;
     QUndoStack* undoStack_ = nullptr;
+    bool clearingHistory_ = false;
     QTimer autosaveTimer_;
     long long changeCount_ = 0;
     int errorCode_ = 0;

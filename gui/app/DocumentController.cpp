@@ -94,7 +94,7 @@ int DocumentController::restoreAutosavedDocuments()
         }
         const QString when
             = QLocale(QLocale::German).toString(QFileInfo(path).lastModified(), QStringLiteral("dd.MM.yyyy, HH:mm"));
-        const auto count = static_cast<qlonglong>(document->einnahmen()->size());
+        const auto count = static_cast<qlonglong>(document->backupEinnahmen().size());
         const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
             QStringLiteral("Saldo wurde beendet, ohne ein unbenanntes Dokument zu sichern (%1 %2, zuletzt "
                            "geändert am %3 Uhr).")

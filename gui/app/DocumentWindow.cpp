@@ -15,7 +15,7 @@ DocumentWindow::DocumentWindow(Document& document, UserDefaults& defaults, QWidg
     , document_(document)
 {
     setObjectName(QStringLiteral("DocumentWindow"));
-    split_ = new SplitViewController(defaults, this);
+    split_ = new SplitViewController(document, defaults, this);
     setCentralWidget(split_);
     actions_ = new WindowActions(*this);
     resize(1440, 900);

@@ -6,22 +6,22 @@
 
 namespace saldo::gui {
 
-SplitViewController::SplitViewController(UserDefaults& defaults, QWidget* parent)
+SplitViewController::SplitViewController(Document& document, UserDefaults& defaults, QWidget* parent)
     : QSplitter(Qt::Horizontal, parent)
 {
     setObjectName(QStringLiteral("SplitViewController"));
     setChildrenCollapsible(false);
     setHandleWidth(6);
 
-    viewController_ = new ViewController(defaults);
+    viewController_ = new ViewController(document, defaults);
     addWidget(viewController_);
 
     inner_ = new QSplitter(Qt::Vertical);
     inner_->setObjectName(QStringLiteral("innerSplitViewController"));
     inner_->setChildrenCollapsible(false);
     inner_->setHandleWidth(6);
-    detail_ = new DetailViewController(defaults);
-    summary_ = new SummaryViewController;
+    detail_ = new DetailViewController(document, defaults);
+    summary_ = new SummaryViewController(document);
     inner_->addWidget(detail_);
     inner_->addWidget(summary_);
     addWidget(inner_);
@@ -35,19 +35,8 @@ SplitViewController::SplitViewController(UserDefaults& defaults, QWidget* parent
     inner_->setStretchFactor(1, 1);
     inner_->setSizes({ 290, 560 });
 
-    viewController_->setSplitViewController(this);
-}
-
-void SplitViewController::showEntryInDetailView(const EinnahmePtr& entry)
-{
-    auto* inner = qobject_cast<QSplitter*>(widget(1));
-    if (!inner)
-        return;
-    auto* detail = qobject_cast<DetailViewController*>(inner->widget(0));
-    if (!detail)
-        return;
-    detail->setSelectedEinnahme(entry);
-    detail->updateDetailView();
+    connect(viewController_, &ViewController::selectionChanged, detail_,
+        [this](const EinnahmePtr& entry, int) { detail_->showEntry(entry); });
 }
 
 }  // namespace saldo::gui

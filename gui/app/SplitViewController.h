@@ -7,24 +7,24 @@
 
 namespace saldo::gui {
 
+class Document;
 class ViewController;
 class DetailViewController;
 class SummaryViewController;
 
 // The content of a document window: the entry list on the left and, on the
-// right, an inner split with the detail panel above the summary panel.
+// right, an inner split with the detail panel above the summary panel. It
+// builds the three panes over the document and hands the entry list's
+// selection to the detail panel; the panes know the document, not each other.
 class SplitViewController : public QSplitter {
     Q_OBJECT
 public:
-    explicit SplitViewController(UserDefaults& defaults, QWidget* parent = nullptr);
+    SplitViewController(Document& document, UserDefaults& defaults, QWidget* parent = nullptr);
 
     ViewController* viewController() const { return viewController_; }
     QSplitter* innerSplitViewController() const { return inner_; }
     DetailViewController* detailViewController() const { return detail_; }
     SummaryViewController* summaryViewController() const { return summary_; }
-
-    // Shows the entry in the detail panel: sets its selectedEinnahme and refreshes it.
-    void showEntryInDetailView(const EinnahmePtr& entry);
 
 private:
     ViewController* viewController_ = nullptr;

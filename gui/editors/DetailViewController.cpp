@@ -1,10 +1,12 @@
 #include "editors/DetailViewController.h"
 
+#include "app/Document.h"
 #include "editors/DetailBox.h"
+#include "entrylist/FormEdit.h"
 #include "model/DecimalCommaText.h"
 #include "model/Kategorien.h"
 #include "model/UnicodeText.h"
-#include "platform/Clock.h"
+#include "platform/DateTimes.h"
 #include "platform/NotificationCenter.h"
 
 #include <QCheckBox>
@@ -17,14 +19,13 @@
 #include <QPropertyAnimation>
 #include <QVBoxLayout>
 
-#include <cmath>
+#include <algorithm>
 
 namespace saldo::gui {
 
 namespace {
 
 constexpr int kFadeMilliseconds = 100;
-constexpr int kMinimumNameLength = 3;
 const char* const kArtPopUpId = "ArtPopUp";
 const char* const kKategoriePopUpId = "KategoriePopUp";
 const char* const kInnergemCheckBoxId = "innergemCheckBox";
@@ -37,16 +38,9 @@ QString qs(const std::string& text)
 
 QDateTime toDateTime(ReferenceSeconds datum)
 {
-    const double ms = (datum + kReferenceDateUnixSeconds) * 1000.0;
-    // A date the editor cannot hold (or no number at all) shows the current moment.
-    if (!std::isfinite(ms) || std::fabs(ms) > 2.5e14)
-        return QDateTime::currentDateTime();
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::llround(ms)), Qt::LocalTime);
-}
-
-ReferenceSeconds toReferenceSeconds(const QDateTime& dateTime)
-{
-    return static_cast<double>(dateTime.toMSecsSinceEpoch()) / 1000.0 - kReferenceDateUnixSeconds;
+    // A date the calendar cannot name shows the current moment.
+    const QDateTime local = DateTimes::toQDateTime(datum);
+    return local.isValid() ? local : QDateTime::currentDateTime();
 }
 
 }  // namespace
@@ -82,8 +76,9 @@ public:
     QList<QLineEdit*> textFields() const { return {name, rechnungsnummer, steuernummer, leistungsart, brutto, steuersatz}; }
 };
 
-DetailViewController::DetailViewController(UserDefaults& defaults, QWidget* parent)
+DetailViewController::DetailViewController(Document& document, UserDefaults& defaults, QWidget* parent)
     : QWidget(parent)
+    , document_(document)
     , defaults_(defaults)
     , d_(new Private)
 {
@@ -219,6 +214,10 @@ DetailViewController::DetailViewController(UserDefaults& defaults, QWidget* pare
     });
     for (QCheckBox* check : {d_->innergem, d_->nonEU})
         connect(check, &QCheckBox::clicked, this, [this, check] { checkBoxValueChanged(check); });
+    connect(d_->name, &QLineEdit::textChanged, this, &DetailViewController::updateNameHint);
+    for (QLineEdit* amount : {d_->brutto, d_->steuersatz})
+        connect(amount, &QLineEdit::textEdited, this, &DetailViewController::previewNetto);
+    connect(&document_, &Document::changed, this, &DetailViewController::documentChanged);
 
     d_->fadeOut = new QPropertyAnimation(d_->box, "opacity", this);
     d_->fadeOut->setDuration(kFadeMilliseconds);
@@ -262,6 +261,52 @@ QColor DetailViewController::borderColorFor(const std::string& art)
     if (UnicodeText::equal(art, kArtAusgabe))
         return QColor::fromRgbF(1.0f, 0.0f, 0.0f);
     return QColor::fromRgbF(0.0f, 0.0f, 0.0f);
+}
+
+void DetailViewController::showEntry(const EinnahmePtr& entry)
+{
+    setSelectedEinnahme(entry);
+    updateDetailView();
+}
+
+void DetailViewController::documentChanged(const DocumentChange& change)
+{
+    if (!selectedEinnahme_ || change.kind != DocumentChange::Kind::EntriesEdited)
+        return;
+    if (std::find(change.entries.begin(), change.entries.end(), selectedEinnahme_) == change.entries.end())
+        return;
+    // The shown entry changed: its colours and values at once, without a fade.
+    if (d_->fadeOut->state() == QAbstractAnimation::Running || d_->fadeIn->state() == QAbstractAnimation::Running)
+        return;  // the running refresh fills the form from the current values anyway
+    d_->box->setFillColor(fillColorFor(selectedEinnahme_->art()));
+    d_->box->setBorderColor(borderColorFor(selectedEinnahme_->art()));
+    fillDetailFields();
+}
+
+void DetailViewController::updateNameHint()
+{
+    const bool tooShort = !FormEdit::nameLongEnough(d_->name->text().toStdString());
+    if (tooShort == d_->name->property("nameTooShort").toBool())
+        return;
+    d_->name->setProperty("nameTooShort", tooShort);
+    d_->name->setStyleSheet(tooShort ? QStringLiteral("QLineEdit { border: 2px solid #d00000; }") : QString());
+    d_->name->setToolTip(tooShort ? QString::fromUtf8(FormEdit::kNameTooShort.data(),
+                                        static_cast<qsizetype>(FormEdit::kNameTooShort.size()))
+                                  : QString());
+}
+
+void DetailViewController::previewNetto()
+{
+    // While a gross amount or rate is typed, the net amount shows what the
+    // typed texts would give; the stored values again once they cannot be read.
+    const Einnahme* e = selectedEinnahme_.get();
+    auto brutto = DecimalCommaText::parse(d_->brutto->text().toStdString());
+    auto steuersatz = DecimalCommaText::parse(d_->steuersatz->text().toStdString());
+    if (!brutto || *brutto < 0.0f || (e && !e->childTransactions().empty()))
+        brutto = e ? e->brutto() : 0.0f;
+    if (!steuersatz)
+        steuersatz = e ? e->steuersatz() : 0.0f;
+    d_->netto->setText(qs(DecimalCommaText::fixed(Einnahme::nettoOf(*brutto, *steuersatz), 2)));
 }
 
 void DetailViewController::updateDetailView()
@@ -329,6 +374,11 @@ void DetailViewController::fillDetailFields()
     d_->datum->setDateTime(e ? toDateTime(e->datum()) : QDateTime::currentDateTime());
     d_->innergem->setChecked(e && e->innergemeinschaftlicherErwerb());
     d_->nonEU->setChecked(e && e->isNonEU());
+    // Split bookings decide the gross amount: it is changed in their editor.
+    d_->brutto->setReadOnly(e && !e->childTransactions().empty());
+    d_->brutto->setToolTip(d_->brutto->isReadOnly()
+            ? QStringLiteral("Die Splitbuchungen bestimmen den Bruttobetrag (Eintrag > Splitbuchung bearbeiten)")
+            : QString());
     for (QLineEdit* field : d_->textFields())
         field->setModified(false);
     d_->filling = false;
@@ -355,28 +405,27 @@ void DetailViewController::updateBoxEnabled()
 
 void DetailViewController::announceEdit()
 {
-    emit changeDone();
     NotificationCenter::defaultCenter().post(kDetailViewUpdated);
 }
 
 void DetailViewController::textFieldEdited()
 {
-    if (UnicodeText::graphemeCount(d_->name->text().toStdString()) < kMinimumNameLength)
+    if (!FormEdit::nameLongEnough(d_->name->text().toStdString()))
         return;
-    if (Einnahme* e = selectedEinnahme_.get()) {
-        e->setName(d_->name->text().toStdString());
-        e->setRechnungsnummer(d_->rechnungsnummer->text().toStdString());
-        e->setSteuernummer(d_->steuernummer->text().toStdString());
-        e->setLeistungsart(d_->leistungsart->text().toStdString());
+    if (selectedEinnahme_) {
+        FormEdit::Texts texts;
+        texts.name = d_->name->text().toStdString();
+        texts.rechnungsnummer = d_->rechnungsnummer->text().toStdString();
+        texts.steuernummer = d_->steuernummer->text().toStdString();
+        texts.leistungsart = d_->leistungsart->text().toStdString();
         // With no item of the entry's category in the list, the category stays.
         if (d_->kategorie->currentIndex() >= 0)
-            e->setKategorie(d_->kategorie->currentText().toStdString());
-        // A text that is no number leaves the value as it was; the setter
-        // refuses a negative gross amount.
-        if (auto brutto = DecimalCommaText::parse(d_->brutto->text().toStdString()))
-            e->setBrutto(*brutto);
-        if (auto steuersatz = DecimalCommaText::parse(d_->steuersatz->text().toStdString()))
-            e->setSteuersatz(*steuersatz);
+            texts.kategorie = d_->kategorie->currentText().toStdString();
+        texts.brutto = d_->brutto->text().toStdString();
+        texts.steuersatz = d_->steuersatz->text().toStdString();
+        document_.editForm(selectedEinnahme_, texts);
+        // Amounts that could not be taken show the stored values again.
+        fillDetailFields();
     }
     for (QLineEdit* field : d_->textFields())
         field->setModified(false);
@@ -387,37 +436,40 @@ void DetailViewController::popUpButtonChangedSelection(QComboBox* sender)
 {
     const QString id = sender ? sender->objectName() : QString();
     if (id == QLatin1String(kArtPopUpId)) {
-        if (selectedEinnahme_ && sender->currentIndex() >= 0)
-            selectedEinnahme_->setArt(sender->currentData().toString().toStdString());
+        if (sender->currentIndex() >= 0) {
+            const std::string art = sender->currentData().toString().toStdString();
+            document_.editEntry(selectedEinnahme_, [&](Einnahme& e) { e.setArt(art); });
+        }
         announceEdit();
     } else if (id == QLatin1String(kKategoriePopUpId)) {
         if (sender->currentIndex() < 0)
             return;
-        if (selectedEinnahme_)
-            selectedEinnahme_->setKategorie(sender->currentText().toStdString());
+        const std::string kategorie = sender->currentText().toStdString();
+        document_.editEntry(selectedEinnahme_, [&](Einnahme& e) { e.setKategorie(kategorie); });
         announceEdit();
     } else {
-        NotificationCenter::defaultCenter().post(kDetailViewUpdated);
+        announceEdit();
     }
 }
 
 void DetailViewController::datePickerValueChanged()
 {
-    if (selectedEinnahme_)
-        selectedEinnahme_->setDatum(toReferenceSeconds(d_->datum->dateTime()));
+    const ReferenceSeconds datum = DateTimes::toReferenceSeconds(d_->datum->dateTime());
+    document_.editEntry(selectedEinnahme_, [&](Einnahme& e) { e.setDatum(datum); });
     announceEdit();
 }
 
 void DetailViewController::checkBoxValueChanged(QCheckBox* sender)
 {
     const bool on = sender && sender->isChecked();
-    if (Einnahme* e = selectedEinnahme_.get()) {
-        // The setters clear the other flag before setting one.
-        if (sender && sender->objectName() == QLatin1String(kInnergemCheckBoxId))
-            e->setInnergemeinschaftlicherErwerb(on);
+    const bool innergem = sender && sender->objectName() == QLatin1String(kInnergemCheckBoxId);
+    // The setters clear the other flag before setting one.
+    document_.editEntry(selectedEinnahme_, [&](Einnahme& e) {
+        if (innergem)
+            e.setInnergemeinschaftlicherErwerb(on);
         else
-            e->setIsNonEU(on);
-    }
+            e.setIsNonEU(on);
+    });
     announceEdit();
 }
 

@@ -14,20 +14,28 @@ class QLineEdit;
 namespace saldo::gui {
 
 class DetailBox;
+class Document;
+struct DocumentChange;
 
 // The detail panel: the one entry selected in the entry table as a form inside
 // a coloured box (green on black for income, orange on red for an expense).
-// Edits go straight into the shared entry, mark the document changed
-// (changeDone) and post "DetailViewUpdated" so every entry table reloads. The
-// box is hidden (opacity 0) unless exactly one entry is selected.
+// Each edit is one of the document's verbs on that entry (so it can be undone)
+// and posts "DetailViewUpdated" so every entry table reloads. The form always
+// shows the entry's current values: an edit made anywhere shows at once, and
+// the net amount follows the typed gross amount and rate. A name too short to
+// be taken over is framed in red, with the reason as its tooltip. While the
+// entry has split bookings, their sum decides its gross amount, so the gross
+// field is read-only. The box is hidden (opacity 0) unless an entry is shown.
 class DetailViewController : public QWidget {
     Q_OBJECT
 public:
-    explicit DetailViewController(UserDefaults& defaults, QWidget* parent = nullptr);
+    DetailViewController(Document& document, UserDefaults& defaults, QWidget* parent = nullptr);
     ~DetailViewController() override;
 
     EinnahmePtr selectedEinnahme() const { return selectedEinnahme_; }
     void setSelectedEinnahme(EinnahmePtr entry) { selectedEinnahme_ = std::move(entry); }
+    // The entry list's hand-over: shows the entry (none hides the box).
+    void showEntry(const EinnahmePtr& entry);
 
     // Refreshes the panel from selectedEinnahme (fade out 0.1 s, refill, fade in
     // 0.1 s); with no entry the box is hidden at once.
@@ -71,18 +79,18 @@ public slots:
     // One of the two flags toggled; the flags exclude each other.
     void checkBoxValueChanged(QCheckBox* sender);
 
-signals:
-    // The document is to be marked changed.
-    void changeDone();
-
 private:
     void fadeInDetailBox(const QColor& fill, const QColor& border);
     void fillDetailFields();
     void refillKategorien();
     void updateBoxEnabled();
     void announceEdit();
+    void documentChanged(const DocumentChange& change);
+    void updateNameHint();
+    void previewNetto();
 
     class Private;
+    Document& document_;
     UserDefaults& defaults_;
     EinnahmePtr selectedEinnahme_;
     Private* d_ = nullptr;

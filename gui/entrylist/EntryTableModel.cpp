@@ -1,11 +1,13 @@
 #include "entrylist/EntryTableModel.h"
 
+#include "app/Document.h"
 #include "entrylist/CellEdit.h"
-#include "entrylist/NumberText.h"
 #include "entrylist/SortOrdering.h"
 #include "entrylist/StatusImages.h"
+#include "model/DecimalCommaText.h"
 #include "model/Kategorien.h"
 #include "platform/Calendar.h"
+#include "platform/DateTimes.h"
 #include "platform/NotificationCenter.h"
 
 #include <QBrush>
@@ -36,16 +38,63 @@ QString dateText(ReferenceSeconds datum)
         .arg(f.minute, 2, 10, zero);
 }
 
-QDateTime dateTimeOf(ReferenceSeconds datum)
+QString numberText(float value)
 {
-    const double millis = (datum + kReferenceDateUnixSeconds) * 1000.0;
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(millis));
+    return QString::fromStdString(DecimalCommaText::fixed(value, 2));
+}
+
+QString editableNumberText(float value)
+{
+    return QString::fromStdString(DecimalCommaText::editable(value));
+}
+
+bool checkStateOn(const QVariant& value)
+{
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool();
+    return value.toInt() == Qt::Checked;
+}
+
+// The value a cell's editor handed over, as the cell rules take it.
+std::optional<CellEdit::Value> cellValue(EntryColumn::Id column, const QVariant& value)
+{
+    switch (EntryColumn::kind(column)) {
+    case EntryColumn::Kind::Text:
+    case EntryColumn::Kind::Number:
+        return CellEdit::Text{value.toString().toStdString()};
+    case EntryColumn::Kind::CheckBox:
+        return CellEdit::Check{checkStateOn(value)};
+    case EntryColumn::Kind::PopUp:
+        if (column == EntryColumn::Art) {
+            bool ok = false;
+            const int index = value.toInt(&ok);
+            if (!ok || value.typeId() == QMetaType::QString)
+                return std::nullopt;
+            return CellEdit::ItemIndex{index};
+        }
+        if (!value.isValid() || value.typeId() != QMetaType::QString)
+            return CellEdit::ItemTitle{std::nullopt};
+        return CellEdit::ItemTitle{value.toString().toStdString()};
+    case EntryColumn::Kind::Date:
+        if (!value.toDateTime().isValid())
+            return std::nullopt;
+        return CellEdit::Date{DateTimes::toReferenceSeconds(value.toDateTime())};
+    }
+    return std::nullopt;
 }
 
 } // namespace
 
-EntryTableModel::EntryTableModel(const EntryLists& lists, const UserDefaults& defaults, QObject* parent)
+const QStringList& EntryTableModel::artTitles()
+{
+    static const QStringList titles { QString::fromLatin1(kArtEinnahme), QString::fromLatin1(kArtAusgabe) };
+    return titles;
+}
+
+EntryTableModel::EntryTableModel(
+    Document& document, const EntryLists& lists, const UserDefaults& defaults, QObject* parent)
     : QAbstractTableModel(parent)
+    , document_(document)
     , lists_(lists)
     , defaults_(defaults)
     , rows_(static_cast<int>(lists.einnahmen().size()))
@@ -82,15 +131,15 @@ QVariant EntryTableModel::displayData(const Einnahme& entry, EntryColumn::Id col
     case EntryColumn::Name:
         return fromStd(entry.name());
     case EntryColumn::Art:
-        return CellEdit::artTitles().at(entry.isIncome() ? 0 : 1);
+        return artTitles().at(entry.isIncome() ? 0 : 1);
     case EntryColumn::Kategorie:
         return categoryListed(entry.kategorie()) ? fromStd(entry.kategorie()) : QString();
     case EntryColumn::Brutto:
-        return NumberText::format(entry.brutto());
+        return numberText(entry.brutto());
     case EntryColumn::Netto:
-        return NumberText::format(entry.netto());
+        return numberText(entry.netto());
     case EntryColumn::Steuer:
-        return NumberText::format(entry.steuersatz());
+        return numberText(entry.steuersatz());
     case EntryColumn::Date:
         return dateText(entry.datum());
     case EntryColumn::Rechnungsnummer:
@@ -114,11 +163,11 @@ QVariant EntryTableModel::editData(const Einnahme& entry, EntryColumn::Id column
     case EntryColumn::Art:
         return entry.isIncome() ? 0 : 1;
     case EntryColumn::Date:
-        return dateTimeOf(entry.datum());
+        return DateTimes::toQDateTime(entry.datum());
     case EntryColumn::Brutto:
-        return NumberText::editable(entry.brutto());
+        return editableNumberText(entry.brutto());
     case EntryColumn::Steuer:
-        return NumberText::editable(entry.steuersatz());
+        return editableNumberText(entry.steuersatz());
     default:
         return displayData(entry, column);
     }
@@ -169,7 +218,7 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const
         return QVariant();
     case ItemsRole:
         if (column == EntryColumn::Art)
-            return CellEdit::artTitles();
+            return artTitles();
         if (column == EntryColumn::Kategorie && categoryTitles_)
             return *categoryTitles_;
         return QVariant();
@@ -184,9 +233,9 @@ QVariant EntryTableModel::headerData(int section, Qt::Orientation orientation, i
         return QAbstractTableModel::headerData(section, orientation, role);
     const auto column = EntryColumn::fromIndex(section);
     if (role == Qt::DisplayRole)
-        return EntryColumn::title(column);
+        return QString::fromUtf8(EntryColumn::title(column));
     if (role == IdentifierRole)
-        return EntryColumn::identifier(column);
+        return QString::fromLatin1(EntryColumn::identifier(column));
     return QVariant();
 }
 
@@ -224,7 +273,7 @@ Qt::ItemFlags EntryTableModel::flags(const QModelIndex& index) const
 
 bool EntryTableModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-    if (!index.isValid() || !editHandler_ || !entryAt(index.row()))
+    if (!index.isValid() || !entryAt(index.row()))
         return false;
     const auto column = EntryColumn::fromIndex(index.column());
     const bool checkColumn = EntryColumn::kind(column) == EntryColumn::Kind::CheckBox;
@@ -232,8 +281,12 @@ bool EntryTableModel::setData(const QModelIndex& index, const QVariant& value, i
         return false;
     if (!(flags(index) & (Qt::ItemIsEditable | Qt::ItemIsUserCheckable)))
         return false;
+    const auto edit = cellValue(column, value);
+    if (!edit)
+        return false;
     const int row = index.row();
-    const bool stored = editHandler_(row, column, value);
+    const bool stored = document_.editCell(row, column, *edit) == CellEdit::Outcome::Stored;
+    // A refused value is replaced by the stored one at once.
     rowChanged(row);
     return stored;
 }
@@ -312,7 +365,7 @@ void EntryTableModel::resetWith(const std::function<void()>& change)
 
 void EntryTableModel::sort(int column, Qt::SortOrder order)
 {
-    if (column < 0 || column >= EntryColumn::Count || !sortHandler_)
+    if (column < 0 || column >= EntryColumn::Count)
         return;
     std::optional<std::string_view> key;
     if (static_cast<std::size_t>(column) < SortOrdering::kColumnKeys.size())
@@ -325,7 +378,7 @@ void EntryTableModel::sort(int column, Qt::SortOrder order)
     for (const QModelIndex& index : before)
         held.push_back(entryAt(index.row()).get());
 
-    sortHandler_(key, order == Qt::AscendingOrder);
+    document_.sortEinnahmen(key, order == Qt::AscendingOrder);
 
     // Each held index moves to the (first) row of its entry.
     QModelIndexList after;

@@ -16,15 +16,18 @@
 
 namespace saldo::gui {
 
-// The entry table's model: one row per entry of the shown list `einnahmen`,
-// one column per EntryColumn, read straight from the shared entries (no copy,
-// no widget per row, every cell in constant time). It also keeps the category
-// list read from the user's preferences, re-read on every reload, for the
-// category cells. Edits arriving through setData go to the edit handler (the
-// entry list's cell edit); afterwards the row is shown again with the entry's
-// current values. The lists themselves are changed by the entry list; it
-// wraps each change in one of the structural calls below so that views see
-// consistent row counts.
+class Document;
+
+// The entry table's model: one row per entry of the document's shown list
+// `einnahmen`, one column per EntryColumn, read straight from the shared
+// entries (no copy, no widget per row, every cell in constant time). It also
+// keeps the category list read from the user's preferences, re-read on every
+// reload, for the category cells. An edit arriving through setData is the
+// document's cell edit verb; afterwards the row shows the entry's current
+// values (the old ones again when the edit was refused). The lists belong to
+// the document, which wraps each change of them in one of the structural calls
+// below so that views see consistent row counts; a header click asks the
+// document to sort its shown list.
 class EntryTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -36,10 +39,8 @@ public:
         IdentifierRole,
     };
 
-    // Answers whether the value was stored.
-    using EditHandler = std::function<bool(int row, EntryColumn::Id column, const QVariant& value)>;
-
-    EntryTableModel(const EntryLists& lists, const UserDefaults& defaults, QObject* parent = nullptr);
+    EntryTableModel(Document& document, const EntryLists& lists, const UserDefaults& defaults,
+        QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -48,12 +49,9 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
-    void setEditHandler(EditHandler handler) { editHandler_ = std::move(handler); }
+    // The kind pop-up's items; index 0 stands for income, index 1 for expense.
+    static const QStringList& artTitles();
 
-    // Sorts the shown list in place by a column key (none: the default
-    // ordering); the entry list hands it to the core.
-    using SortHandler = std::function<void(std::optional<std::string_view> key, bool ascending)>;
-    void setSortHandler(SortHandler handler) { sortHandler_ = std::move(handler); }
     // A header click: the first eleven columns sort by their keys, later ones
     // by the default ordering, column -1 (no sort indicator) not at all. Rows
     // follow their entries, so that the selection stays on the same entries.
@@ -83,11 +81,10 @@ private:
     QVariant editData(const Einnahme& entry, EntryColumn::Id column) const;
     bool categoryListed(const std::string& kategorie) const;
 
+    Document& document_;
     const EntryLists& lists_;
     const UserDefaults& defaults_;
     int rows_ = 0;
-    EditHandler editHandler_;
-    SortHandler sortHandler_;
     std::optional<std::vector<std::string>> categories_;
     std::optional<QStringList> categoryTitles_;
     std::unordered_set<std::string> categorySet_;

@@ -1,11 +1,10 @@
 #include "entrylist/ViewController.h"
 
-#include "app/SplitViewController.h"
-#include "editors/DetailViewController.h"
-#include "entrylist/CellEdit.h"
+#include "app/Document.h"
+#include "app/DocumentEntries.h"
 #include "entrylist/CheckBoxDelegate.h"
 #include "entrylist/DateDelegate.h"
-#include "entrylist/DeleteEntriesCommand.h"
+#include "entrylist/EntryColumn.h"
 #include "entrylist/EntryLists.h"
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/PopUpDelegate.h"
@@ -13,19 +12,15 @@
 #include "entrylist/SelectionSummaryView.h"
 #include "entrylist/TextDelegate.h"
 #include "model/Kategorien.h"
-#include "platform/Diagnostics.h"
 #include "platform/Dialogs.h"
 #include "platform/NotificationCenter.h"
-#include "platform/Sound.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPointer>
 #include <QSplitter>
 #include <QTableView>
-#include <QUndoStack>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -33,77 +28,74 @@
 
 namespace saldo::gui {
 
-class ViewController::Private final : public DeleteEntriesCommand::Target {
+namespace {
+
+// Initial widths of the columns, in the table's order.
+constexpr int kColumnWidths[EntryColumn::Count] = { 170, 56, 70, 100, 230, 80, 80, 72, 118, 120, 110, 82, 120 };
+
+} // namespace
+
+class ViewController::Private {
 public:
-    Private(ViewController* owner, UserDefaults& d)
+    Private(ViewController* owner, Document& doc, UserDefaults& d)
         : q(owner)
+        , document(doc)
         , defaults(d)
     {
     }
 
     ViewController* q;
+    Document& document;
     UserDefaults& defaults;
-    EntryLists lists;
     EntryTableModel* model = nullptr;
     QTableView* table = nullptr;
     SearchFieldController* search = nullptr;
     SelectionSummaryView* summary = nullptr;
     EinnahmePtr selectedEinnahme;
-    QPointer<SplitViewController> split;
-    QPointer<QUndoStack> undoStack;
     NotificationCenter::Token observer = 0;
+
     // While the lists and the table are being changed, selection signals wait:
     // the change ends with one selection update if the selected entries differ.
     int structuralChanges = 0;
+    std::vector<const Einnahme*> selectedBefore;
+    std::vector<std::size_t> rowsBefore;
+    EinnahmePtr currentBefore;
 
     void setUpTable();
 
-    // The selection, in ascending row order.
-    std::vector<std::size_t> selectedRows() const;
-    // The table's selected row: the current row when it is selected, else the
-    // last selected row; none without a selection.
-    std::optional<std::size_t> selectedRow() const;
-    // Replaces the selection by exactly these rows.
     void selectRows(const std::vector<std::size_t>& rows);
     std::vector<const Einnahme*> selectedEntries() const;
 
-    // Runs a change of lists or table; afterwards, when the selected entries
-    // differ from before, the selection is handled once.
+    void beginChange();
+    void endChange();
+    // Runs a change of the selection or the table made here; afterwards, when
+    // the selected entries differ from before, the selection is handled once.
     void structuralChange(const std::function<void()>& change);
-    // Resets the model around `change`, then selects again those entries that
-    // were selected and are still shown.
-    void resetKeepingSelection(const std::function<void()>& change);
-    // Shows the lists again (rows added or removed behind the table's back included).
-    void reloadTable();
+    // After the shown list was rebuilt: selects again those entries that were
+    // selected and are still shown; the current one stays the current one.
+    void reselectEntries();
 
+    void documentChanged(const DocumentChange& change);
     void selectionDidChange();
     void rebuildSelectionSummary();
-    DetailViewController* detailPanel() const;
-
-    // The action of every edited cell; answers whether a value was stored.
-    bool cellViewEdited(int row, EntryColumn::Id column, const QVariant& value);
-
-    void insertDuplicate(std::size_t row);
-    void pushDeletion(std::vector<std::size_t> rows);
     void contextMenu(const QPoint& position);
-
-    // DeleteEntriesCommand::Target
-    DeletionRecord deleteRows(const std::vector<std::size_t>& rows) override;
-    void undoDeletion(const DeletionRecord& record) override;
-    void redoDeletion(const DeletionRecord& record) override;
+    void confirmAndDelete(std::vector<std::size_t> rows, bool reloadWhenRefused);
 };
 
-ViewController::ViewController(UserDefaults& defaults, QWidget* parent)
+ViewController::ViewController(Document& document, UserDefaults& defaults, QWidget* parent)
     : QWidget(parent)
-    , d_(new Private(this, defaults))
+    , d_(new Private(this, document, defaults))
 {
     setObjectName(QStringLiteral("ViewController"));
     Kategorien::storeDefaultKategorienIfMissing(defaults);
+    d_->model = document.model();
+    // The stored chart may have been written just now.
+    d_->model->reload();
     d_->setUpTable();
     d_->search = new SearchFieldController(this);
     d_->search->setSearchHandler([this](const SearchOutcome& outcome) {
+        d_->document.applySearch(outcome);
         // A new list from the complete one has its order: no sort indicator.
-        d_->structuralChange([&] { d_->resetKeepingSelection([&] { d_->lists.applySearch(outcome); }); });
         if (outcome.kind() != SearchOutcome::Kind::KeepShown)
             d_->table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
         NotificationCenter::defaultCenter().post(kTableViewUpdated);
@@ -117,6 +109,7 @@ ViewController::ViewController(UserDefaults& defaults, QWidget* parent)
     layout->setSpacing(4);
     layout->addWidget(d_->search->searchField());
     auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter->setObjectName(QStringLiteral("entryListSplitter"));
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(d_->table);
     splitter->addWidget(d_->summary);
@@ -125,17 +118,23 @@ ViewController::ViewController(UserDefaults& defaults, QWidget* parent)
     splitter->setSizes({ 560, 180 });
     layout->addWidget(splitter);
 
+    connect(&document, &Document::aboutToChange, this, [this] { d_->beginChange(); });
+    connect(&document, &Document::changed, this, [this](const DocumentChange& change) {
+        d_->documentChanged(change);
+        d_->endChange();
+    });
+    connect(&document, &Document::cellEditCompleted, this, [this] {
+        if (!selectedRows().empty())
+            NotificationCenter::defaultCenter().post(kTableViewUpdated);
+    });
     d_->observer = NotificationCenter::defaultCenter().addObserver(kDetailViewUpdated, [this] { updateTableView(); });
-
-    d_->structuralChange([this] { d_->model->resetWith([this] { d_->lists.setStartingEntry(); }); });
 }
 
 ViewController::~ViewController()
 {
     NotificationCenter::defaultCenter().removeObserver(d_->observer);
-    // The table goes with this widget; its model must not outlive the lists.
+    // The model belongs to the document, which outlives this view.
     d_->table->setModel(nullptr);
-    delete d_->model;
     delete d_;
 }
 
@@ -143,12 +142,7 @@ void ViewController::Private::setUpTable()
 {
     table = new QTableView(q);
     table->setObjectName(QStringLiteral("tableView"));
-    model = new EntryTableModel(lists, defaults);
-    model->setEditHandler(
-        [this](int row, EntryColumn::Id column, const QVariant& value) { return cellViewEdited(row, column, value); });
     table->setModel(model);
-    model->setSortHandler(
-        [this](std::optional<std::string_view> key, bool ascending) { lists.sortEinnahmen(key, ascending); });
 
     auto* text = new TextDelegate(table);
     auto* checkBox = new CheckBoxDelegate(table);
@@ -190,7 +184,7 @@ void ViewController::Private::setUpTable()
     columns->setSortIndicator(-1, Qt::AscendingOrder);
     table->setSortingEnabled(true);
     for (int column = 0; column < EntryColumn::Count; ++column)
-        columns->resizeSection(column, EntryColumn::defaultWidth(EntryColumn::fromIndex(column)));
+        columns->resizeSection(column, kColumnWidths[column]);
 
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -225,21 +219,19 @@ void ViewController::Private::setUpTable()
 
 // --- state -----------------------------------------------------------------
 
+Document& ViewController::document() const
+{
+    return d_->document;
+}
+
 const EinnahmeList& ViewController::einnahmen() const
 {
-    return d_->lists.einnahmen();
+    return d_->document.einnahmen();
 }
 
 const EinnahmeList& ViewController::backupEinnahmen() const
 {
-    return d_->lists.backupEinnahmen();
-}
-
-void ViewController::setEntries(const EinnahmeList& entries)
-{
-    d_->structuralChange([&] { d_->model->resetWith([&] { d_->lists.setEntries(entries); }); });
-    // The new list is in its own order: no sort indicator.
-    d_->table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    return d_->document.backupEinnahmen();
 }
 
 EinnahmePtr ViewController::selectedEinnahme() const
@@ -252,23 +244,23 @@ QTableView* ViewController::tableView() const
     return d_->table;
 }
 
-void ViewController::setSplitViewController(SplitViewController* split)
+SearchFieldController* ViewController::searchFieldController() const
 {
-    d_->split = split;
+    return d_->search;
 }
 
-void ViewController::setUndoStack(QUndoStack* undoStack)
+SelectionSummaryView* ViewController::selectedEntriesView() const
 {
-    d_->undoStack = undoStack;
+    return d_->summary;
 }
 
 // --- selection ---------------------------------------------------------------
 
-std::vector<std::size_t> ViewController::Private::selectedRows() const
+std::vector<std::size_t> ViewController::selectedRows() const
 {
     // Ranges of rows in ascending order, each row once: the ranges are sorted,
     // not the rows (select-all at a million rows is one range).
-    const QItemSelection selection = table->selectionModel()->selection();
+    const QItemSelection selection = d_->table->selectionModel()->selection();
     std::vector<std::pair<int, int>> ranges;
     ranges.reserve(static_cast<std::size_t>(selection.size()));
     std::size_t total = 0;
@@ -286,9 +278,9 @@ std::vector<std::size_t> ViewController::Private::selectedRows() const
     return rows;
 }
 
-std::optional<std::size_t> ViewController::Private::selectedRow() const
+std::optional<std::size_t> ViewController::selectedRow() const
 {
-    QItemSelectionModel* selection = table->selectionModel();
+    QItemSelectionModel* selection = d_->table->selectionModel();
     const QModelIndex current = selection->currentIndex();
     if (current.isValid() && selection->isRowSelected(current.row()))
         return static_cast<std::size_t>(current.row());
@@ -317,34 +309,46 @@ void ViewController::Private::selectRows(const std::vector<std::size_t>& rows)
 std::vector<const Einnahme*> ViewController::Private::selectedEntries() const
 {
     std::vector<const Einnahme*> entries;
-    for (std::size_t row : selectedRows())
+    for (std::size_t row : q->selectedRows())
         if (const auto entry = model->entryAt(static_cast<int>(row)))
             entries.push_back(entry.get());
     return entries;
 }
 
-void ViewController::Private::structuralChange(const std::function<void()>& change)
+void ViewController::Private::beginChange()
 {
-    const auto before = selectedEntries();
-    ++structuralChanges;
-    change();
-    --structuralChanges;
-    if (structuralChanges == 0 && selectedEntries() != before)
+    if (structuralChanges++ > 0)
+        return;
+    selectedBefore = selectedEntries();
+    rowsBefore = q->selectedRows();
+    currentBefore = model->entryAt(table->selectionModel()->currentIndex().row());
+}
+
+void ViewController::Private::endChange()
+{
+    if (--structuralChanges > 0)
+        return;
+    currentBefore.reset();
+    if (selectedEntries() != selectedBefore)
         selectionDidChange();
 }
 
-void ViewController::Private::resetKeepingSelection(const std::function<void()>& change)
+void ViewController::Private::structuralChange(const std::function<void()>& change)
 {
-    const auto before = selectedEntries();
-    EinnahmePtr current = model->entryAt(table->selectionModel()->currentIndex().row());
-    model->resetWith(change);
-    if (before.empty())
+    beginChange();
+    change();
+    endChange();
+}
+
+void ViewController::Private::reselectEntries()
+{
+    if (selectedBefore.empty())
         return;
     std::unordered_map<const Einnahme*, std::size_t> rowOf;
-    rowOf.reserve(before.size());
-    for (const Einnahme* entry : before)
+    rowOf.reserve(selectedBefore.size());
+    for (const Einnahme* entry : selectedBefore)
         rowOf.emplace(entry, SIZE_MAX);
-    const auto& einnahmen = lists.einnahmen();
+    const auto& einnahmen = document.einnahmen();
     for (std::size_t row = 0; row < einnahmen.size(); ++row) {
         auto it = rowOf.find(einnahmen[row].get());
         if (it != rowOf.end() && it->second == SIZE_MAX)
@@ -355,9 +359,8 @@ void ViewController::Private::resetKeepingSelection(const std::function<void()>&
         if (row != SIZE_MAX)
             rows.push_back(row);
     std::sort(rows.begin(), rows.end());
-    // The current row stays the current one when it survived.
-    if (current) {
-        auto it = rowOf.find(current.get());
+    if (currentBefore) {
+        auto it = rowOf.find(currentBefore.get());
         if (it != rowOf.end() && it->second != SIZE_MAX) {
             rows.erase(std::find(rows.begin(), rows.end(), it->second));
             rows.push_back(it->second);
@@ -366,226 +369,109 @@ void ViewController::Private::resetKeepingSelection(const std::function<void()>&
     selectRows(rows);
 }
 
-void ViewController::Private::reloadTable()
+void ViewController::Private::documentChanged(const DocumentChange& change)
 {
-    if (static_cast<std::size_t>(model->rowCount()) != lists.einnahmen().size())
-        resetKeepingSelection([] {});
-    else
-        model->reload();
+    switch (change.selection) {
+    case DocumentChange::Selection::Rows:
+        selectRows(change.rows);
+        if (change.scroll && !change.rows.empty())
+            table->scrollTo(model->index(static_cast<int>(change.rows.back()), 0));
+        break;
+    case DocumentChange::Selection::KeepRows:
+        selectRows(rowsBefore);
+        break;
+    case DocumentChange::Selection::KeepEntries:
+        // Inserted and removed rows keep the selection by themselves; a rebuilt
+        // list has lost it.
+        if (change.kind == DocumentChange::Kind::ListsReplaced)
+            reselectEntries();
+        break;
+    }
+    // The selection summary follows edits, wherever they were made.
+    if (change.kind == DocumentChange::Kind::EntriesEdited && !q->selectedRows().empty())
+        rebuildSelectionSummary();
 }
 
 void ViewController::Private::selectionDidChange()
 {
-    const auto rows = selectedRows();
+    const auto rows = q->selectedRows();
     rebuildSelectionSummary();
     selectedEinnahme = rows.size() == 1 ? model->entryAt(static_cast<int>(rows.front())) : nullptr;
-    DetailViewController* detail = detailPanel();
-    if (detail) {
-        detail->setSelectedEinnahme(selectedEinnahme);
-        detail->updateDetailView();
-    }
+    emit q->selectionChanged(selectedEinnahme, static_cast<int>(rows.size()));
     NotificationCenter::defaultCenter().post(kTableViewUpdated);
-    if (rows.empty() && detail) {
-        detail->setSelectedEinnahme(nullptr);
-        detail->setBoxOpacity(0.0);
-    }
 }
 
 void ViewController::Private::rebuildSelectionSummary()
 {
-    summary->showSelection(lists.einnahmen(), selectedRows());
-}
-
-DetailViewController* ViewController::Private::detailPanel() const
-{
-    return split ? split->detailViewController() : nullptr;
+    summary->showSelection(document.einnahmen(), q->selectedRows());
 }
 
 void ViewController::viewWillAppear()
 {
     d_->structuralChange([this] {
-        d_->reloadTable();
-        if (!d_->lists.einnahmen().empty())
+        d_->model->reload();
+        if (!einnahmen().empty())
             d_->selectRows({ 0 });
     });
 }
 
 void ViewController::updateTableView()
 {
-    const auto row = d_->selectedRow();
-    if (!row) {
-        d_->structuralChange([this] { d_->reloadTable(); });
-        return;
-    }
-    const EinnahmePtr entry = d_->model->entryAt(static_cast<int>(*row));
+    const auto row = selectedRow();
+    const EinnahmePtr entry = row ? d_->model->entryAt(static_cast<int>(*row)) : nullptr;
     d_->structuralChange([&] {
-        d_->reloadTable();
-        if (const auto moved = d_->lists.rowOf(entry.get()))
+        d_->model->reload();
+        if (!entry)
+            return;
+        if (const auto moved = d_->document.entries().lists().rowOf(entry.get()))
             d_->selectRows({ *moved });
     });
-}
-
-// --- editing in cells ----------------------------------------------------------
-
-bool ViewController::Private::cellViewEdited(int row, EntryColumn::Id column, const QVariant& value)
-{
-    if (row < 0 || static_cast<std::size_t>(row) >= lists.einnahmen().size())
-        return false;
-    const EinnahmePtr entry = lists.einnahmen()[static_cast<std::size_t>(row)];
-
-    if (CellEdit::isTextField(column))
-        diagnosticLine(CellEdit::diagnosticText(row, column, value.toString()));
-
-    const auto outcome = CellEdit::apply(*entry, column, value);
-    if (outcome == CellEdit::Outcome::Refused) {
-        playSound("Basso");
-        return false;
-    }
-    if (outcome == CellEdit::Outcome::Dropped)
-        return false;
-
-    rebuildSelectionSummary();
-    if (!selectedRows().empty()) {
-        if (split)
-            split->showEntryInDetailView(selectedEinnahme);
-        emit q->changeDone();
-        NotificationCenter::defaultCenter().post(kTableViewUpdated);
-    }
-    return outcome == CellEdit::Outcome::Stored;
 }
 
 // --- list commands -------------------------------------------------------------
 
 void ViewController::addEntry()
 {
-    d_->structuralChange([this] {
-        const auto row = d_->lists.einnahmen().size();
-        d_->model->insertEntries(static_cast<int>(row), 1, [this] { d_->lists.addEntry(); });
-        d_->selectRows({ row });
-        d_->table->scrollTo(d_->model->index(static_cast<int>(row), 0));
-    });
-    emit changeDone();
+    d_->document.addEntry();
 }
 
 void ViewController::duplicateEntry()
 {
-    const std::size_t count = d_->lists.einnahmen().size();
-    if (!d_->selectedRow() && count > 0)
+    const std::size_t count = einnahmen().size();
+    if (!selectedRow() && count > 0)
         d_->structuralChange([&] { d_->selectRows({ count - 1 }); });
-    const auto source = EntryLists::duplicateSourceRow(d_->selectedRow(), count);
-    if (!source)
-        return;
-    d_->insertDuplicate(*source);
+    if (const auto source = EntryLists::duplicateSourceRow(selectedRow(), count))
+        d_->document.duplicateEntry(*source);
 }
 
 void ViewController::duplicateRow(int row)
 {
-    if (row < 0 || static_cast<std::size_t>(row) >= d_->lists.einnahmen().size())
-        return;
-    d_->insertDuplicate(static_cast<std::size_t>(row));
-}
-
-void ViewController::Private::insertDuplicate(std::size_t row)
-{
-    structuralChange([&] {
-        const int copyRow = static_cast<int>(row) + 1;
-        model->insertEntries(copyRow, 1, [&] { lists.duplicate(row); });
-        selectRows({ row + 1 });
-        table->scrollTo(model->index(copyRow, 0));
-    });
-    emit q->changeDone();
+    if (row >= 0 && static_cast<std::size_t>(row) < einnahmen().size())
+        d_->document.duplicateEntry(static_cast<std::size_t>(row));
 }
 
 void ViewController::deleteEntries()
 {
-    auto rows = d_->selectedRows();
-    if (rows.empty())
-        return;
-    const QString question = QString::fromStdString(EntryLists::deleteConfirmationText(rows.size()));
-    if (!Dialogs::instance().confirmDelete(this, question)) {
-        d_->structuralChange([this] { d_->reloadTable(); });
-        return;
-    }
-    d_->pushDeletion(std::move(rows));
+    auto rows = selectedRows();
+    if (!rows.empty())
+        d_->confirmAndDelete(std::move(rows), true);
 }
 
 void ViewController::deleteRow(int row)
 {
-    if (row < 0 || static_cast<std::size_t>(row) >= d_->lists.einnahmen().size())
-        return;
-    const QString question = QString::fromStdString(EntryLists::deleteConfirmationText(1));
-    if (!Dialogs::instance().confirmDelete(this, question))
-        return;
-    d_->pushDeletion({ static_cast<std::size_t>(row) });
+    if (row >= 0 && static_cast<std::size_t>(row) < einnahmen().size())
+        d_->confirmAndDelete({ static_cast<std::size_t>(row) }, false);
 }
 
-void ViewController::Private::pushDeletion(std::vector<std::size_t> rows)
+void ViewController::Private::confirmAndDelete(std::vector<std::size_t> rows, bool reloadWhenRefused)
 {
-    auto* command = new DeleteEntriesCommand(q, *this, std::move(rows));
-    if (undoStack) {
-        undoStack->push(command); // runs the deletion
+    const QString question = QString::fromStdString(EntryLists::deleteConfirmationText(rows.size()));
+    if (!Dialogs::instance().confirmDelete(q, question)) {
+        if (reloadWhenRefused)
+            structuralChange([this] { model->reload(); });
         return;
     }
-    command->redo();
-    delete command;
-}
-
-DeletionRecord ViewController::Private::deleteRows(const std::vector<std::size_t>& rows)
-{
-    // Few blocks of neighbouring rows go out block by block, so that the table
-    // keeps its scroll position and selection by itself; many go out at once.
-    std::vector<std::size_t> valid;
-    for (std::size_t row : rows)
-        if (row < lists.einnahmen().size())
-            valid.push_back(row);
-    std::sort(valid.begin(), valid.end(), std::greater<>());
-    valid.erase(std::unique(valid.begin(), valid.end()), valid.end());
-
-    std::vector<std::pair<std::size_t, std::size_t>> blocks; // (first, last), highest first
-    for (std::size_t row : valid) {
-        if (!blocks.empty() && blocks.back().first == row + 1)
-            blocks.back().first = row;
-        else
-            blocks.emplace_back(row, row);
-    }
-
-    DeletionRecord record;
-    structuralChange([&] {
-        if (blocks.size() > 8) {
-            resetKeepingSelection([&] { record = lists.deleteRows(valid); });
-            return;
-        }
-        EinnahmeList removed;
-        for (const auto& [first, last] : blocks) {
-            std::vector<std::size_t> blockRows;
-            for (std::size_t row = last + 1; row-- > first;)
-                blockRows.push_back(row);
-            model->removeEntries(static_cast<int>(first), static_cast<int>(last - first + 1), [&] {
-                const DeletionRecord part = lists.deleteRows(blockRows);
-                removed.insert(removed.end(), part.entries().begin(), part.entries().end());
-            });
-        }
-        record = DeletionRecord(std::move(removed));
-    });
-    return record;
-}
-
-void ViewController::Private::undoDeletion(const DeletionRecord& record)
-{
-    structuralChange([&] {
-        const int first = static_cast<int>(lists.einnahmen().size());
-        std::vector<std::size_t> rows;
-        model->insertEntries(first, static_cast<int>(record.size()), [&] { rows = lists.undoDeletion(record); });
-        model->reload();
-        selectRows(rows);
-        if (const auto row = selectedRow())
-            table->scrollTo(model->index(static_cast<int>(*row), 0));
-    });
-}
-
-void ViewController::Private::redoDeletion(const DeletionRecord& record)
-{
-    structuralChange([&] { resetKeepingSelection([&] { lists.redoDeletion(record); }); });
+    document.deleteRows(std::move(rows));
 }
 
 void ViewController::Private::contextMenu(const QPoint& position)
@@ -611,24 +497,14 @@ void ViewController::handleDoubleClick(const QModelIndex& index)
     // Below the last row there is no row and nothing opens.
     if (!index.isValid() || index.row() < 0)
         return;
-    const auto row = d_->selectedRow();
-    if (!row)
-        return;
-    const EinnahmePtr source = d_->model->entryAt(static_cast<int>(*row));
-    if (!source)
-        return;
-    // The copy rule appends " Kopie"; the editor's working copy keeps the name.
-    EinnahmePtr workingCopy = source->copy();
-    workingCopy->setName(source->name());
-    emit splitBookingEditorRequested(workingCopy);
+    if (const auto row = selectedRow())
+        emit splitBookingEditorRequested(static_cast<int>(*row));
 }
 
 void ViewController::initiateSerialTransactionController()
 {
-    const auto row = d_->selectedRow();
-    if (!row)
-        return;
-    emit serialTransactionRequested(d_->lists.einnahmen(), static_cast<int>(*row));
+    if (const auto row = selectedRow())
+        emit serialTransactionRequested(static_cast<int>(*row));
 }
 
 } // namespace saldo::gui

@@ -5,52 +5,62 @@
 
 #include <QWidget>
 
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 class QTableView;
-class QUndoStack;
 class QModelIndex;
 
 namespace saldo::gui {
 
-class SplitViewController;
+class Document;
+class SearchFieldController;
+class SelectionSummaryView;
 
-// The entry list: the left pane of a document window. Owns the two working
-// lists of one document (`einnahmen`, shown in table order, and
-// `backupEinnahmen`, the complete list that is saved), shows them in the entry
-// table, hands the selected entry to the detail panel and is the target of the
-// list commands. Constructing it does what loading its view does: it stores the
-// default category chart if none is stored, sets up the table and makes the
-// starting entry "Neu".
+// The entry list: the left pane of a document window, a view over the
+// document's lists. It shows the shown list `einnahmen` in the entry table,
+// keeps the table's selection (and tells the window which entry is selected),
+// filters through its search field, totals the selected rows in its selection
+// summary, and turns the list commands into the document's verbs, asking
+// before a deletion. Constructing it does what loading its view does: it
+// stores the default category chart if none is stored and sets up the table.
 class ViewController : public QWidget {
     Q_OBJECT
 public:
-    explicit ViewController(UserDefaults& defaults, QWidget* parent = nullptr);
+    ViewController(Document& document, UserDefaults& defaults, QWidget* parent = nullptr);
     ~ViewController() override;
 
+    Document& document() const;
     const EinnahmeList& einnahmen() const;
     const EinnahmeList& backupEinnahmen() const;
-    // The document's hand-over: both lists become the given entries; the table reloads.
-    void setEntries(const EinnahmeList& entries);
 
+    // The entry of the selected row when exactly one row is selected.
     EinnahmePtr selectedEinnahme() const;
+    // The selected rows, ascending.
+    std::vector<std::size_t> selectedRows() const;
+    // The table's selected row: the current row when it is selected, else the
+    // last selected row; none without a selection.
+    std::optional<std::size_t> selectedRow() const;
+
     QTableView* tableView() const;
+    SearchFieldController* searchFieldController() const;
+    SelectionSummaryView* selectedEntriesView() const;
 
     // Reloads the table; when the window is about to appear, selects row 0.
     void viewWillAppear();
-    // Handler of "DetailViewUpdated": reloads and keeps the selected entry selected.
+    // Handler of "DetailViewUpdated": reloads (categories included) and keeps
+    // the selected row's entry selected.
     void updateTableView();
-
-    // The window's split view (for the detail panel hand-over) and the
-    // document's undo stack (for deletions).
-    void setSplitViewController(SplitViewController* split);
-    void setUndoStack(QUndoStack* undoStack);
 
 public slots:
     void addEntry();
     void duplicateEntry();
     void deleteEntries();
-    // Opens the split-booking editor for the double-clicked row (entry point).
+    // A double-click on a row (not below the last) asks for the split-booking
+    // editor on the selected row.
     void handleDoubleClick(const QModelIndex& index);
-    // Opens the recurring-entries sheet for the selected row (entry point).
+    // Asks for the recurring-entries sheet on the selected row.
     void initiateSerialTransactionController();
     // The row actions of the context menu: duplicate or (after confirmation)
     // delete the given row, whatever is selected.
@@ -58,14 +68,13 @@ public slots:
     void deleteRow(int row);
 
 signals:
-    // The document is to be marked changed (a change done by the user).
-    void changeDone();
-    // A double-click on a row with a row selected: the split-booking editor is
-    // to open on this working copy of the selected entry (same name, same
-    // child entries, a new object).
-    void splitBookingEditorRequested(const saldo::EinnahmePtr& workingCopy);
-    // The recurring-entries sheet is to open on the shown list and the selected row.
-    void serialTransactionRequested(const saldo::EinnahmeList& transactions, int selectedIndex);
+    // Every change of the selection: the selected entry (none unless exactly
+    // one row is selected) and the number of selected rows.
+    void selectionChanged(const saldo::EinnahmePtr& selectedEinnahme, int selectedCount);
+    // The split-booking editor is to open on the entry at this shown row.
+    void splitBookingEditorRequested(int row);
+    // The recurring-entries sheet is to open on the entry at this shown row.
+    void serialTransactionRequested(int row);
 
 private:
     class Private;

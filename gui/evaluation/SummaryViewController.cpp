@@ -1,17 +1,17 @@
 #include "evaluation/SummaryViewController.h"
 
-#include "entrylist/ViewController.h"
+#include "app/Document.h"
 #include "evaluation/CalcEngine.h"
 #include "evaluation/ReportTextView.h"
 
 #include <QPlainTextEdit>
-#include <QSplitter>
 #include <QVBoxLayout>
 
 namespace saldo::gui {
 
-SummaryViewController::SummaryViewController(QWidget* parent)
+SummaryViewController::SummaryViewController(const Document& document, QWidget* parent)
     : QWidget(parent)
+    , document_(document)
     , calcEngine_(sharedCalcEngine())
 {
     resultTextView_ = new QPlainTextEdit(this);
@@ -49,16 +49,7 @@ void SummaryViewController::showEvent(QShowEvent* event)
 
 void SummaryViewController::updateLabels()
 {
-    auto* inner = qobject_cast<QSplitter*>(parentWidget());
-    if (!inner)
-        return;
-    auto* outer = qobject_cast<QSplitter*>(inner->parentWidget());
-    if (!outer || outer->count() == 0)
-        return;
-    auto* entryList = qobject_cast<ViewController*>(outer->widget(0));
-    if (!entryList)
-        return;
-    calcEngine_.calculate(entryList->einnahmen());
+    calcEngine_.calculate(document_.einnahmen());
     resultTextView_->setPlainText(QString::fromStdString(calcEngine_.ergebnisString()));
 }
 

@@ -11,16 +11,19 @@ class CalcEngine;
 
 namespace saldo::gui {
 
-// The summary panel: the evaluation report of the entries the entry list shows,
-// as read-only text in a fixed-pitch font. It listens to nothing; a repeating
-// five-second timer recomputes the report with the shared engine and replaces
-// the whole text. The first refresh happens as soon as the panel is set up.
+class Document;
+
+// The summary panel: the evaluation report of the entries the document shows
+// (its shown list), as read-only text in a fixed-pitch font. It listens to
+// nothing; a repeating five-second timer recomputes the report with the shared
+// engine and replaces the whole text. The first refresh happens as soon as the
+// panel is set up.
 class SummaryViewController : public QWidget {
     Q_OBJECT
 public:
     static constexpr int kRefreshIntervalMs = 5000;
 
-    explicit SummaryViewController(QWidget* parent = nullptr);
+    explicit SummaryViewController(const Document& document, QWidget* parent = nullptr);
     ~SummaryViewController() override;
 
     QPlainTextEdit* resultTextView() const { return resultTextView_; }
@@ -32,15 +35,14 @@ public:
     void viewDidLoad();
 
 public slots:
-    // Finds the entry list through the split views (inner, then outer, then its
-    // first pane), evaluates its shown entries and replaces the text. Does
-    // nothing when any link of that path is missing.
+    // Evaluates the document's shown entries and replaces the text.
     void updateLabels();
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    const Document& document_;
     QPlainTextEdit* resultTextView_ = nullptr;
     CalcEngine& calcEngine_;
     QTimer timer_;

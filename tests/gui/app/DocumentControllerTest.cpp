@@ -58,7 +58,7 @@ TEST_F(DocumentControllerTest, AFileIsOpenedOnceWhateverItsPathIsCalled)
     Document* other = controller.openDocument(ledger(QStringLiteral("Bank.saldo"), 3));
     ASSERT_NE(other, nullptr);
     EXPECT_NE(other, first);
-    EXPECT_EQ(other->entryList()->einnahmen().size(), 3u);
+    EXPECT_EQ(other->einnahmen().size(), 3u);
     EXPECT_EQ(controller.documents().size(), 2u);
 }
 
@@ -151,9 +151,9 @@ TEST_F(DocumentControllerTest, QuittingAsksForEachChangedUntitledDocumentAndStop
     Document* a = controller.newDocument();
     Document* b = controller.newDocument();
     Document* saved = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
-    a->entryList()->addEntry();
-    b->entryList()->addEntry();
-    saved->entryList()->addEntry();
+    a->addEntry();
+    b->addEntry();
+    saved->addEntry();
 
     dialogs.saveChoices = { Dialogs::SaveChoice::DontSave, Dialogs::SaveChoice::Cancel };
     EXPECT_FALSE(controller.closeAllDocuments());

@@ -47,8 +47,8 @@ protected:
         auto document = std::make_unique<Document>(defaults);
         document->makeWindowControllers();
         for (int i = 0; i < added; ++i) {
-            document->entryList()->addEntry();
-            document->entryList()->backupEinnahmen().back()->setName("Beleg " + std::to_string(i));
+            document->addEntry();
+            document->backupEinnahmen().back()->setName("Beleg " + std::to_string(i));
         }
         EXPECT_TRUE(document->autosaveTimer().isActive());
         QMetaObject::invokeMethod(&document->autosaveTimer(), "timeout");
@@ -93,7 +93,7 @@ TEST_F(DocumentRecoveryTest, AChangedUntitledDocumentKeepsACopyUntilSavedUnderAN
     EXPECT_TRUE(document->isUntitled());
 
     // Later changes go into the same copy.
-    document->entryList()->addEntry();
+    document->addEntry();
     QMetaObject::invokeMethod(&document->autosaveTimer(), "timeout");
     EXPECT_EQ(AutosaveStore::files(), QStringList { copy });
     EXPECT_EQ(decodeFile(copy).size(), 4u);
@@ -142,13 +142,13 @@ TEST_F(DocumentRecoveryTest, TheNextStartOffersEachCopyLeftByACrash)
     EXPECT_TRUE(restored->isDocumentEdited());
     EXPECT_TRUE(restored->windowController()->isWindowModified());
     EXPECT_EQ(restored->recoveryFilePath(), restoredCopy);
-    EXPECT_EQ(restored->entryList()->backupEinnahmen().size(), keptFirst ? 4u : 2u);
-    EXPECT_EQ(restored->entryList()->backupEinnahmen()[1]->name(), "Posten 2");
+    EXPECT_EQ(restored->backupEinnahmen().size(), keptFirst ? 4u : 2u);
+    EXPECT_EQ(restored->backupEinnahmen()[1]->name(), "Posten 2");
     EXPECT_FALSE(QFile::exists(discardedCopy));
     EXPECT_TRUE(QFile::exists(restoredCopy));
 
     // The restored document keeps its copy up to date, under the same name.
-    restored->entryList()->addEntry();
+    restored->addEntry();
     QMetaObject::invokeMethod(&restored->autosaveTimer(), "timeout");
     EXPECT_EQ(decodeFile(restoredCopy).size(), keptFirst ? 5u : 3u);
 

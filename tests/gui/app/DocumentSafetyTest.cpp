@@ -4,8 +4,9 @@
 // by another program while it is open.
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
+#include "entrylist/EntryTableModel.h"
 #include "entrylist/ViewController.h"
-#include "gui/entrylist/EntryListTestSupport.h"
+#include "gui/support/Recorders.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
 #include "gui/support/Unprivileged.h"
@@ -77,7 +78,7 @@ class SaveFailureTest : public DocumentSafetyTest, public ::testing::WithParamIn
 TEST_P(SaveFailureTest, IsReportedOnceAndTheNextAutosaveSucceedsOnceTheCauseIsGone)
 {
     auto document = openedDocument(1);
-    ViewController* list = document->entryList();
+    Document* list = document.get();
     for (int i = 0; i < 20; ++i) {
         list->addEntry();
         list->backupEinnahmen().back()->setName("Beleg " + std::to_string(i));
@@ -158,7 +159,7 @@ protected:
         DocumentSafetyTest::SetUp();
         document = openedDocument(3);
         document->undoManager()->push(new QUndoCommand(QStringLiteral("Loeschen")));
-        document->entryList()->addEntry();
+        document->addEntry();
         outside = encoded(sampleEntries(7));
         ASSERT_TRUE(writeBytes(path, outside));
     }
@@ -182,10 +183,10 @@ TEST_F(OutsideChangeTest, ReloadShowsTheFileAndForgetsTheWindowsChanges)
     autosaveNow(*document);
     EXPECT_EQ(dialogs.asked.size(), 1);
     EXPECT_EQ(readBytes(path), outside); // nothing written
-    ViewController* list = document->entryList();
+    Document* list = document.get();
     EXPECT_EQ(namesOf(list->backupEinnahmen()), namesOf(sampleEntries(7)));
     EXPECT_EQ(list->einnahmen(), list->backupEinnahmen());
-    EXPECT_EQ(list->tableView()->model()->rowCount(), 7);
+    EXPECT_EQ(list->model()->rowCount(), 7);
     EXPECT_EQ(document->undoManager()->count(), 0);
     EXPECT_FALSE(document->isDocumentEdited());
     EXPECT_FALSE(document->windowController()->isWindowModified());
@@ -203,10 +204,10 @@ TEST_F(OutsideChangeTest, CancelKeepsTheChangesAndAsksAgainOnlyWhenTheFileChange
     autosaveNow(*document);
     EXPECT_EQ(readBytes(path), outside);
     EXPECT_TRUE(document->isDocumentEdited());
-    EXPECT_EQ(document->entryList()->backupEinnahmen().size(), 4u);
+    EXPECT_EQ(document->backupEinnahmen().size(), 4u);
 
     // Further changes and autosaves do not nag while the file stays as it is.
-    document->entryList()->addEntry();
+    document->addEntry();
     autosaveNow(*document);
     EXPECT_EQ(dialogs.asked.size(), 1);
     EXPECT_EQ(readBytes(path), outside);
@@ -215,7 +216,7 @@ TEST_F(OutsideChangeTest, CancelKeepsTheChangesAndAsksAgainOnlyWhenTheFileChange
     const QByteArray again = encoded(sampleEntries(2));
     ASSERT_TRUE(writeBytes(path, again));
     dialogs.fileChangedChoices = { Choice::Cancel };
-    document->entryList()->addEntry();
+    document->addEntry();
     autosaveNow(*document);
     EXPECT_EQ(dialogs.asked.size(), 2);
     EXPECT_EQ(readBytes(path), again);
@@ -240,7 +241,7 @@ TEST_F(OutsideChangeTest, ClosingAfterADeclinedOverwriteOffersTheOtherWays)
     // Reloading at closing leaves nothing to save.
     ScriptedDialogs more;
     more.fileChangedChoices = { Choice::Reload };
-    document->entryList()->addEntry();
+    document->addEntry();
     ASSERT_TRUE(writeBytes(path, encoded(sampleEntries(4))));
     EXPECT_TRUE(document->canClose());
     EXPECT_EQ(more.asked, QStringList { QStringLiteral("Kasse.saldo") });
@@ -255,18 +256,18 @@ TEST_F(DocumentSafetyTest, SameBytesOrAMissingFileAreNoOutsideChange)
     const QByteArray before = readBytes(path);
     QFile::remove(path);
     ASSERT_TRUE(writeBytes(path, before));
-    document->entryList()->addEntry();
+    document->addEntry();
     autosaveNow(*document);
     EXPECT_EQ(decodeFile(path).size(), 4u);
 
     ASSERT_TRUE(QFile::remove(path));
-    document->entryList()->addEntry();
+    document->addEntry();
     autosaveNow(*document);
     EXPECT_EQ(decodeFile(path).size(), 5u);
 
     const QString moved = dir.filePath(QStringLiteral("Archiv.saldo"));
     ASSERT_TRUE(QFile::rename(path, moved));
-    document->entryList()->addEntry();
+    document->addEntry();
     autosaveNow(*document);
     EXPECT_EQ(decodeFile(path).size(), 6u);
     EXPECT_EQ(decodeFile(moved).size(), 5u);

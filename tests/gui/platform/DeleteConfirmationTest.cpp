@@ -8,7 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include <cstdlib>
+
 
 namespace saldo::gui {
 namespace {
@@ -29,21 +29,6 @@ TEST(DeleteConfirmationTest, AsksCriticallyWithOkFirstAndTheCountedNoun)
     // Answering: only the OK button confirms.
     ok->click();
     EXPECT_EQ(box->clickedButton(), ok);
-}
-
-// Writes the alert as a PNG when SALDO_SCREENSHOT_DIR names a directory (the
-// screenshots script sets it).
-TEST(DeleteConfirmationPicture, ScreenshotsWhenAsked)
-{
-    const char* dir = std::getenv("SALDO_SCREENSHOT_DIR");
-    if (!dir || !*dir)
-        GTEST_SKIP() << "SALDO_SCREENSHOT_DIR not set";
-    QDir().mkpath(QString::fromLocal8Bit(dir));
-    auto [box, ok] = DeleteConfirmation::create(nullptr, QString::fromStdString(EntryLists::deleteConfirmationText(3)));
-    box->show();
-    box->adjustSize();
-    const QString path = QDir(QString::fromLocal8Bit(dir)).filePath(QStringLiteral("delete-confirmation.png"));
-    EXPECT_TRUE(box->grab().save(path)) << path.toStdString();
 }
 
 }  // namespace

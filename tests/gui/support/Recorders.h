@@ -1,14 +1,11 @@
 #pragma once
 
-#include "entrylist/ViewController.h"
 #include "model/Einnahme.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Sound.h"
 
-#include <QItemSelectionModel>
 #include <QString>
-#include <QTableView>
 #include <QStringList>
 #include <QtGlobal>
 
@@ -104,23 +101,6 @@ inline std::vector<std::string> namesOf(const EinnahmeList& entries)
     for (const auto& entry : entries)
         names.push_back(entry->name());
     return names;
-}
-
-// The rows of the table's selection, in ascending order.
-inline std::vector<int> selectedRows(const ViewController* vc)
-{
-    std::vector<int> rows;
-    for (const QModelIndex& index : vc->tableView()->selectionModel()->selectedRows())
-        rows.push_back(index.row());
-    std::sort(rows.begin(), rows.end());
-    return rows;
-}
-
-// What a click with the control key does: the row joins the selection and becomes the current one.
-inline void addToSelection(ViewController* vc, int row)
-{
-    vc->tableView()->selectionModel()->setCurrentIndex(
-        vc->tableView()->model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 
 } // namespace saldo::gui::testing

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "app/DocumentChange.h"
+#include "entrylist/EntryLists.h"
+#include "platform/UserDefaults.h"
+
+#include <QObject>
+
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace saldo::gui {
+
+class Document;
+class EntryTableModel;
+
+// The entries of one document: its two lists (`einnahmen`, shown in table
+// order, and `backupEinnahmen`, the complete list that is saved) and the
+// entry table's model over them. Every change of the lists goes through one
+// of the calls below, which keep the model's rows in step and tell the panes:
+// aboutToChange() before the lists are touched, changed() afterwards, with
+// what was done and what the selection should be. The document's commands
+// are built from these calls; nothing else changes the lists.
+class DocumentEntries : public QObject {
+    Q_OBJECT
+public:
+    DocumentEntries(Document& document, const UserDefaults& defaults, QObject* parent = nullptr);
+    ~DocumentEntries() override;
+
+    const EntryLists& lists() const { return lists_; }
+    const EinnahmeList& einnahmen() const { return lists_.einnahmen(); }
+    const EinnahmeList& backupEinnahmen() const { return lists_.backupEinnahmen(); }
+    EntryTableModel* model() const { return model_; }
+
+    // Both lists become `entries`.
+    void setEntries(EinnahmeList entries, DocumentChange::Selection selection = DocumentChange::Selection::KeepEntries);
+    // The shown list becomes what a search text selects (nothing for NoChange).
+    void applySearch(const SearchOutcome& outcome);
+    // Reorders the shown list; the model, which asks for it, keeps its rows in step.
+    void sortEinnahmen(std::optional<std::string_view> key, bool ascending);
+
+    // Appends entries to both lists; `select` selects exactly them.
+    void append(const EinnahmeList& entries, bool select);
+    // Puts a copy at `row` of the shown list and at the end of the complete
+    // list and selects it; answers its row.
+    std::size_t insertCopy(std::size_t row, const EinnahmePtr& copy);
+    // Removes exactly these objects from both lists wherever they stand.
+    void remove(const EinnahmeList& entries);
+    // Deletes the entries at the given rows of the shown list; answers the undo record.
+    DeletionRecord deleteRows(const std::vector<std::size_t>& rows);
+    // Appends a deletion's entries to both lists again and selects them.
+    void undoDeletion(const DeletionRecord& record);
+    // Gives the entry these field values.
+    void setFields(const EinnahmePtr& entry, Einnahme::Stored fields);
+    // Puts `replacement` in the places of `current` and selects it.
+    void replace(const EinnahmePtr& current, const EinnahmePtr& replacement);
+    // Takes the entry at a shown row out of both lists, and puts one back.
+    std::optional<EntryLists::Place> takeOut(std::size_t row);
+    void putBack(const EntryLists::Place& place, const EinnahmePtr& entry);
+
+signals:
+    void aboutToChange();
+    void changed(const saldo::gui::DocumentChange& change);
+
+private:
+    // Runs `change` between aboutToChange() and changed(`what`).
+    void run(const DocumentChange& what, const std::function<void()>& change);
+    // Removes the shown rows (ascending) block by block, each block through
+    // `removeBlock(first, count)`, so that the table keeps its scroll position
+    // and selection; many scattered blocks go at once through `removeAll`.
+    void removeShownRows(const std::vector<std::size_t>& rows,
+        const std::function<void(std::size_t first, std::size_t count)>& removeBlock,
+        const std::function<void()>& removeAll);
+
+    EntryLists lists_;
+    EntryTableModel* model_ = nullptr;
+};
+
+}  // namespace saldo::gui

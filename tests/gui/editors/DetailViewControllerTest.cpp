@@ -1,0 +1,191 @@
+// The detail panel: its box, the form filled from the entry selected when a
+// refresh's fade-out ends, and the controls turned into the document's verbs
+// (the form's rules themselves are the core's). The form shows current values:
+// edits made anywhere, the net amount of what is typed, the reason a name is
+// not taken, and a gross amount that split bookings decide.
+#include "app/Document.h"
+#include "editors/DetailBox.h"
+#include "editors/DetailViewController.h"
+#include "entrylist/FormEdit.h"
+#include "gui/support/Recorders.h"
+#include "model/Kategorien.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QLineEdit>
+#include <QTest>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+namespace saldo::gui {
+namespace {
+
+using namespace testing;
+
+const std::vector<std::string> kList = { "1000 Kasse Kasse ", "1200 Bank Bank ", "8400 Erlöse 19% USt Gesch. " };
+
+class DetailViewControllerTest : public ::testing::Test {
+protected:
+    DetailViewControllerTest()
+    {
+        defaults.setStringArray(Kategorien::kKey, kList);
+        entry = Einnahme::make("Miete", "1200 Bank Bank ", 119.0f, 19.0f);
+        document.replaceAllEntries({ entry });
+        show(entry);
+    }
+    // Shows the entry as the entry list does and lets both fades run to their end.
+    void show(const EinnahmePtr& e)
+    {
+        panel.showEntry(e);
+        panel.finishAnimationsForTesting();
+    }
+    static void expectColor(const QColor& actual, double r, double g, double b)
+    {
+        EXPECT_NEAR(actual.redF(), r, 1.0 / 255) << actual.name().toStdString();
+        EXPECT_NEAR(actual.greenF(), g, 1.0 / 255) << actual.name().toStdString();
+        EXPECT_NEAR(actual.blueF(), b, 1.0 / 255) << actual.name().toStdString();
+    }
+    int steps() const { return document.undoManager()->count(); }
+
+    InMemoryUserDefaults defaults;
+    Document document { defaults };
+    DetailViewController panel { document, defaults };
+    EinnahmePtr entry;
+};
+
+TEST_F(DetailViewControllerTest, TheBoxShowsTheKindsColoursAndOnlyWithAnEntry)
+{
+    EXPECT_EQ(panel.boxOpacity(), 1.0);
+    expectColor(panel.box()->fillColor(), 0.0, 1.0, 0.0);
+    expectColor(panel.box()->borderColor(), 0.0, 0.0, 0.0);
+    auto expense = Einnahme::make("Papier", "", 5.0f, 19.0f);
+    expense->setArt(kArtAusgabe);
+    show(expense);
+    expectColor(panel.box()->fillColor(), 1.0, 0.5, 0.0);
+    expectColor(panel.box()->borderColor(), 1.0, 0.0, 0.0);
+
+    // No entry: hidden at once, and no fade brings it back.
+    panel.showEntry(nullptr);
+    EXPECT_EQ(panel.boxOpacity(), 0.0);
+    EXPECT_FALSE(panel.box()->isEnabled());
+    panel.finishAnimationsForTesting();
+    EXPECT_EQ(panel.boxOpacity(), 0.0);
+}
+
+TEST_F(DetailViewControllerTest, ARefreshFillsTheFormFromTheEntrySelectedWhenItsFadeOutEnds)
+{
+    auto honorar = Einnahme::make("Honorar", "1000 Kasse Kasse ", 50.0f, 0.0f);
+    honorar->setArt(kArtAusgabe);
+    panel.setSelectedEinnahme(honorar);
+    panel.updateDetailView();
+    EXPECT_EQ(panel.nameField()->text(), "Miete"); // the fade-out is under way
+    panel.setSelectedEinnahme(entry);
+    panel.finishAnimationsForTesting();
+    EXPECT_EQ(panel.nameField()->text(), "Miete");
+    expectColor(panel.box()->fillColor(), 1.0, 0.5, 0.0); // the colours of the refresh's start
+    EXPECT_EQ(panel.nettoField()->text(), "100,00");
+    EXPECT_EQ(panel.kategoriePopUp()->currentText(), "1200 Bank Bank ");
+    EXPECT_EQ(steps(), 0); // filling the controls is no edit
+}
+
+TEST_F(DetailViewControllerTest, ReturnTakesTheFormOverAsOneStepThatCanBeUndone)
+{
+    const std::uint64_t posts = NotificationCenter::defaultCenter().postCount(kDetailViewUpdated);
+    panel.rechnungsnummerField()->setText("R-1");
+    panel.bruttoField()->setText("1.234,56");
+    panel.steuersatzField()->setText("7");
+    QTest::keyClicks(panel.nameField(), "n");
+    QTest::keyClick(panel.nameField(), Qt::Key_Return);
+    EXPECT_EQ(entry->name(), "Mieten");
+    EXPECT_EQ(entry->rechnungsnummer(), "R-1");
+    EXPECT_FLOAT_EQ(entry->brutto(), 1234.56f);
+    EXPECT_EQ(entry->steuersatz(), 7.0f);
+    EXPECT_EQ(steps(), 1);
+    EXPECT_EQ(NotificationCenter::defaultCenter().postCount(kDetailViewUpdated), posts + 1);
+    // Leaving the field afterwards takes nothing over again.
+    QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(panel.nameField(), &out);
+    EXPECT_EQ(steps(), 1);
+
+    // A text the amount reader refuses shows the stored amount again.
+    panel.bruttoField()->setText("zwoelf");
+    panel.textFieldEdited();
+    EXPECT_EQ(panel.bruttoField()->text(), "1234,56");
+
+    document.undoManager()->undo();
+    EXPECT_EQ(entry->name(), "Miete");
+    EXPECT_EQ(entry->brutto(), 119.0f);
+    EXPECT_EQ(panel.nameField()->text(), "Miete"); // the form follows the undo at once
+    EXPECT_EQ(panel.bruttoField()->text(), "119,00");
+}
+
+TEST_F(DetailViewControllerTest, ANameTooShortIsFramedWithItsReasonAndTakesNothingOver)
+{
+    panel.nameField()->setText("Ab");
+    EXPECT_EQ(panel.nameField()->toolTip().toStdString(), FormEdit::kNameTooShort);
+    EXPECT_FALSE(panel.nameField()->styleSheet().isEmpty());
+    panel.textFieldEdited();
+    EXPECT_EQ(entry->name(), "Miete");
+    EXPECT_EQ(steps(), 0);
+    panel.nameField()->setText("Abc");
+    EXPECT_TRUE(panel.nameField()->toolTip().isEmpty());
+    EXPECT_TRUE(panel.nameField()->styleSheet().isEmpty());
+}
+
+TEST_F(DetailViewControllerTest, TheFormShowsCurrentValuesWhereverTheyChange)
+{
+    // The net amount follows what is typed.
+    QLineEdit* brutto = panel.bruttoField();
+    brutto->selectAll();
+    QTest::keyClicks(brutto, "238");
+    EXPECT_EQ(panel.nettoField()->text(), "200,00");
+    panel.textFieldEdited();
+
+    // An edit made elsewhere (a table cell) shows at once, colours included.
+    document.editCell(0, EntryColumn::Art, CellEdit::ItemIndex { 1 });
+    document.editCell(0, EntryColumn::Brutto, CellEdit::Text { "59,50" });
+    EXPECT_EQ(panel.bruttoField()->text(), "59,50");
+    EXPECT_EQ(panel.nettoField()->text(), "50,00");
+    EXPECT_EQ(panel.artPopUp()->currentIndex(), 1);
+    expectColor(panel.box()->fillColor(), 1.0, 0.5, 0.0);
+
+    // Split bookings decide the gross amount: the field cannot be typed in.
+    document.editEntry(entry, [](Einnahme& e) { e.setChildTransactions({ Einnahme::make("Teil", "", 5.0f, 0.0f) }); });
+    EXPECT_TRUE(panel.bruttoField()->isReadOnly());
+}
+
+TEST_F(DetailViewControllerTest, PopUpsBoxesAndTheDateAreStepsOfTheirOwn)
+{
+    panel.artPopUp()->setCurrentIndex(1); // a programmatic change is no edit
+    EXPECT_EQ(entry->art(), kArtEinnahme);
+    emit panel.artPopUp()->activated(1);
+    EXPECT_EQ(entry->art(), kArtAusgabe);
+
+    panel.kategoriePopUp()->setCurrentIndex(2);
+    emit panel.kategoriePopUp()->activated(2);
+    EXPECT_EQ(entry->kategorie(), kList[2]);
+
+    entry->setIsNonEU(true);
+    panel.innergemCheckBox()->click();
+    EXPECT_TRUE(entry->innergemeinschaftlicherErwerb());
+    EXPECT_FALSE(entry->isNonEU());
+    EXPECT_FALSE(panel.nonEUCheckBox()->isChecked()); // the other box shows the cleared flag at once
+
+    const QDateTime chosen(QDate(2024, 3, 1), QTime(9, 30, 15));
+    panel.datumPicker()->setDateTime(chosen); // as the picker reports a user's date
+    // 2024-03-01 09:30:15 in Berlin is 08:30:15 UTC: 730974615 s after 2001-01-01.
+    EXPECT_EQ(entry->datum(), 730974615.0);
+    EXPECT_EQ(steps(), 4);
+
+    // A category outside the list is kept: the pop-up has no item chosen.
+    entry->setKategorie("0815 Gibt es nicht ");
+    show(entry);
+    EXPECT_EQ(panel.kategoriePopUp()->currentIndex(), -1);
+    panel.textFieldEdited();
+    EXPECT_EQ(entry->kategorie(), "0815 Gibt es nicht ");
+}
+
+} // namespace
+} // namespace saldo::gui

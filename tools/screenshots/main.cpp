@@ -1,0 +1,174 @@
+// Renders the README's pictures of the desktop program offscreen: the search
+// menu, a filtered and sorted table with a selection, the detail panel of an
+// income and of an expense, and the delete confirmation. Nothing is saved:
+// the ledger is read into an untitled document.
+//   saldo-screenshots OUTDIR LEDGER
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
+#include "editors/DetailViewController.h"
+#include "entrylist/EntryColumn.h"
+#include "entrylist/EntryLists.h"
+#include "entrylist/SearchFieldController.h"
+#include "entrylist/ViewController.h"
+#include "model/Kategorien.h"
+#include "platform/DeleteConfirmation.h"
+#include "platform/UserDefaults.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QItemSelectionModel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPainter>
+#include <QTableView>
+
+#include <cstdio>
+#include <functional>
+#include <map>
+
+namespace {
+
+using namespace saldo;
+using namespace saldo::gui;
+
+// Lets fades and pop-ups settle before a picture is taken.
+void settle()
+{
+    QElapsedTimer settling;
+    settling.start();
+    while (settling.elapsed() < 400)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+QAction* itemTitled(const QMenu* menu, const QString& title)
+{
+    for (QAction* action : menu->actions())
+        if (action->text() == title)
+            return action;
+    return nullptr;
+}
+
+bool save(const QPixmap& picture, const QDir& target, const QString& name)
+{
+    const QString path = target.filePath(name);
+    if (!picture.save(path)) {
+        std::fprintf(stderr, "saldo-screenshots: could not write %s\n", qPrintable(path));
+        return false;
+    }
+    std::printf("%s\n", qPrintable(path));
+    return true;
+}
+
+struct Scene {
+    Document& document;
+    DocumentWindow* window;
+    ViewController* list;
+    const QDir& target;
+};
+
+bool searchMenuAndFilteredTable(const Scene& s)
+{
+    SearchFieldController* search = s.list->searchFieldController();
+    QMenu* menu = search->searchMenu();
+    search->popUpSearchMenu();
+    QAction* brutto = itemTitled(menu, QStringLiteral("Brutto"));
+    menu->setActiveAction(brutto);
+    brutto->menu()->popup(menu->mapToGlobal(menu->actionGeometry(brutto).topRight()));
+    settle();
+    // Pop-ups are windows of their own: drawn over the window where they show.
+    QPixmap picture = s.window->grab();
+    {
+        QPainter painter(&picture);
+        const QPoint origin = s.window->mapToGlobal(QPoint(0, 0));
+        painter.drawPixmap(menu->pos() - origin, menu->grab());
+        painter.drawPixmap(brutto->menu()->pos() - origin, brutto->menu()->grab());
+    }
+    brutto->menu()->close();
+    menu->close();
+    bool ok = save(picture, s.target, QStringLiteral("search-menu.png"));
+
+    // "Gestaltung" entries, highest gross amount first, three of them selected.
+    search->searchField()->setText(QStringLiteral("Gestaltung"));
+    QTableView* table = s.list->tableView();
+    table->sortByColumn(EntryColumn::Brutto, Qt::DescendingOrder);
+    table->selectRow(0);
+    for (int row : { 5, 12 })
+        table->selectionModel()->setCurrentIndex(
+            table->model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    settle();
+    ok = save(s.window->grab(), s.target, QStringLiteral("filtered-sorted-selection.png")) && ok;
+    search->searchField()->clear();
+    return ok;
+}
+
+bool detailPanels(const Scene& s)
+{
+    auto income = Einnahme::make("Webdesign Praxis Dr. Keller", "8400 Erlöse 19% Gesch. ", 1190.0f, 19.0f);
+    income->setRechnungsnummer("2025-041");
+    income->setLeistungsart("Dienstleistung");
+    income->setDatum(785000000.0);
+    auto expense = Einnahme::make("Druckerpatronen", "4930 Bürobedarf Gesch. ", 59.5f, 19.0f);
+    expense->setArt(kArtAusgabe);
+    expense->setRechnungsnummer("A-99812");
+    expense->setSteuernummer("DE811907980");
+    expense->setInnergemeinschaftlicherErwerb(true);
+    expense->setDatum(784000000.0);
+
+    InMemoryUserDefaults defaults;
+    defaults.setStringArray(Kategorien::kKey, Kategorien::defaultKategorien());
+    DetailViewController panel(s.document, defaults);
+    panel.resize(620, 330);
+    panel.show();
+    bool ok = true;
+    for (auto [entry, file] : { std::pair { income, "detail-income.png" }, std::pair { expense, "detail-expense.png" } }) {
+        panel.showEntry(entry);
+        settle();
+        ok = save(panel.grab(), s.target, QLatin1String(file)) && ok;
+    }
+    return ok;
+}
+
+bool deleteConfirmation(const Scene& s)
+{
+    auto [box, okButton] = DeleteConfirmation::create(nullptr, QString::fromStdString(EntryLists::deleteConfirmationText(3)));
+    box->show();
+    box->adjustSize();
+    settle();
+    return save(box->grab(), s.target, QStringLiteral("delete-confirmation.png"));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    Q_INIT_RESOURCE(saldo);
+    QApplication app(argc, argv);
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: saldo-screenshots OUTDIR LEDGER\n");
+        return 2;
+    }
+    const QDir target(QString::fromLocal8Bit(argv[1]));
+    QDir().mkpath(target.path());
+    QFile file(QString::fromLocal8Bit(argv[2]));
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    if (!file.open(QIODevice::ReadOnly) || !document.readFromData(file.readAll())) {
+        std::fprintf(stderr, "saldo-screenshots: cannot read %s\n", argv[2]);
+        return 1;
+    }
+    document.showWindows();
+    DocumentWindow* window = document.windowController();
+    settle();
+    const Scene scene { document, window, window->splitViewController()->viewController(), target };
+
+    bool ok = true;
+    for (const auto& render : { searchMenuAndFilteredTable, detailPanels, deleteConfirmation })
+        ok = render(scene) && ok;
+    return ok ? 0 : 1;
+}
