@@ -4,7 +4,9 @@
 
 namespace saldo {
 
-// The two faces of the printout, both of the family "Helvetica" at 7.0 points.
+// The two faces of the printout, both of the family "Helvetica" at 7.0 points:
+// "Helvetica" and "Helvetica Bold". Ask for the bold one as the family with a
+// bold weight; fontconfig knows no family of that full name.
 enum class PrintFont { Regular, Bold };
 
 // The three text colours of the printout: black, gray (half white) and pure blue.
