@@ -8,6 +8,11 @@ namespace saldo {
 void AmountFormat::append(std::string& out, float amount)
 {
     out += "\xE2\x82\xAC "; // the Euro sign in UTF-8, then a blank
+    appendNumber(out, amount);
+}
+
+void AmountFormat::appendNumber(std::string& out, float amount)
+{
     const double value = static_cast<double>(amount);
     if (std::isnan(value)) {
         out += "nan";

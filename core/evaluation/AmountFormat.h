@@ -14,6 +14,9 @@ public:
     // Appends "€ " and the value to `out`.
     static void append(std::string& out, float amount);
 
+    // Appends the value alone, without the Euro sign and its blank.
+    static void appendNumber(std::string& out, float amount);
+
     // The same text as a new string.
     static std::string format(float amount);
 };
