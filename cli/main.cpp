@@ -13,6 +13,7 @@
 #include <cstring>
 #include <utility>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -89,8 +90,8 @@ int run(const std::vector<std::string>& args)
     } else if (command == "convert") {
         saldo::LedgerFile::write(args[2], entries);
     } else if (command == "csv") {
-        const std::string table = saldo::CsvExport::encode(entries);
-        std::fwrite(table.data(), 1, table.size(), stdout);
+        saldo::CsvExport::encode(
+            entries, [](std::string_view piece) { std::fwrite(piece.data(), 1, piece.size(), stdout); });
     } else {
         saldo::CalcEngine& engine = saldo::sharedCalcEngine();
         engine.calculate(std::move(entries));  // the last use: no copy of the list

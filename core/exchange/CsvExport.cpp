@@ -26,13 +26,18 @@ void appendText(std::string& out, std::string_view text)
         out += '"';
     if (guard)
         out += '\'';
-    for (const char c : text) {
-        if (c == '"')
-            out += '"';
-        out += c;
+    if (!quote) {
+        out += text;
+        return;
     }
-    if (quote)
+    // Each double quote is written twice.
+    for (std::size_t quoteAt; (quoteAt = text.find('"')) != std::string_view::npos;) {
+        out.append(text.substr(0, quoteAt + 1));
         out += '"';
+        text.remove_prefix(quoteAt + 1);
+    }
+    out += text;
+    out += '"';
 }
 
 void appendNumber(std::string& out, long long value, int digits)
@@ -60,8 +65,11 @@ void appendDate(std::string& out, ReferenceSeconds datum)
 
 class Rows {
 public:
-    explicit Rows(std::string& out)
+    // With a sink, the text goes to it in pieces of about `piece` bytes, whole rows each.
+    Rows(std::string& out, const CsvExport::Sink* sink, std::size_t piece)
         : out_(out)
+        , sink_(sink)
+        , piece_(piece)
     {
     }
 
@@ -75,6 +83,10 @@ public:
             const Einnahme& e = *entries[i];
             const long long row = ++row_;
             appendRow(e, parentRow);
+            if (sink_ && out_.size() >= piece_) {
+                (*sink_)(out_);
+                out_.clear();
+            }
             if (e.childTransactions().empty())
                 continue;
             // The file's own limit; it also ends an entry that holds itself.
@@ -117,6 +129,8 @@ private:
     }
 
     std::string& out_;
+    const CsvExport::Sink* sink_;
+    std::size_t piece_;
     long long row_ = 1; // the header
     LedgerEntryPath path_;
 };
@@ -129,8 +143,20 @@ std::string CsvExport::encode(const EinnahmeList& entries)
     out.reserve(kByteOrderMark.size() + kHeader.size() + entries.size() * 160);
     out += kByteOrderMark;
     out += kHeader;
-    Rows(out).append(entries, 0);
+    Rows(out, nullptr, 0).append(entries, 0);
     return out;
+}
+
+void CsvExport::encode(const EinnahmeList& entries, const Sink& sink)
+{
+    constexpr std::size_t kPiece = 1 << 20;
+    std::string out;
+    out.reserve(kPiece + 64 * 1024);
+    out += kByteOrderMark;
+    out += kHeader;
+    Rows(out, &sink, kPiece).append(entries, 0);
+    if (!out.empty())
+        sink(out);
 }
 
 void CsvExport::write(const std::string& path, const EinnahmeList& entries)

@@ -2,7 +2,9 @@
 
 #include "model/Einnahme.h"
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace saldo {
 
@@ -23,6 +25,11 @@ namespace saldo {
 class CsvExport {
 public:
     static std::string encode(const EinnahmeList& entries);
+
+    // The same text handed to `sink` piece by piece (about a mebibyte each),
+    // so that a large table need not be held whole.
+    using Sink = std::function<void(std::string_view piece)>;
+    static void encode(const EinnahmeList& entries, const Sink& sink);
 
     // Encodes and replaces the file atomically; throws FileWriteError.
     static void write(const std::string& path, const EinnahmeList& entries);

@@ -73,6 +73,24 @@ TEST(CsvExportTest, WritesTheTableWithSplitBookingsBeneathTheirEntry)
     loop->setChildTransactions({});
 }
 
+TEST(CsvExportTest, PiecesOfALargeTableMakeUpTheWholeText)
+{
+    EinnahmeList entries;
+    for (int i = 0; i < 20'000; ++i) {
+        auto e = Einnahme::restore(stored(kArtAusgabe, "Beleg " + std::to_string(i), 1.0f + i, 19.0f, i * 3600.0));
+        e->setChildTransactions({ Einnahme::restore(stored(kArtAusgabe, "Teil", 1.0f, 19.0f, 0.0)) });
+        entries.push_back(e);
+    }
+    std::string joined;
+    int pieces = 0;
+    CsvExport::encode(entries, [&](std::string_view piece) {
+        joined += piece;
+        ++pieces;
+    });
+    EXPECT_GT(pieces, 2);
+    EXPECT_EQ(joined, CsvExport::encode(entries));
+}
+
 std::string hex(std::string_view bytes)
 {
     static const char digits[] = "0123456789abcdef";
