@@ -1,16 +1,19 @@
-// saldo-cli: reads, converts and evaluates ledger files from the command line.
+// saldo-cli: reads, converts, exports and evaluates ledger files from the command line.
 // Exit status 0 on success, 1 when a file cannot be read or written, 2 when the
 // command line is wrong. Every error is one line on standard error.
 #include "EntryDump.h"
 
 #include "evaluation/CalcEngine.h"
+#include "exchange/CsvExport.h"
 #include "model/LedgerFile.h"
+#include "platform/FileWriteError.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <utility>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -26,7 +29,9 @@ const char* const kUsageText = R"(Usage: saldo-cli COMMAND ARGUMENTS
 Commands:
   dump FILE         print every entry on one line, split bookings indented below it
   check FILE        read the file and print how many entries it holds
-  convert IN OUT    read a ledger property list (binary or XML) and write it as a ledger file
+  convert IN OUT    read a ledger property list (binary or XML) and write it as a ledger file;
+                    OUT is replaced atomically, a device or a pipe is written through
+  csv FILE          print the entries as a spreadsheet table (CSV: UTF-8, ";", CRLF)
   report FILE       print the evaluation report of the entries
   help              print this text
 
@@ -70,7 +75,7 @@ int run(const std::vector<std::string>& args)
         return finishOutput();
     }
     const std::size_t wanted = command == "convert" ? 3 : 2;
-    if (command != "dump" && command != "check" && command != "convert" && command != "report")
+    if (command != "dump" && command != "check" && command != "convert" && command != "report" && command != "csv")
         return usageError("unknown command \"" + command + "\"");
     if (args.size() != wanted)
         return usageError(command + (wanted == 3 ? " takes two files, IN and OUT" : " takes one FILE"));
@@ -84,6 +89,9 @@ int run(const std::vector<std::string>& args)
         std::printf("%s: %zu entries, %zu split bookings\n", args[1].c_str(), entries.size(), all - entries.size());
     } else if (command == "convert") {
         saldo::LedgerFile::write(args[2], entries);
+    } else if (command == "csv") {
+        saldo::CsvExport::encode(
+            entries, [](std::string_view piece) { std::fwrite(piece.data(), 1, piece.size(), stdout); });
     } else {
         saldo::CalcEngine& engine = saldo::sharedCalcEngine();
         engine.calculate(std::move(entries));  // the last use: no copy of the list
@@ -101,6 +109,8 @@ int main(int argc, char** argv)
     try {
         return run(args);
     } catch (const saldo::LedgerFileError& e) {
+        return fileError(e.what());
+    } catch (const saldo::FileWriteError& e) {
         return fileError(e.what());
     } catch (const std::bad_alloc&) {
         return fileError("out of memory");

@@ -3,10 +3,10 @@
 #include "model/BinaryPropertyListReader.h"
 #include "model/BinaryPropertyListWriter.h"
 #include "model/XmlPropertyListReader.h"
+#include "platform/AtomicFileWriter.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -23,40 +23,6 @@ std::string systemError(const std::string& what, int error)
 {
     return what + ": " + std::strerror(error);
 }
-
-// Removes the temporary file unless the write went through.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(std::string pattern)
-        : path_(std::move(pattern))
-    {
-        fd_ = ::mkostemp(path_.data(), O_CLOEXEC);
-    }
-    ~TemporaryFile()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-        if (!kept_)
-            ::unlink(path_.c_str());
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    int fd() const { return fd_; }
-    const std::string& path() const { return path_; }
-    int close()
-    {
-        const int result = ::close(fd_);
-        fd_ = -1;
-        return result;
-    }
-    void keep() { kept_ = true; }
-
-private:
-    std::string path_;
-    int fd_ = -1;
-    bool kept_ = false;
-};
 
 // The bytes of a file being read, in memory of their own. Large files go into
 // a mapping the kernel may back with huge pages: a file of a million entries
@@ -98,13 +64,6 @@ private:
     std::size_t capacity_ = 0;
     std::size_t size_ = 0;
 };
-
-mode_t defaultFileMode()
-{
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
 
 } // namespace
 
@@ -181,52 +140,7 @@ EinnahmeList LedgerFile::read(const std::string& path)
 
 void LedgerFile::write(const std::string& path, const EinnahmeList& entries)
 {
-    const std::string bytes = encode(entries);
-
-    // Replace the file a link points to, not the link.
-    std::string target = path;
-    struct stat linkInfo { };
-    if (::lstat(path.c_str(), &linkInfo) == 0 && S_ISLNK(linkInfo.st_mode)) {
-        if (char* resolved = ::realpath(path.c_str(), nullptr)) {
-            target = resolved;
-            std::free(resolved);
-        }
-    }
-    const std::size_t slash = target.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : target.substr(0, slash);
-    const std::string base = slash == std::string::npos ? target : target.substr(slash + 1);
-
-    mode_t mode = defaultFileMode();
-    struct stat old { };
-    if (::stat(target.c_str(), &old) == 0)
-        mode = old.st_mode & 07777;
-
-    TemporaryFile temporary((folder == "/" ? "" : folder) + "/." + base + ".XXXXXX");
-    if (temporary.fd() < 0)
-        throw LedgerFileError(systemError(path + ": cannot create a temporary file in " + folder, errno));
-    std::size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t n = ::write(temporary.fd(), bytes.data() + written, bytes.size() - written);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            throw LedgerFileError(systemError(path + ": cannot write", errno));
-        written += static_cast<std::size_t>(n);
-    }
-    if (::fchmod(temporary.fd(), mode) != 0)
-        throw LedgerFileError(systemError(path + ": cannot set permissions", errno));
-    if (::fsync(temporary.fd()) != 0)
-        throw LedgerFileError(systemError(path + ": cannot flush to disk", errno));
-    if (temporary.close() != 0)
-        throw LedgerFileError(systemError(path + ": cannot write", errno));
-    if (::rename(temporary.path().c_str(), target.c_str()) != 0)
-        throw LedgerFileError(systemError(path + ": cannot replace the file", errno));
-    temporary.keep();
-    const int dir = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (dir >= 0) {
-        ::fsync(dir);
-        ::close(dir);
-    }
+    AtomicFileWriter::write(path, encode(entries));
 }
 
 } // namespace saldo

@@ -29,11 +29,12 @@ public:
     // Encodes the entries as a binary property list.
     static std::string encode(const EinnahmeList& entries);
 
-    // Whole-file helpers for the command-line tool. Reading names the file in
-    // its error; writing replaces the file atomically (temporary file in the same
-    // folder, flushed to disk, renamed over the old one, permissions kept).
+    // Whole-file helpers. Reading names the file in its error. Writing encodes
+    // first (LedgerFileError when the entries cannot be encoded, and nothing is
+    // touched) and then replaces the file through AtomicFileWriter
+    // (FileWriteError when it cannot be written).
     static EinnahmeList read(const std::string& path);
     static void write(const std::string& path, const EinnahmeList& entries);
 };
 
-}  // namespace saldo
+} // namespace saldo

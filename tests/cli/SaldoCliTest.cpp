@@ -1,5 +1,6 @@
 // The command-line tool as a user runs it: exit status, standard output and
 // the one line on standard error.
+#include "exchange/CsvExport.h"
 #include "model/LedgerFile.h"
 
 #include "core/support/TestSupport.h"
@@ -10,6 +11,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 
 namespace saldo {
@@ -30,7 +33,8 @@ protected:
     CliRun cli(const std::string& arguments)
     {
         const fs::path err = dir / "stderr.txt";
-        const auto [status, out] = testing::runCommand(std::string(SALDO_CLI_PATH) + " " + arguments + " 2>" + err.string());
+        const auto [status, out]
+            = testing::runCommand(std::string(SALDO_CLI_PATH) + " " + arguments + " 2>" + err.string());
         return { status, out, readFile(err) };
     }
 };
@@ -63,10 +67,10 @@ TEST_F(SaldoCliTest, UsageErrorsExitWithTwo)
 {
     const CliRun help = cli("--help");
     EXPECT_EQ(help.status, 0);
-    for (const char* command : { "dump FILE", "check FILE", "convert IN OUT", "report FILE" })
+    for (const char* command : { "dump FILE", "check FILE", "convert IN OUT", "report FILE", "csv FILE" })
         EXPECT_NE(help.out.find(command), std::string::npos) << command;
 
-    for (const char* arguments : { "", "drucken x", "dump", "dump a b", "convert nur-eins" }) {
+    for (const char* arguments : { "", "drucken x", "dump", "dump a b", "convert nur-eins", "csv" }) {
         SCOPED_TRACE(arguments);
         const CliRun run = cli(arguments);
         EXPECT_EQ(run.status, 2);
@@ -87,7 +91,7 @@ TEST_F(SaldoCliTest, UnreadableFilesExitWithOneAndNameFileAndReason)
     std::string bytes = LedgerFile::encode(sampleEntries());
     bytes[bytes.size() - 25] = 0; // object reference size
     std::ofstream(corrupt, std::ios::binary) << bytes;
-    for (const char* command : { "dump ", "check ", "report " }) {
+    for (const char* command : { "dump ", "check ", "report ", "csv " }) {
         run = cli(command + corrupt.string());
         EXPECT_EQ(run.status, 1) << command;
         EXPECT_EQ(run.out, "") << command;
@@ -146,6 +150,53 @@ TEST_F(SaldoCliTest, ConvertTurnsXmlIntoTheBinaryLedgerFormat)
     ASSERT_EQ(entries.size(), 1u);
     EXPECT_EQ(entries[0]->name(), "Beratung Müller");
     EXPECT_EQ(readFile(out), LedgerFile::encode(entries));
+}
+
+TEST_F(SaldoCliTest, CsvPrintsTheSpreadsheetTable)
+{
+    const fs::path file = dir / "klein.saldo";
+    LedgerFile::write(file.string(), sampleEntries());
+    const CliRun run = cli("csv " + file.string());
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out, CsvExport::encode(LedgerFile::read(file.string())));
+}
+
+// Run as the superuser, convert once replaced /dev/full with a regular file and
+// reported success. The device here is a node of our own in the test's folder
+// (a link to the real one where the test may not make nodes: then it cannot
+// replace anything in /dev either).
+TEST_F(SaldoCliTest, ConvertNeverReplacesADeviceAPipeOrADirectory)
+{
+    const fs::path in = dir / "in.saldo";
+    LedgerFile::write(in.string(), sampleEntries());
+    const fs::path full = dir / "full";
+    if (::mknod(full.c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0) {
+        if (::geteuid() == 0)
+            GTEST_SKIP() << "the superuser may not make device nodes here";
+        fs::create_symlink("/dev/full", full);
+    }
+    const fs::path pipe = dir / "rohr";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    fs::create_directory(dir / "Ordner");
+
+    const struct {
+        fs::path out;
+        std::string reason;
+        fs::file_type typeAfter;
+    } cases[] = {
+        { full, "cannot write: No space left on device", fs::file_type::character },
+        { pipe, "cannot write to the pipe: no program reads from it", fs::file_type::fifo },
+        { dir / "Ordner", "not a regular file: a directory", fs::file_type::directory },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.out);
+        const CliRun run = cli("convert " + in.string() + " " + c.out.string());
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "saldo-cli: " + c.out.string() + ": " + c.reason + "\n");
+        EXPECT_EQ(fs::status(c.out).type(), c.typeAfter);
+    }
 }
 
 } // namespace

@@ -1,0 +1,291 @@
+// Writing a file the user named: a regular file is replaced whole or not at
+// all, links stay links, devices and pipes are never replaced by a file, and
+// every failure says what kind it was and leaves no temporary file.
+#include "platform/AtomicFileWriter.h"
+
+#include "core/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <sys/fsuid.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <thread>
+#include <unistd.h>
+
+namespace saldo {
+namespace {
+
+namespace fs = std::filesystem;
+using Kind = FileWriteError::Kind;
+using testing::readFile;
+
+// The kind a write fails with, or nothing when it succeeds.
+std::optional<Kind> failureOf(const fs::path& path, std::string_view bytes, std::string* message = nullptr)
+{
+    try {
+        AtomicFileWriter::write(path.string(), bytes);
+    } catch (const FileWriteError& e) {
+        if (message)
+            *message = e.what();
+        return e.kind();
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> namesIn(const fs::path& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& item : fs::directory_iterator(folder))
+        names.push_back(item.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+mode_t modeOf(const fs::path& path, bool followLinks = true)
+{
+    struct stat info { };
+    EXPECT_EQ(followLinks ? ::stat(path.c_str(), &info) : ::lstat(path.c_str(), &info), 0) << path;
+    return info.st_mode;
+}
+
+// The superuser is bound by permissions only through its file-system
+// identity: while this lives, files are checked and made as "nobody", to whom
+// the folder and its files are handed first. Unprivileged runs need nothing.
+class AsNobody {
+public:
+    explicit AsNobody(const fs::path& folder)
+    {
+        if (::geteuid() != 0)
+            return;
+        for (const auto& item : fs::recursive_directory_iterator(folder))
+            EXPECT_EQ(::lchown(item.path().c_str(), kNobody, kNobody), 0);
+        EXPECT_EQ(::chown(folder.c_str(), kNobody, kNobody), 0);
+        ::setfsgid(kNobody);
+        ::setfsuid(kNobody);
+        active_ = true;
+    }
+    ~AsNobody()
+    {
+        if (active_) {
+            ::setfsuid(0);
+            ::setfsgid(0);
+        }
+    }
+    AsNobody(const AsNobody&) = delete;
+    AsNobody& operator=(const AsNobody&) = delete;
+    static constexpr uid_t kNobody = 65534;
+
+private:
+    bool active_ = false;
+};
+
+using AtomicFileWriterTest = testing::TempDirTest;
+
+TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLinks)
+{
+    // A new file gets what the umask leaves of rw-rw-rw-.
+    const fs::path file = dir / "Kasse.saldo";
+    const mode_t umask = ::umask(027);
+    EXPECT_EQ(failureOf(file, "eins"), std::nullopt);
+    ::umask(umask);
+    EXPECT_EQ(readFile(file), "eins");
+    EXPECT_EQ(modeOf(file) & 07777, 0640u);
+
+    // A replaced one keeps its permissions, and its owner when the superuser writes it.
+    ASSERT_EQ(::chmod(file.c_str(), 0604), 0);
+    const bool root = ::geteuid() == 0;
+    if (root) {
+        ASSERT_EQ(::chown(file.c_str(), AsNobody::kNobody, AsNobody::kNobody), 0);
+    }
+    EXPECT_EQ(failureOf(file, "zwei, laenger"), std::nullopt);
+    EXPECT_EQ(readFile(file), "zwei, laenger");
+    struct stat info { };
+    ASSERT_EQ(::stat(file.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0604u);
+    if (root) {
+        EXPECT_EQ(info.st_uid, AsNobody::kNobody);
+    }
+
+    // Links stay links: a chain of a relative and an absolute link, and a
+    // link to a name that is not there yet, which is made.
+    fs::create_directory(dir / "Ablage");
+    fs::create_symlink("../Kasse.saldo", dir / "Ablage" / "relativ");
+    fs::create_symlink(dir / "Ablage" / "relativ", dir / "kette");
+    EXPECT_EQ(failureOf(dir / "kette", "drei"), std::nullopt);
+    EXPECT_TRUE(fs::is_symlink(dir / "kette"));
+    EXPECT_TRUE(fs::is_symlink(dir / "Ablage" / "relativ"));
+    EXPECT_EQ(readFile(file), "drei");
+    fs::create_symlink("Neu.saldo", dir / "Ablage" / "offen");
+    EXPECT_EQ(failureOf(dir / "Ablage" / "offen", "vier"), std::nullopt);
+    EXPECT_TRUE(fs::is_symlink(dir / "Ablage" / "offen"));
+    EXPECT_EQ(readFile(dir / "Ablage" / "Neu.saldo"), "vier");
+
+    // No temporary file is left anywhere.
+    EXPECT_EQ(namesIn(dir), (std::vector<std::string> { "Ablage", "Kasse.saldo", "kette" }));
+    EXPECT_EQ(namesIn(dir / "Ablage"), (std::vector<std::string> { "Neu.saldo", "offen", "relativ" }));
+}
+
+// Targets that are not regular files. Device nodes are made in the test's own
+// folder, so that no mistake can ever replace a real device. Without the
+// privilege to make them, links to the real ones do: an unprivileged writer
+// cannot replace anything in /dev. A superuser that may not make device nodes
+// skips these cases (empty path).
+fs::path deviceNode(const fs::path& folder, const char* name, unsigned minor)
+{
+    const fs::path node = folder / name;
+    if (::mknod(node.c_str(), S_IFCHR | 0666, makedev(1, minor)) == 0)
+        return node;
+    if (::geteuid() == 0)
+        return {};
+    fs::create_symlink(std::string("/dev/") + name, node);
+    return node;
+}
+
+struct Target {
+    const char* name;
+    std::function<fs::path(const fs::path& dir)> make;
+    std::optional<Kind> failure;
+    mode_t typeAfter; // what the name is afterwards, links followed
+};
+
+TEST_F(AtomicFileWriterTest, NonRegularTargetsAreWrittenThroughOrRefusedButNeverReplaced)
+{
+    const Target targets[] = {
+        { "null device", [](const fs::path& d) { return deviceNode(d, "null", 3); }, std::nullopt, S_IFCHR },
+        { "full device", [](const fs::path& d) { return deviceNode(d, "full", 7); }, Kind::WriteFailed, S_IFCHR },
+        { "pipe no program reads",
+            [](const fs::path& d) {
+                EXPECT_EQ(::mkfifo((d / "leer").c_str(), 0600), 0);
+                return d / "leer";
+            },
+            Kind::NotRegularFile, S_IFIFO },
+        { "directory",
+            [](const fs::path& d) {
+                fs::create_directory(d / "Ordner");
+                return d / "Ordner";
+            },
+            Kind::NotRegularFile, S_IFDIR },
+        { "link to a directory",
+            [](const fs::path& d) {
+                fs::create_directory(d / "Ziel");
+                fs::create_symlink(d / "Ziel", d / "zum-Ordner");
+                return d / "zum-Ordner";
+            },
+            Kind::NotRegularFile, S_IFDIR },
+    };
+    for (const Target& target : targets) {
+        SCOPED_TRACE(target.name);
+        const fs::path path = target.make(dir);
+        if (path.empty())
+            continue;
+        const bool wasLink = fs::is_symlink(path);
+        std::string message;
+        EXPECT_EQ(failureOf(path, "Inhalt", &message), target.failure) << message;
+        if (target.failure) {
+            EXPECT_EQ(message.rfind(path.string() + ": ", 0), 0u) << message;
+        }
+        EXPECT_EQ(modeOf(path) & S_IFMT, target.typeAfter);
+        EXPECT_EQ(fs::is_symlink(path), wasLink);
+    }
+    EXPECT_TRUE(fs::is_empty(dir / "Ziel"));
+
+    // A pipe that a program reads from gets every byte.
+    const fs::path pipe = dir / "Rohr";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::string received;
+    std::thread reader([&] { received = readFile(pipe); });
+    // Until the reader has opened its end, the pipe is refused; try again.
+    const std::string bytes(200'000, 'x'); // more than the pipe holds at once
+    std::optional<Kind> failure = Kind::NotRegularFile;
+    for (int i = 0; i < 2000 && failure == Kind::NotRegularFile; ++i) {
+        failure = failureOf(pipe, bytes);
+        if (failure)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    if (failure)
+        std::ofstream(pipe) << ""; // lets the reader finish
+    reader.join();
+    EXPECT_EQ(failure, std::nullopt);
+    EXPECT_EQ(received, bytes);
+    EXPECT_EQ(modeOf(pipe) & S_IFMT, static_cast<mode_t>(S_IFIFO));
+}
+
+// A cause that makes a write fail while it is in place.
+struct Cause {
+    const char* name;
+    std::function<fs::path(const fs::path& dir, const fs::path& file)> apply; // the path to write to
+    std::function<void(const fs::path& dir, const fs::path& file)> remove;
+    Kind kind;
+};
+
+rlimit g_sizeLimit {};
+
+TEST_F(AtomicFileWriterTest, FailuresSayTheirKindAndLeaveTheOldFileWholeAndNoTemporary)
+{
+    const auto none = [](const fs::path&, const fs::path&) {};
+    const Cause causes[] = {
+        { "read-only file",
+            [](const fs::path&, const fs::path& f) {
+                fs::permissions(f, fs::perms::owner_read | fs::perms::group_read);
+                return f;
+            },
+            none, Kind::ReadOnly },
+        { "read-only folder",
+            [](const fs::path& d, const fs::path& f) {
+                fs::permissions(d, fs::perms::owner_read | fs::perms::owner_exec);
+                return f;
+            },
+            [](const fs::path& d, const fs::path&) { fs::permissions(d, fs::perms::owner_all); }, Kind::CannotCreate },
+        { "missing folder", [](const fs::path& d, const fs::path&) { return d / "fehlt" / "Kasse.saldo"; }, none,
+            Kind::CannotCreate },
+        // A file-size limit makes writes fail as a full disk does, for every user.
+        { "full disk",
+            [](const fs::path&, const fs::path& f) {
+                ::getrlimit(RLIMIT_FSIZE, &g_sizeLimit);
+                rlimit small = g_sizeLimit;
+                small.rlim_cur = fs::file_size(f) / 2;
+                std::signal(SIGXFSZ, SIG_IGN);
+                ::setrlimit(RLIMIT_FSIZE, &small);
+                return f;
+            },
+            [](const fs::path&, const fs::path&) {
+                ::setrlimit(RLIMIT_FSIZE, &g_sizeLimit);
+                std::signal(SIGXFSZ, SIG_DFL);
+            },
+            Kind::WriteFailed },
+    };
+    const std::string old(10'000, 'a');
+    const std::string replacement(20'000, 'b');
+    for (const Cause& cause : causes) {
+        SCOPED_TRACE(cause.name);
+        const fs::path file = dir / "Kasse.saldo";
+        AtomicFileWriter::write(file.string(), old);
+        std::string message;
+        {
+            AsNobody nobody(dir);
+            const fs::path target = cause.apply(dir, file);
+            EXPECT_EQ(failureOf(target, replacement, &message), cause.kind) << message;
+            cause.remove(dir, file);
+        }
+        EXPECT_EQ(message.find('\n'), std::string::npos);
+        EXPECT_EQ(readFile(file), old);
+        EXPECT_EQ(namesIn(dir), std::vector<std::string> { "Kasse.saldo" });
+        // Once the cause is gone, the same write goes through.
+        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+        EXPECT_EQ(failureOf(file, replacement), std::nullopt);
+        EXPECT_EQ(readFile(file), replacement);
+        fs::remove(file);
+    }
+}
+
+} // namespace
+} // namespace saldo
