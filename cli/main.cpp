@@ -29,6 +29,7 @@ Commands:
   convert IN OUT    read a ledger property list (binary or XML) and write it as a ledger file
   report FILE       print the evaluation report of the entries
   help              print this text
+  --version         print the version
 
 Exit status: 0 done, 1 a file could not be read or written, 2 wrong command line.
 )";
@@ -67,6 +68,10 @@ int run(const std::vector<std::string>& args)
     const std::string& command = args[0];
     if (command == "help" || command == "--help" || command == "-h") {
         std::fputs(kUsageText, stdout);
+        return finishOutput();
+    }
+    if (command == "--version" && args.size() == 1) {
+        std::fputs("saldo-cli " SALDO_VERSION "\n", stdout);
         return finishOutput();
     }
     const std::size_t wanted = command == "convert" ? 3 : 2;
