@@ -67,7 +67,7 @@ desktop-file-validate "$share/applications/$id.desktop" || fail "desktop-file-va
 appstreamcli validate --no-net --strict "$share/metainfo/$id.metainfo.xml" >"$tmp/appstream.log" 2>&1 \
   || { cat "$tmp/appstream.log"; fail "appstreamcli rejects the metainfo"; }
 
-# The file type, looked up the way a desktop does (xdg-mime through GIO) in a
+# The file type, looked up the way a desktop does (xdg-mime through GIO's gio) in a
 # MIME database built from the package alone, beside the system's.
 data=$tmp/data
 mkdir -p "$data" "$tmp/home" "$tmp/files"
