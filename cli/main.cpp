@@ -34,6 +34,7 @@ Commands:
   csv FILE          print the entries as a spreadsheet table (CSV: UTF-8, ";", CRLF)
   report FILE       print the evaluation report of the entries
   help              print this text
+  --version         print the version
 
 Exit status: 0 done, 1 a file could not be read or written, 2 wrong command line.
 )";
@@ -72,6 +73,10 @@ int run(const std::vector<std::string>& args)
     const std::string& command = args[0];
     if (command == "help" || command == "--help" || command == "-h") {
         std::fputs(kUsageText, stdout);
+        return finishOutput();
+    }
+    if (command == "--version" && args.size() == 1) {
+        std::fputs("saldo-cli " SALDO_VERSION "\n", stdout);
         return finishOutput();
     }
     const std::size_t wanted = command == "convert" ? 3 : 2;

@@ -4,6 +4,7 @@
 //   saldo [FILE...]
 //   saldo --screenshot PNG [FILE]   render the first window offscreen and exit
 //   saldo --timing [FILE...]        print the time until the first window is painted
+//   saldo --help | --version        print the text and exit, with no display needed
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
@@ -13,11 +14,47 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QTranslator>
 #include <QWindow>
 
+#include <cstring>
 #include <iostream>
+#include <memory>
 
 namespace {
+
+// The name of the installed desktop entry, icon, MIME package and metainfo.
+const char* const kDesktopId = "de.saldo.Saldo";
+
+// True when the command line asks only for the help or version text: then no
+// window system is needed, and the program answers in a terminal without a display.
+bool asksForTextOnly(int argc, char** argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        const char* arg = argv[i];
+        if (std::strcmp(arg, "--") == 0)
+            return false;
+        for (const char* text : { "-h", "--help", "--help-all", "-v", "--version" })
+            if (std::strcmp(arg, text) == 0)
+                return true;
+    }
+    return false;
+}
+
+// Qt's own German texts for the standard dialogs, buttons and context menus.
+// Saldo speaks German whatever the locale, so they are loaded always: English
+// buttons under German labels would be the worst of both. Without Debian's
+// translations package the standard texts simply stay English.
+void installQtGermanTranslations(QCoreApplication& app)
+{
+    auto* translator = new QTranslator(&app);
+    if (translator->load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(translator);
+    else
+        delete translator;
+}
 
 // Shows the window and paints it completely; answers false when it never
 // became visible.
@@ -41,13 +78,18 @@ int main(int argc, char** argv)
 
     // The images live in the static GUI library; pull them in explicitly.
     Q_INIT_RESOURCE(saldo);
-    QApplication app(argc, argv);
-    QApplication::setOrganizationName(QStringLiteral("Saldo"));
-    QApplication::setApplicationName(QStringLiteral("Saldo"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Saldo"));
+    QCoreApplication::setApplicationName(QStringLiteral("Saldo"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(SALDO_VERSION));
+    const std::unique_ptr<QCoreApplication> application = asksForTextOnly(argc, argv)
+        ? std::make_unique<QCoreApplication>(argc, argv)
+        : std::make_unique<QApplication>(argc, argv);
+    installQtGermanTranslations(*application);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Saldo: Einnahmen-Überschuss-Rechnung"));
+    parser.setApplicationDescription(QStringLiteral("Saldo: Einnahmen-Ueberschuss-Rechnung"));
     parser.addHelpOption();
+    parser.addVersionOption();
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
         QStringLiteral("Zeichnet das erste Fenster in die PNG-Datei und endet."), QStringLiteral("png"));
     const QCommandLineOption timing(
@@ -56,7 +98,13 @@ int main(int argc, char** argv)
     parser.addOption(timing);
     parser.addPositionalArgument(
         QStringLiteral("datei"), QStringLiteral("Zu oeffnende Saldo-Dokumente."), QStringLiteral("[datei...]"));
-    parser.process(app);
+    parser.process(*application);
+    if (!qobject_cast<QApplication*>(application.get()))
+        return 0; // not reached: the parser has printed its text and ended the program
+
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopId));
+    // The installed icon; a build run from its folder keeps the window system's default.
+    QApplication::setWindowIcon(QIcon::fromTheme(QString::fromLatin1(kDesktopId)));
 
     saldo::gui::SettingsUserDefaults defaults;
     saldo::gui::CanberraSoundPlayer sound;
@@ -85,5 +133,5 @@ int main(int argc, char** argv)
             return 0;
         }
     }
-    return app.exec();
+    return QApplication::exec();
 }
