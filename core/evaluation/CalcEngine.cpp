@@ -76,13 +76,15 @@ void CalcEngine::digest()
     double latest = -earliest;
     for (std::size_t i = 0; i < count; ++i) {
         if (i + kEntryAhead < count) {
-            const Einnahme::Stored& ahead = einnahmen_[i + kEntryAhead]->stored();
-            __builtin_prefetch(&ahead.kategorie);
-            __builtin_prefetch(&ahead.art);
-            __builtin_prefetch(&ahead.datum);
+            const Einnahme* ahead = einnahmen_[i + kEntryAhead].get();
+            __builtin_prefetch(ahead);
+            __builtin_prefetch(reinterpret_cast<const char*>(ahead) + 64);
         }
-        if (i + kTextAhead < count)
-            __builtin_prefetch(einnahmen_[i + kTextAhead]->kategorie().data());
+        if (i + kTextAhead < count) {
+            const Einnahme& ahead = *einnahmen_[i + kTextAhead];
+            __builtin_prefetch(&ahead.kategorie());
+            __builtin_prefetch(&ahead.art());
+        }
         const Einnahme& e = *einnahmen_[i];
         Row& row = rows_[i];
         const float brutto = e.brutto();

@@ -2,6 +2,7 @@
 
 #include "model/LedgerFile.h"
 #include "model/NearestFloat.h"
+#include "model/TextPool.h"
 #include "model/Utf16.h"
 
 #include <array>
@@ -92,9 +93,20 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     if (root.count >= kSplitFrom && std::thread::hardware_concurrency() >= 2 && readInTwo(root, budget, list))
         return list;
     path_ = LedgerEntryPath();
-    state_.assign(objectCount_, 0);
+    arena_.expect(static_cast<std::size_t>(root.count));
+    startPass();
     budget_ = budget;
     return readEntryArray(topObject_);
+}
+
+// Fresh per-object tables (a fresh mapping is zero) and the text pool to fill.
+void BinaryPropertyListReader::startPass()
+{
+    objectTables_ = HugePageMemory();
+    objectTables_ = HugePageMemory(static_cast<std::size_t>(objectCount_) * 5);
+    textOf_ = static_cast<std::uint32_t*>(objectTables_.data());
+    state_ = reinterpret_cast<std::uint8_t*>(textOf_ + objectCount_);
+    texts_ = &arena_.texts();
 }
 
 // Both halves are decoded exactly as one pass decodes them, each charging its
@@ -103,12 +115,16 @@ EinnahmeList BinaryPropertyListReader::readEntries()
 bool BinaryPropertyListReader::readInTwo(const Head& root, std::uint64_t budget, EinnahmeList& list)
 {
     const std::uint64_t half = root.count / 2;
+    // The list is filled by both threads; its storage, fresh from the system, may take huge pages.
+    list.reserve(static_cast<std::size_t>(root.count));
+    HugePageMemory::advise(list.data(), list.capacity() * sizeof(EinnahmePtr));
     list.resize(static_cast<std::size_t>(root.count));
     std::atomic<bool> abandoned { false };
     auto pass = [&](BinaryPropertyListReader& reader, std::uint64_t begin, std::uint64_t end) {
         try {
             reader.abandoned_ = &abandoned;
-            reader.state_.assign(objectCount_, 0);
+            reader.arena_.expect(static_cast<std::size_t>(end - begin));
+            reader.startPass();
             reader.budget_ = budget / 2;
             reader.enter(topObject_);
             reader.charge(8 * (end - begin) + 16);
@@ -268,7 +284,10 @@ EinnahmeList BinaryPropertyListReader::readEntryArray(std::uint64_t object)
     const Head h = head(object);
     enter(object);
     charge(8 * h.count + 16);
-    EinnahmeList list(static_cast<std::size_t>(h.count));
+    EinnahmeList list;
+    list.reserve(static_cast<std::size_t>(h.count));
+    HugePageMemory::advise(list.data(), list.capacity() * sizeof(EinnahmePtr));
+    list.resize(static_cast<std::size_t>(h.count));
     readEntryRange(h, 0, h.count, list.data());
     leave(object);
     return list;
@@ -294,7 +313,7 @@ EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
         fail(std::string("is ") + typeName(h.marker) + ", not a dictionary");
     enter(object);
     charge(256);
-    Einnahme::Stored stored;
+    Einnahme::Fields fields;
     unsigned seen = 0;
     const std::size_t values = h.payload + static_cast<std::size_t>(h.count) * refSize_;
     for (std::size_t i = 0; i < h.count; ++i) {
@@ -302,13 +321,13 @@ EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
         const std::uint64_t value = refAt(values + i * refSize_);
         if (key < 0)
             continue;
-        readValue(key, value, stored);
+        readValue(key, value, fields);
         seen |= 1u << key;
     }
     if (seen != LedgerEntryPath::kAllKeysMask)
         fail("key \"" + std::string(LedgerEntryPath::firstMissingKey(seen)) + "\" missing");
     leave(object);
-    return arena_.make(std::move(stored));
+    return arena_.make(std::move(fields));
 }
 
 int BinaryPropertyListReader::keyIndexOf(std::uint64_t object)
@@ -333,67 +352,123 @@ int BinaryPropertyListReader::keyIndexOf(std::uint64_t object)
     return index;
 }
 
-void BinaryPropertyListReader::readValue(int key, std::uint64_t object, Einnahme::Stored& stored)
+void BinaryPropertyListReader::readValue(int key, std::uint64_t object, Einnahme::Fields& fields)
 {
-    const Head h = head(object);
     switch (key) {
     case 0:
-        return readString(key, h, stored.name);
+        return readText(key, object, fields.name);
     case 1:
-        return readString(key, h, stored.kategorie);
+        return readText(key, object, fields.kategorie);
     case 2:
-        return readString(key, h, stored.art);
+        return readText(key, object, fields.art);
+    case 8:
+        return readText(key, object, fields.rechnungsnummer);
+    case 9:
+        return readText(key, object, fields.steuernummer);
+    case 10:
+        return readText(key, object, fields.leistungsart);
+    default:
+        break;
+    }
+    const Head h = head(object);
+    switch (key) {
     case 3:
     case 4: {
         if (h.marker != 0x08 && h.marker != 0x09)
             failWrongType(key, h, "a boolean");
-        (key == 3 ? stored.innergemeinschaftlicherErwerb : stored.isNonEU) = h.marker == 0x09;
+        (key == 3 ? fields.innergemeinschaftlicherErwerb : fields.isNonEU) = h.marker == 0x09;
         return;
     }
     case 5:
-        stored.brutto = readAmount(key, h);
+        fields.brutto = readAmount(key, h);
         return;
     case 6:
-        stored.steuersatz = readAmount(key, h);
+        fields.steuersatz = readAmount(key, h);
         return;
     case 7:
-        stored.datum = readDatum(key, h);
+        fields.datum = readDatum(key, h);
         return;
-    case 8:
-        return readString(key, h, stored.rechnungsnummer);
-    case 9:
-        return readString(key, h, stored.steuernummer);
-    case 10:
-        return readString(key, h, stored.leistungsart);
-    default:
+    default: {
         if ((h.marker >> 4) != 0xA)
             failWrongType(key, h, "an array");
         if (h.count > 0 && path_.depth() > LedgerEntryPath::kMaxNesting)
             fail("split bookings nested deeper than " + std::to_string(LedgerEntryPath::kMaxNesting) + " levels");
-        stored.childTransactions = readEntryArray(object);
+        EinnahmeList children = readEntryArray(object);
+        if (!children.empty())
+            fields.childTransactions = std::make_unique<EinnahmeList>(std::move(children));
         return;
+    }
     }
 }
 
-void BinaryPropertyListReader::readString(int key, const Head& h, std::string& out)
+namespace {
+
+// UTF-16 code units of valid UTF-8 text: one per code point, two for those
+// beyond the Basic Multilingual Plane (four-byte sequences).
+std::uint64_t utf16Units(const std::string& text)
 {
+    std::uint64_t units = 0;
+    for (const char c : text) {
+        const auto b = static_cast<std::uint8_t>(c);
+        units += (b & 0xC0) != 0x80;
+        units += b >= 0xF0;
+    }
+    return units;
+}
+
+// The position of the first byte of `p[0, length)` that is not ASCII, or `length`.
+std::size_t firstNonAscii(const std::uint8_t* p, std::size_t length)
+{
+    std::size_t i = 0;
+    for (; i + 8 <= length; i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p + i, 8);
+        if (word & 0x8080808080808080ull)
+            break;
+    }
+    for (; i < length; ++i) {
+        if (p[i] >= 0x80)
+            return i;
+    }
+    return length;
+}
+
+} // namespace
+
+void BinaryPropertyListReader::readText(int key, std::uint64_t object, EntryText& out)
+{
+    const std::uint32_t known = textOf_[object];
+    if (known != 0) {
+        // Decoded before: charged as a fresh decoding would be, then shared.
+        const std::string& text = texts_->at((known & kTextNumbers) - 1);
+        charge(known & kUtf16Text ? 3 * utf16Units(text) : text.size());
+        out = EntryText::borrowed(text);
+        return;
+    }
+    const Head h = head(object);
     const std::uint8_t* p = data_ + h.payload;
     const auto length = static_cast<std::size_t>(h.count);
+    std::uint32_t utf16 = 0;
+    std::string* text;
     if ((h.marker >> 4) == 0x5) {
         charge(length);
-        for (std::size_t i = 0; i < length; ++i) {
-            if (p[i] >= 0x80)
-                failAtKey(key, "ASCII string holds the byte " + hexByte(p[i]));
-        }
-        out.assign(reinterpret_cast<const char*>(p), length);
+        const std::size_t bad = firstNonAscii(p, length);
+        if (bad < length)
+            failAtKey(key, "ASCII string holds the byte " + hexByte(p[bad]));
+        text = &texts_->add();
+        text->assign(reinterpret_cast<const char*>(p), length);
     } else if ((h.marker >> 4) == 0x6) {
         charge(3 * std::uint64_t(length));
-        out.clear();
-        if (!Utf16::appendUtf8FromBigEndian(p, length, out))
+        text = &texts_->add();
+        if (!Utf16::appendUtf8FromBigEndian(p, length, *text))
             failAtKey(key, "string holds an unpaired UTF-16 surrogate");
+        utf16 = kUtf16Text;
     } else {
         failWrongType(key, h, "a string");
     }
+    if (texts_->size() <= kTextNumbers)
+        textOf_[object] = static_cast<std::uint32_t>(texts_->size()) | utf16;
+    out = EntryText::borrowed(*text);
 }
 
 float BinaryPropertyListReader::readAmount(int key, const Head& h) const

@@ -2,6 +2,7 @@
 
 #include "model/Einnahme.h"
 #include "model/EntryArena.h"
+#include "model/HugePageMemory.h"
 #include "model/LedgerEntryPath.h"
 
 #include <atomic>
@@ -25,6 +26,10 @@ namespace saldo {
 // the values of keys other than the twelve) are skipped unread. Any fault
 // throws LedgerFileError naming what was wrong and where; nothing partial is
 // returned.
+//
+// Every string object is decoded once: the entries that refer to it share
+// one text (kept in the arena's TextPool), though each reference is charged
+// to the budget as if it were decoded again, so what is refused stays the same.
 //
 // A long top-level list is decoded by two threads, one half each, every
 // thread with its own object states and half the budget. When either half
@@ -54,13 +59,14 @@ private:
     Head headAt(std::uint64_t object, std::uint64_t offset) const;
     std::uint64_t refAt(std::size_t position) const;
 
+    void startPass();
     EinnahmeList readEntryArray(std::uint64_t object);
     // Decodes the entries [begin, end) of an array into out[begin, end).
     void readEntryRange(const Head& array, std::uint64_t begin, std::uint64_t end, EinnahmePtr* out);
     EinnahmePtr readEntry(std::uint64_t object);
-    void readValue(int key, std::uint64_t object, Einnahme::Stored& stored);
+    void readValue(int key, std::uint64_t object, Einnahme::Fields& fields);
     int keyIndexOf(std::uint64_t object);
-    void readString(int key, const Head& h, std::string& out);
+    void readText(int key, std::uint64_t object, EntryText& out);
     float readAmount(int key, const Head& h) const;
     double readDatum(int key, const Head& h) const;
 
@@ -75,6 +81,10 @@ private:
 
     static constexpr std::uint8_t kActive = 0x80; // a container on the current path
     static constexpr std::uint8_t kKeyKnown = 0x40; // low bits hold the key index + 1 (0: other key)
+    // A string object's entry in textOf_: its number in the text pool + 1, and
+    // whether it was UTF-16 (then each reference is charged three bytes a unit).
+    static constexpr std::uint32_t kUtf16Text = 0x80000000u;
+    static constexpr std::uint32_t kTextNumbers = kUtf16Text - 1;
 
     const std::uint8_t* data_;
     std::size_t size_;
@@ -83,7 +93,10 @@ private:
     std::uint64_t objectCount_ = 0;
     std::uint64_t topObject_ = 0;
     std::size_t offsetTable_ = 0; // also the end of the object area
-    std::vector<std::uint8_t> state_; // one byte per object
+    HugePageMemory objectTables_; // state_ and textOf_ of one pass, zero at its start
+    std::uint8_t* state_ = nullptr; // one byte per object
+    std::uint32_t* textOf_ = nullptr; // per object: 0, or what kUtf16Text and kTextNumbers say
+    TextPool* texts_ = nullptr;
     std::uint64_t budget_ = 0;
     LedgerEntryPath path_;
     EntryArena arena_;

@@ -69,9 +69,9 @@ std::uint64_t realHash(float value)
 
 BinaryPropertyListWriter::ValueHashes BinaryPropertyListWriter::hashesOf(const Einnahme& entry)
 {
-    const Einnahme::Stored& s = entry.stored();
-    return { { textHash(s.name), textHash(s.kategorie), textHash(s.art), realHash(s.brutto), realHash(s.steuersatz),
-        textHash(s.rechnungsnummer), textHash(s.steuernummer), textHash(s.leistungsart) } };
+    return { { textHash(entry.name()), textHash(entry.kategorie()), textHash(entry.art()), realHash(entry.brutto()),
+        realHash(entry.steuersatz()), textHash(entry.rechnungsnummer()), textHash(entry.steuernummer()),
+        textHash(entry.leistungsart()) } };
 }
 
 namespace {
@@ -169,7 +169,6 @@ std::uint64_t BinaryPropertyListWriter::countObjects(const EinnahmeList& entries
 
 std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry, const ValueHashes& hashes)
 {
-    const Einnahme::Stored& s = entry.stored();
     auto string = [this](const std::string& text, std::uint64_t hash, const char* key) {
         const std::size_t start = out_.size();
         writeString(text, key);
@@ -183,21 +182,21 @@ std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry, const 
     };
     const std::uint64_t* h = hashes.values;
     std::uint64_t values[12];
-    values[0] = string(s.name, h[0], "name");
-    values[1] = string(s.kategorie, h[1], "kategorie");
-    values[2] = string(s.art, h[2], "art");
-    values[3] = s.innergemeinschaftlicherErwerb ? kTrueObject : kFalseObject;
-    values[4] = s.isNonEU ? kTrueObject : kFalseObject;
-    values[5] = real(s.brutto, h[3]);
-    values[6] = real(s.steuersatz, h[4]);
+    values[0] = string(entry.name(), h[0], "name");
+    values[1] = string(entry.kategorie(), h[1], "kategorie");
+    values[2] = string(entry.art(), h[2], "art");
+    values[3] = entry.innergemeinschaftlicherErwerb() ? kTrueObject : kFalseObject;
+    values[4] = entry.isNonEU() ? kTrueObject : kFalseObject;
+    values[5] = real(entry.brutto(), h[3]);
+    values[6] = real(entry.steuersatz(), h[4]);
     values[7] = beginObject();
     out_.push_back('\x33');
-    writeBigEndian(std::bit_cast<std::uint64_t>(s.datum), 8);
-    values[8] = string(s.rechnungsnummer, h[5], "rechnungsnummer");
-    values[9] = string(s.steuernummer, h[6], "steuernummer");
-    values[10] = string(s.leistungsart, h[7], "leistungsart");
+    writeBigEndian(std::bit_cast<std::uint64_t>(entry.datum()), 8);
+    values[8] = string(entry.rechnungsnummer(), h[5], "rechnungsnummer");
+    values[9] = string(entry.steuernummer(), h[6], "steuernummer");
+    values[10] = string(entry.leistungsart(), h[7], "leistungsart");
 
-    if (s.childTransactions.empty()) {
+    if (entry.childTransactions().empty()) {
         values[11] = beginObject();
         out_.push_back('\xA0');
     } else {
@@ -206,10 +205,10 @@ std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry, const 
             childRefs_.resize(level + 1);
         childRefs_[level].clear();
         path_.push(0);
-        for (std::size_t i = 0; i < s.childTransactions.size(); ++i) {
+        for (std::size_t i = 0; i < entry.childTransactions().size(); ++i) {
             path_.setLast(i + 1);
             // Recursion may reallocate childRefs_, so index it afresh each time.
-            const Einnahme& child = *s.childTransactions[i];
+            const Einnahme& child = *entry.childTransactions()[i];
             const std::uint64_t object = writeEntry(child, hashesOf(child));
             childRefs_[level].push_back(object);
         }

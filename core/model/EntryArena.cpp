@@ -1,21 +1,10 @@
 #include "model/EntryArena.h"
 
-#include <new>
-#include <sys/mman.h>
+#include "model/HugePageMemory.h"
+#include "model/TextPool.h"
 
-// Under AddressSanitizer the leak checker scans only the heap, stacks and
-// globals; chunks are mapped by hand, so they are shown to it as roots
-// (entries' texts are reachable only through them).
-#if defined(__SANITIZE_ADDRESS__)
-#define SALDO_SCAN_CHUNKS 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define SALDO_SCAN_CHUNKS 1
-#endif
-#endif
-#ifdef SALDO_SCAN_CHUNKS
-#include <sanitizer/lsan_interface.h>
-#endif
+#include <atomic>
+#include <new>
 
 namespace saldo {
 
@@ -24,33 +13,36 @@ std::atomic<std::size_t> mapped { 0 };
 } // namespace
 
 // The head of a chunk, at its start. `holds` counts the entries alive in it,
-// plus one while its arena still allocates from it.
+// plus one while its arena still allocates from it. Every chunk holds the
+// arena's text pool, which its entries may borrow from.
 struct EntryArena::Chunk {
     std::atomic<std::size_t> holds { 1 };
     std::size_t size = 0; // bytes mapped, this head included
     std::size_t used = 0;
+    bool scanned = false;
+    TextPool* texts = nullptr;
 
     void release()
     {
         if (holds.fetch_sub(1, std::memory_order_acq_rel) == 1) {
             const std::size_t bytes = size;
+            const bool wasScanned = scanned;
+            TextPool* pool = texts;
             this->~Chunk();
-#ifdef SALDO_SCAN_CHUNKS
-            __lsan_unregister_root_region(this, bytes);
-#endif
-            ::munmap(this, bytes);
+            HugePageMemory::release(this, bytes, wasScanned);
             mapped.fetch_sub(bytes, std::memory_order_relaxed);
+            pool->release();
         }
     }
 };
 
 namespace {
 
-constexpr std::size_t kAlign = alignof(std::max_align_t);
+constexpr std::size_t kAlign = 8;
 constexpr std::size_t kHead = (sizeof(EntryArena::Chunk) + kAlign - 1) / kAlign * kAlign;
 constexpr std::size_t kLargestChunk = 32 << 20;
 // The block of one entry: the entry, its reference counts and this allocator.
-constexpr std::size_t kBlockRoom = 512;
+constexpr std::size_t kBlockRoom = 256;
 static_assert(sizeof(Einnahme) + 64 <= kBlockRoom);
 
 // Hands out the one block of a shared entry from the chunk the arena made
@@ -71,8 +63,8 @@ struct ChunkAllocator {
 
     T* allocate(std::size_t n)
     {
-        const std::size_t bytes = (n * sizeof(T) + kAlign - 1) / kAlign * kAlign;
         static_assert(alignof(T) <= kAlign);
+        const std::size_t bytes = (n * sizeof(T) + kAlign - 1) / kAlign * kAlign;
         if (bytes > chunk->size - chunk->used)
             throw std::bad_alloc();
         T* p = reinterpret_cast<T*>(reinterpret_cast<char*>(chunk) + chunk->used);
@@ -95,32 +87,51 @@ struct ChunkAllocator {
 
 std::size_t EntryArena::mappedBytes()
 {
-    return mapped.load(std::memory_order_relaxed);
+    return mapped.load(std::memory_order_relaxed) + TextPool::mappedBytes();
 }
 
 EntryArena::~EntryArena()
 {
     if (chunk_)
         chunk_->release();
+    if (texts_)
+        texts_->release();
+}
+
+void EntryArena::expect(std::size_t entries)
+{
+    // Entries take a little over a hundred bytes each.
+    if (entries >= (HugePageMemory::kHugeFrom >> 7)) {
+        large_ = true;
+        if (nextSize_ < (std::size_t(4) << 20))
+            nextSize_ = std::size_t(4) << 20;
+    }
+}
+
+TextPool& EntryArena::texts()
+{
+    if (!texts_)
+        texts_ = TextPool::create(large_);
+    return *texts_;
 }
 
 void EntryArena::startChunk()
 {
     const std::size_t size = nextSize_;
-    void* p = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (p == MAP_FAILED)
-        throw std::bad_alloc();
-    if (size >= (4u << 20))
-        ::madvise(p, size, MADV_HUGEPAGE); // advice only: without huge pages it works the same
-#ifdef SALDO_SCAN_CHUNKS
-    __lsan_register_root_region(p, size);
-#endif
+    HugePageMemory memory(size, size >= (std::size_t(4) << 20));
+    // Entries' owned texts and split-booking lists are heap blocks reached only from here.
+    memory.showToLeakChecker();
+    TextPool& pool = texts();
+    pool.retain();
     if (chunk_)
         chunk_->release();
-    mapped.fetch_add(size, std::memory_order_relaxed);
-    chunk_ = new (p) Chunk;
-    chunk_->size = size;
+    mapped.fetch_add(memory.size(), std::memory_order_relaxed);
+    chunk_ = new (memory.data()) Chunk;
+    chunk_->size = memory.size();
+    chunk_->scanned = true;
+    chunk_->texts = &pool;
     chunk_->used = kHead;
+    memory.detach();
     if (nextSize_ < kLargestChunk)
         nextSize_ *= 2;
 }
@@ -130,6 +141,13 @@ EinnahmePtr EntryArena::make(Einnahme::Stored&& stored)
     if (!chunk_ || chunk_->size - chunk_->used < kBlockRoom)
         startChunk();
     return std::allocate_shared<Einnahme>(ChunkAllocator<Einnahme>(chunk_), std::move(stored));
+}
+
+EinnahmePtr EntryArena::make(Einnahme::Fields&& fields)
+{
+    if (!chunk_ || chunk_->size - chunk_->used < kBlockRoom)
+        startChunk();
+    return std::allocate_shared<Einnahme>(ChunkAllocator<Einnahme>(chunk_), std::move(fields));
 }
 
 } // namespace saldo

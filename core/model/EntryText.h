@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace saldo {
+
+// One text field of an entry, in one word: a pointer to the text. The text is
+// either the field's own (made by a setter or a constructor, freed with the
+// field) or shared and immutable: the empty text and the two kinds "Einnahme"
+// and "Ausgabe", which live as long as the process, or a text a ledger reader
+// keeps for all the entries it read (see TextPool), so that a category or a
+// kind repeated a million times is held once. Whoever makes a field from a
+// borrowed text keeps that text alive as long as the field.
+//
+// Changing a field never touches a shared text, and a copy of a field always
+// owns its text, so entries that share texts can be read on one thread while
+// other entries are changed on another. A setter changes a text the field owns
+// in place, so a reference to it stays valid, as a reference to a string
+// member would.
+class EntryText {
+public:
+    EntryText() noexcept;
+    explicit EntryText(std::string value);
+    // A field that refers to `text` without owning it.
+    static EntryText borrowed(const std::string& text) noexcept
+    {
+        EntryText field;
+        field.bits_ = reinterpret_cast<std::uintptr_t>(&text);
+        return field;
+    }
+
+    EntryText(const EntryText& other);
+    EntryText& operator=(const EntryText& other);
+    EntryText(EntryText&& other) noexcept;
+    EntryText& operator=(EntryText&& other) noexcept;
+    ~EntryText()
+    {
+        if (bits_ & kOwned)
+            destroy();
+    }
+
+    const std::string& get() const noexcept { return *reinterpret_cast<const std::string*>(bits_ & ~kOwned); }
+    void set(std::string value);
+
+private:
+    static constexpr std::uintptr_t kOwned = 1;
+    void destroy() noexcept;
+
+    std::uintptr_t bits_;
+};
+
+} // namespace saldo
