@@ -2,6 +2,7 @@
 
 #include "evaluation/AmountFormat.h"
 #include "evaluation/MonthTable.h"
+#include "model/HugePageMemory.h"
 #include "platform/Sound.h"
 
 #include <algorithm>
@@ -62,6 +63,13 @@ void CalcEngine::calculate(EinnahmeList entries)
 void CalcEngine::digest()
 {
     const std::size_t count = einnahmen_.size();
+    if (rows_.capacity() < count) {
+        // Fresh storage, which for a large list may take huge pages: the first
+        // report of a million entries would otherwise fault in 6,000 small ones.
+        rows_ = std::vector<Row>();
+        rows_.reserve(count);
+        HugePageMemory::advise(rows_.data(), count * sizeof(Row));
+    }
     rows_.resize(count);
     groups_.reset();
     for (Sums& sums : blockSums_)

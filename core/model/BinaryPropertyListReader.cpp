@@ -37,6 +37,16 @@ std::uint64_t bigEndian(const std::uint8_t* p, unsigned bytes)
     }
 }
 
+// An n-byte big-endian number (n from 1 to 8) read with one 8-byte load. Only
+// for references and offsets: each lies in the object area or the offset
+// table, and the 32-byte trailer after both keeps the load inside the data.
+inline std::uint64_t bigEndianInData(const std::uint8_t* p, unsigned bytes)
+{
+    std::uint64_t word;
+    std::memcpy(&word, p, 8);
+    return __builtin_bswap64(word) >> (64 - 8 * bytes);
+}
+
 const char* typeName(std::uint8_t marker)
 {
     switch (marker >> 4) {
@@ -99,13 +109,19 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     return readEntryArray(topObject_);
 }
 
-// Fresh per-object tables (a fresh mapping is zero) and the text pool to fill.
+// Fresh object states and text cache (a fresh mapping is zero) and the text pool to fill.
 void BinaryPropertyListReader::startPass()
 {
-    objectTables_ = HugePageMemory();
-    objectTables_ = HugePageMemory(static_cast<std::size_t>(objectCount_) * 5);
-    textOf_ = static_cast<std::uint32_t*>(objectTables_.data());
-    state_ = reinterpret_cast<std::uint8_t*>(textOf_ + objectCount_);
+    objectStates_ = HugePageMemory();
+    objectStates_ = HugePageMemory(static_cast<std::size_t>(objectCount_));
+    state_ = static_cast<std::uint8_t*>(objectStates_.data());
+    unsigned bits = 4;
+    while (bits < kMostTextSlotBits && (std::uint64_t(1) << bits) < objectCount_)
+        ++bits;
+    textCache_ = HugePageMemory();
+    textCache_ = HugePageMemory(sizeof(TextSlot) << bits, false);
+    textSlots_ = static_cast<TextSlot*>(textCache_.data());
+    textSlotShift_ = 64 - bits;
     texts_ = &arena_.texts();
 }
 
@@ -216,33 +232,62 @@ constexpr auto kFixedSize = [] {
 
 } // namespace
 
-BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64_t object) const
+inline BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64_t object) const
 {
     const std::uint64_t offset
-        = bigEndian(data_ + offsetTable_ + static_cast<std::size_t>(object) * offsetSize_, offsetSize_);
+        = bigEndianInData(data_ + offsetTable_ + static_cast<std::size_t>(object) * offsetSize_, offsetSize_);
     if (offset < 8 || offset >= offsetTable_) [[unlikely]]
-        fail("object " + std::to_string(object) + ": offset " + std::to_string(offset)
-            + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")");
+        failOffset(object, offset);
     return headAt(object, offset);
 }
 
-BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(std::uint64_t object, std::uint64_t offset) const
+void BinaryPropertyListReader::failOffset(std::uint64_t object, std::uint64_t offset) const
 {
-    // The object area lies in memory, so every count compared with a distance
-    // within it is far below 2^60 and times 16 cannot overflow.
-    const std::size_t end = offsetTable_;
-    std::size_t pos = static_cast<std::size_t>(offset);
+    fail("object " + std::to_string(object) + ": offset " + std::to_string(offset)
+        + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")");
+}
+
+inline BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(
+    std::uint64_t object, std::uint64_t offset) const
+{
+    const std::size_t pos = static_cast<std::size_t>(offset) + 1;
     Head h;
-    h.marker = data_[pos++];
+    h.marker = data_[offset];
     const std::int8_t fixed = kFixedSize[h.marker];
     if (fixed >= 0) [[likely]] {
-        if (static_cast<std::size_t>(fixed) > end - pos) [[unlikely]]
+        if (static_cast<std::size_t>(fixed) > offsetTable_ - pos) [[unlikely]]
             failObject(object, offset, "value runs past the end of the object area");
         h.count = static_cast<std::uint64_t>(fixed);
         h.payload = pos;
         return h;
     }
-    if (fixed == kInvalid) [[unlikely]]
+    if (fixed == kVariable && (h.marker & 15) != 15) [[likely]] {
+        // A string, data or container with its length in the marker.
+        const unsigned hi = h.marker >> 4;
+        const std::uint64_t unit = hi <= 0x5 ? 1 : hi == 0x6 ? 2 : hi == 0xD ? 2 * std::uint64_t(refSize_) : refSize_;
+        h.count = h.marker & 15;
+        if (h.count * unit > offsetTable_ - pos) [[unlikely]]
+            failLength(object, offset, h.count);
+        h.payload = pos;
+        return h;
+    }
+    return headOfLength(object, offset, h);
+}
+
+void BinaryPropertyListReader::failLength(std::uint64_t object, std::uint64_t offset, std::uint64_t count) const
+{
+    failObject(object, offset, "length " + std::to_string(count) + " runs past the end of the object area");
+}
+
+// The head of a string, data or container whose length may follow the marker.
+BinaryPropertyListReader::Head BinaryPropertyListReader::headOfLength(
+    std::uint64_t object, std::uint64_t offset, Head h) const
+{
+    // The object area lies in memory, so every count compared with a distance
+    // within it is far below 2^60 and times 16 cannot overflow.
+    const std::size_t end = offsetTable_;
+    std::size_t pos = static_cast<std::size_t>(offset) + 1;
+    if (kFixedSize[h.marker] == kInvalid) [[unlikely]]
         failObject(object, offset, "unknown type marker " + hexByte(h.marker));
     const unsigned hi = h.marker >> 4;
     const std::uint64_t unit = hi <= 0x5 ? 1 : hi == 0x6 ? 2 : hi == 0xD ? 2 * std::uint64_t(refSize_) : refSize_;
@@ -270,13 +315,17 @@ void BinaryPropertyListReader::failObject(std::uint64_t object, std::uint64_t of
     fail("object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": " + what);
 }
 
-std::uint64_t BinaryPropertyListReader::refAt(std::size_t position) const
+inline std::uint64_t BinaryPropertyListReader::refAt(std::size_t position) const
 {
-    const std::uint64_t ref = bigEndian(data_ + position, refSize_);
-    if (ref >= objectCount_)
-        fail(
-            "object reference " + std::to_string(ref) + " out of range (" + std::to_string(objectCount_) + " objects)");
+    const std::uint64_t ref = bigEndianInData(data_ + position, refSize_);
+    if (ref >= objectCount_) [[unlikely]]
+        failReference(ref);
     return ref;
+}
+
+void BinaryPropertyListReader::failReference(std::uint64_t ref) const
+{
+    fail("object reference " + std::to_string(ref) + " out of range (" + std::to_string(objectCount_) + " objects)");
 }
 
 EinnahmeList BinaryPropertyListReader::readEntryArray(std::uint64_t object)
@@ -300,10 +349,55 @@ void BinaryPropertyListReader::readEntryRange(
     for (std::uint64_t i = begin; i < end; ++i) {
         if (abandoned_ && abandoned_->load(std::memory_order_relaxed)) [[unlikely]]
             break;
+        if (i + kFetchOffsetsAhead < end)
+            prefetchEntry(array, i + kFetchOffsetsAhead, false);
+        if (i + kFetchValuesAhead < end)
+            prefetchEntry(array, i + kFetchValuesAhead, true);
         path_.setLast(i + 1);
         out[i] = readEntry(refAt(array.payload + static_cast<std::size_t>(i) * refSize_));
     }
     path_.pop();
+}
+
+// Values shared between entries lie anywhere in the file, and reading an entry
+// waits mostly for memory: the offset-table slots of its values, their per-object
+// table entries and then the values themselves are fetched a few entries ahead.
+// Only what lies inside the data is touched; what the data says is checked
+// when the entry itself is read.
+void BinaryPropertyListReader::prefetchEntry(const Head& array, std::uint64_t index, bool values) const
+{
+    const std::uint64_t object
+        = bigEndianInData(data_ + array.payload + static_cast<std::size_t>(index) * refSize_, refSize_);
+    if (object >= objectCount_)
+        return;
+    const std::uint64_t offset
+        = bigEndianInData(data_ + offsetTable_ + static_cast<std::size_t>(object) * offsetSize_, offsetSize_);
+    if (offset >= offsetTable_)
+        return;
+    const std::uint8_t marker = data_[offset];
+    const std::size_t count = marker & 15;
+    if ((marker >> 4) != 0xD || count == 15 || 2 * count * refSize_ >= offsetTable_ - offset)
+        return;
+    const std::uint8_t* refs = data_ + offset + 1 + count * refSize_;
+    for (std::size_t k = 0; k < count; ++k) {
+        const std::uint64_t value = bigEndianInData(refs + k * refSize_, refSize_);
+        if (value >= objectCount_)
+            continue;
+        const std::uint8_t* slot = data_ + offsetTable_ + static_cast<std::size_t>(value) * offsetSize_;
+        const TextSlot& cached = textSlotOf(value);
+        if (!values) {
+            __builtin_prefetch(slot);
+            __builtin_prefetch(&cached);
+            continue;
+        }
+        if ((cached.tag & ~kSlotHit) == value + 1) {
+            __builtin_prefetch(&texts_->at(cached.number));
+            continue;
+        }
+        const std::uint64_t at = bigEndianInData(slot, offsetSize_);
+        if (at < offsetTable_)
+            __builtin_prefetch(data_ + at);
+    }
 }
 
 EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
@@ -330,11 +424,17 @@ EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
     return arena_.make(std::move(fields));
 }
 
-int BinaryPropertyListReader::keyIndexOf(std::uint64_t object)
+inline int BinaryPropertyListReader::keyIndexOf(std::uint64_t object)
 {
     const std::uint8_t state = state_[object];
-    if (state & kKeyKnown)
+    if (state & kKeyKnown) [[likely]]
         return (state & 0x3F) - 1;
+    return newKeyIndexOf(object);
+}
+
+int BinaryPropertyListReader::newKeyIndexOf(std::uint64_t object)
+{
+    const std::uint8_t state = state_[object];
     const Head h = head(object);
     int index;
     if ((h.marker >> 4) == 0x5) {
@@ -403,19 +503,6 @@ void BinaryPropertyListReader::readValue(int key, std::uint64_t object, Einnahme
 
 namespace {
 
-// UTF-16 code units of valid UTF-8 text: one per code point, two for those
-// beyond the Basic Multilingual Plane (four-byte sequences).
-std::uint64_t utf16Units(const std::string& text)
-{
-    std::uint64_t units = 0;
-    for (const char c : text) {
-        const auto b = static_cast<std::uint8_t>(c);
-        units += (b & 0xC0) != 0x80;
-        units += b >= 0xF0;
-    }
-    return units;
-}
-
 // The position of the first byte of `p[0, length)` that is not ASCII, or `length`.
 std::size_t firstNonAscii(const std::uint8_t* p, std::size_t length)
 {
@@ -437,38 +524,46 @@ std::size_t firstNonAscii(const std::uint8_t* p, std::size_t length)
 
 void BinaryPropertyListReader::readText(int key, std::uint64_t object, EntryText& out)
 {
-    const std::uint32_t known = textOf_[object];
-    if (known != 0) {
-        // Decoded before: charged as a fresh decoding would be, then shared.
-        const std::string& text = texts_->at((known & kTextNumbers) - 1);
-        charge(known & kUtf16Text ? 3 * utf16Units(text) : text.size());
-        out = EntryText::borrowed(text);
+    TextSlot& slot = textSlotOf(object);
+    if ((slot.tag & ~kSlotHit) == object + 1) {
+        // Decoded lately: charged as a fresh decoding would be, then shared.
+        slot.tag |= kSlotHit;
+        charge(slot.charge);
+        out = EntryText::borrowed(texts_->at(slot.number));
         return;
     }
     const Head h = head(object);
     const std::uint8_t* p = data_ + h.payload;
     const auto length = static_cast<std::size_t>(h.count);
-    std::uint32_t utf16 = 0;
+    std::uint64_t cost;
     std::string* text;
     if ((h.marker >> 4) == 0x5) {
-        charge(length);
+        cost = length;
+        charge(cost);
         const std::size_t bad = firstNonAscii(p, length);
         if (bad < length)
             failAtKey(key, "ASCII string holds the byte " + hexByte(p[bad]));
         text = &texts_->add();
         text->assign(reinterpret_cast<const char*>(p), length);
     } else if ((h.marker >> 4) == 0x6) {
-        charge(3 * std::uint64_t(length));
+        cost = 3 * std::uint64_t(length);
+        charge(cost);
         text = &texts_->add();
         if (!Utf16::appendUtf8FromBigEndian(p, length, *text))
             failAtKey(key, "string holds an unpaired UTF-16 surrogate");
-        utf16 = kUtf16Text;
     } else {
         failWrongType(key, h, "a string");
     }
-    if (texts_->size() <= kTextNumbers)
-        textOf_[object] = static_cast<std::uint32_t>(texts_->size()) | utf16;
     out = EntryText::borrowed(*text);
+    // A slot holding an object found again gets a second chance: it is kept
+    // this time and may be replaced the next.
+    if (slot.tag & kSlotHit) {
+        slot.tag &= ~kSlotHit;
+        return;
+    }
+    const std::size_t number = texts_->size() - 1;
+    if (number <= UINT32_MAX && cost <= UINT32_MAX)
+        slot = TextSlot { object + 1, static_cast<std::uint32_t>(number), static_cast<std::uint32_t>(cost) };
 }
 
 float BinaryPropertyListReader::readAmount(int key, const Head& h) const
@@ -515,18 +610,14 @@ double BinaryPropertyListReader::readDatum(int key, const Head& h) const
     }
 }
 
-void BinaryPropertyListReader::enter(std::uint64_t object)
+void BinaryPropertyListReader::failCycle(std::uint64_t object) const
 {
-    if (state_[object] & kActive)
-        fail("reference cycle: object " + std::to_string(object) + " contains itself");
-    state_[object] |= kActive;
+    fail("reference cycle: object " + std::to_string(object) + " contains itself");
 }
 
-void BinaryPropertyListReader::charge(std::uint64_t units)
+void BinaryPropertyListReader::failBudget() const
 {
-    if (units > budget_)
-        fail("objects are shared so often that the file would expand beyond 16 times its size");
-    budget_ -= units;
+    fail("objects are shared so often that the file would expand beyond 16 times its size");
 }
 
 void BinaryPropertyListReader::fail(const std::string& what) const

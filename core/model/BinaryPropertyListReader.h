@@ -27,9 +27,12 @@ namespace saldo {
 // throws LedgerFileError naming what was wrong and where; nothing partial is
 // returned.
 //
-// Every string object is decoded once: the entries that refer to it share
-// one text (kept in the arena's TextPool), though each reference is charged
-// to the budget as if it were decoded again, so what is refused stays the same.
+// A string object referred to again soon is decoded once: the entries that
+// refer to it share one text (kept in the arena's TextPool), found through a
+// small cache by object that keeps the objects met again and again (kinds,
+// categories, names); other texts are decoded per reference. Each reference is
+// charged to the budget as if it were decoded again, so what is refused does
+// not depend on what the cache holds.
 //
 // A long top-level list is decoded by two threads, one half each, every
 // thread with its own object states and half the budget. When either half
@@ -57,34 +60,67 @@ private:
     bool readInTwo(const Head& root, std::uint64_t budget, EinnahmeList& list);
     Head head(std::uint64_t object) const;
     Head headAt(std::uint64_t object, std::uint64_t offset) const;
+    Head headOfLength(std::uint64_t object, std::uint64_t offset, Head h) const;
     std::uint64_t refAt(std::size_t position) const;
 
     void startPass();
     EinnahmeList readEntryArray(std::uint64_t object);
     // Decodes the entries [begin, end) of an array into out[begin, end).
     void readEntryRange(const Head& array, std::uint64_t begin, std::uint64_t end, EinnahmePtr* out);
+    void prefetchEntry(const Head& array, std::uint64_t index, bool values) const;
     EinnahmePtr readEntry(std::uint64_t object);
     void readValue(int key, std::uint64_t object, Einnahme::Fields& fields);
     int keyIndexOf(std::uint64_t object);
+    int newKeyIndexOf(std::uint64_t object);
     void readText(int key, std::uint64_t object, EntryText& out);
     float readAmount(int key, const Head& h) const;
     double readDatum(int key, const Head& h) const;
 
-    void enter(std::uint64_t object);
+    void enter(std::uint64_t object)
+    {
+        if (state_[object] & kActive) [[unlikely]]
+            failCycle(object);
+        state_[object] |= kActive;
+    }
     void leave(std::uint64_t object) { state_[object] &= static_cast<std::uint8_t>(~kActive); }
-    void charge(std::uint64_t units);
+    void charge(std::uint64_t units)
+    {
+        if (units > budget_) [[unlikely]]
+            failBudget();
+        budget_ -= units;
+    }
 
     [[noreturn]] void fail(const std::string& what) const;
-    [[noreturn, gnu::cold]] void failObject(std::uint64_t object, std::uint64_t offset, const std::string& what) const;
+    [[noreturn, gnu::cold, gnu::noinline]] void failOffset(std::uint64_t object, std::uint64_t offset) const;
+    [[noreturn, gnu::cold, gnu::noinline]] void failLength(
+        std::uint64_t object, std::uint64_t offset, std::uint64_t count) const;
+    [[noreturn, gnu::cold, gnu::noinline]] void failReference(std::uint64_t ref) const;
+    [[noreturn, gnu::cold, gnu::noinline]] void failCycle(std::uint64_t object) const;
+    [[noreturn, gnu::cold, gnu::noinline]] void failBudget() const;
+    [[noreturn, gnu::cold, gnu::noinline]] void failObject(std::uint64_t object, std::uint64_t offset, const std::string& what) const;
     [[noreturn]] void failAtKey(int key, const std::string& what) const;
     [[noreturn]] void failWrongType(int key, const Head& h, const char* expected) const;
 
+    // How many entries ahead of the one being read its values are fetched.
+    static constexpr std::uint64_t kFetchOffsetsAhead = 12;
+    static constexpr std::uint64_t kFetchValuesAhead = 6;
+
     static constexpr std::uint8_t kActive = 0x80; // a container on the current path
     static constexpr std::uint8_t kKeyKnown = 0x40; // low bits hold the key index + 1 (0: other key)
-    // A string object's entry in textOf_: its number in the text pool + 1, and
-    // whether it was UTF-16 (then each reference is charged three bytes a unit).
-    static constexpr std::uint32_t kUtf16Text = 0x80000000u;
-    static constexpr std::uint32_t kTextNumbers = kUtf16Text - 1;
+    // A string object decoded lately: the object + 1 (0: none), with kSlotHit
+    // set once it was found again; its number in the text pool and what each
+    // reference to it is charged.
+    struct TextSlot {
+        std::uint64_t tag;
+        std::uint32_t number;
+        std::uint32_t charge;
+    };
+    static constexpr std::uint64_t kSlotHit = std::uint64_t(1) << 63;
+    static constexpr unsigned kMostTextSlotBits = 15;
+    TextSlot& textSlotOf(std::uint64_t object) const
+    {
+        return textSlots_[(object * 0x9E3779B97F4A7C15ull) >> textSlotShift_];
+    }
 
     const std::uint8_t* data_;
     std::size_t size_;
@@ -93,9 +129,11 @@ private:
     std::uint64_t objectCount_ = 0;
     std::uint64_t topObject_ = 0;
     std::size_t offsetTable_ = 0; // also the end of the object area
-    HugePageMemory objectTables_; // state_ and textOf_ of one pass, zero at its start
+    HugePageMemory objectStates_; // state_ of one pass, zero at its start
+    HugePageMemory textCache_; // textSlots_ of one pass, zero at its start
     std::uint8_t* state_ = nullptr; // one byte per object
-    std::uint32_t* textOf_ = nullptr; // per object: 0, or what kUtf16Text and kTextNumbers say
+    TextSlot* textSlots_ = nullptr;
+    unsigned textSlotShift_ = 64;
     TextPool* texts_ = nullptr;
     std::uint64_t budget_ = 0;
     LedgerEntryPath path_;

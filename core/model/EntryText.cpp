@@ -6,32 +6,17 @@ namespace saldo {
 
 namespace {
 
-// The texts every entry may share, made once and never freed (entries held
-// by static lists may still read them while the process ends).
-struct KnownTexts {
-    const std::string empty;
-    const std::string einnahme { "Einnahme" };
-    const std::string ausgabe { "Ausgabe" };
-};
+// The kinds every entry may share, made before anything runs and never
+// destroyed (entries held by static lists may still read them while the
+// process ends).
+constinit const EntryText::Constant einnahme { "Einnahme" };
+constinit const EntryText::Constant ausgabe { "Ausgabe" };
 
-const KnownTexts& known()
-{
-    static const KnownTexts* const texts = new KnownTexts;
-    return *texts;
-}
+} // namespace
 
-// The shared text equal to `value`, or null.
-const std::string* knownText(const std::string& value)
-{
-    const KnownTexts& k = known();
-    if (value.empty())
-        return &k.empty;
-    if (value == k.einnahme)
-        return &k.einnahme;
-    if (value == k.ausgabe)
-        return &k.ausgabe;
-    return nullptr;
-}
+constinit const EntryText::Constant EntryText::kEmpty { "" };
+
+namespace {
 
 std::uintptr_t ownedBits(std::string value)
 {
@@ -40,9 +25,15 @@ std::uintptr_t ownedBits(std::string value)
 
 } // namespace
 
-EntryText::EntryText() noexcept
-    : bits_(reinterpret_cast<std::uintptr_t>(&known().empty))
+const std::string* EntryText::knownText(const std::string& value) noexcept
 {
+    if (value.empty())
+        return &kEmpty.value;
+    if (value == einnahme.value)
+        return &einnahme.value;
+    if (value == ausgabe.value)
+        return &ausgabe.value;
+    return nullptr;
 }
 
 EntryText::EntryText(std::string value)
@@ -62,21 +53,6 @@ EntryText& EntryText::operator=(const EntryText& other)
 {
     if (this != &other)
         set(other.get());
-    return *this;
-}
-
-EntryText::EntryText(EntryText&& other) noexcept
-    : bits_(std::exchange(other.bits_, reinterpret_cast<std::uintptr_t>(&known().empty)))
-{
-}
-
-EntryText& EntryText::operator=(EntryText&& other) noexcept
-{
-    if (this != &other) {
-        if (bits_ & kOwned)
-            destroy();
-        bits_ = std::exchange(other.bits_, reinterpret_cast<std::uintptr_t>(&known().empty));
-    }
     return *this;
 }
 

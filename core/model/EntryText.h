@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace saldo {
 
@@ -20,7 +21,10 @@ namespace saldo {
 // member would.
 class EntryText {
 public:
-    EntryText() noexcept;
+    EntryText() noexcept
+        : bits_(emptyBits())
+    {
+    }
     explicit EntryText(std::string value);
     // A field that refers to `text` without owning it.
     static EntryText borrowed(const std::string& text) noexcept
@@ -32,8 +36,15 @@ public:
 
     EntryText(const EntryText& other);
     EntryText& operator=(const EntryText& other);
-    EntryText(EntryText&& other) noexcept;
-    EntryText& operator=(EntryText&& other) noexcept;
+    EntryText(EntryText&& other) noexcept
+        : bits_(std::exchange(other.bits_, emptyBits()))
+    {
+    }
+    EntryText& operator=(EntryText&& other) noexcept
+    {
+        std::swap(bits_, other.bits_);
+        return *this;
+    }
     ~EntryText()
     {
         if (bits_ & kOwned)
@@ -43,9 +54,24 @@ public:
     const std::string& get() const noexcept { return *reinterpret_cast<const std::string*>(bits_ & ~kOwned); }
     void set(std::string value);
 
+    // A text that is never destroyed, for the shared constants.
+    union Constant {
+        constexpr explicit Constant(const char* text)
+            : value(text)
+        {
+        }
+        ~Constant() { }
+        const std::string value;
+    };
+
 private:
     static constexpr std::uintptr_t kOwned = 1;
+    static std::uintptr_t emptyBits() noexcept { return reinterpret_cast<std::uintptr_t>(&kEmpty.value); }
+    // The shared constant equal to `value`, or null.
+    static const std::string* knownText(const std::string& value) noexcept;
     void destroy() noexcept;
+
+    static const Constant kEmpty;
 
     std::uintptr_t bits_;
 };
