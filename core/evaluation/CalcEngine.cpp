@@ -64,11 +64,12 @@ void CalcEngine::digest()
 {
     const std::size_t count = einnahmen_.size();
     if (rows_.capacity() < count) {
-        // Fresh storage, which for a large list may take huge pages: the first
-        // report of a million entries would otherwise fault in 6,000 small ones.
+        // Fresh storage, faulted in at once and for a large list in huge pages:
+        // the first report of a million entries would otherwise fault in 6,000
+        // small ones, one at a time.
         rows_ = std::vector<Row>();
         rows_.reserve(count);
-        HugePageMemory::advise(rows_.data(), count * sizeof(Row));
+        HugePageMemory::prepareToFill(rows_.data(), count * sizeof(Row));
     }
     rows_.resize(count);
     groups_.reset();

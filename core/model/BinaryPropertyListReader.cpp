@@ -113,13 +113,13 @@ EinnahmeList BinaryPropertyListReader::readEntries()
 void BinaryPropertyListReader::startPass()
 {
     objectStates_ = HugePageMemory();
-    objectStates_ = HugePageMemory(static_cast<std::size_t>(objectCount_));
+    objectStates_ = HugePageMemory(static_cast<std::size_t>(objectCount_), HugePageMemory::Backing::Filled);
     state_ = static_cast<std::uint8_t*>(objectStates_.data());
     unsigned bits = 4;
     while (bits < kMostTextSlotBits && (std::uint64_t(1) << bits) < objectCount_)
         ++bits;
     textCache_ = HugePageMemory();
-    textCache_ = HugePageMemory(sizeof(TextSlot) << bits, false);
+    textCache_ = HugePageMemory(sizeof(TextSlot) << bits, HugePageMemory::Backing::Filled);
     textSlots_ = static_cast<TextSlot*>(textCache_.data());
     textSlotShift_ = 64 - bits;
     texts_ = &arena_.texts();
@@ -133,7 +133,7 @@ bool BinaryPropertyListReader::readInTwo(const Head& root, std::uint64_t budget,
     const std::uint64_t half = root.count / 2;
     // The list is filled by both threads; its storage, fresh from the system, may take huge pages.
     list.reserve(static_cast<std::size_t>(root.count));
-    HugePageMemory::advise(list.data(), list.capacity() * sizeof(EinnahmePtr));
+    HugePageMemory::prepareToFill(list.data(), list.capacity() * sizeof(EinnahmePtr));
     list.resize(static_cast<std::size_t>(root.count));
     std::atomic<bool> abandoned { false };
     auto pass = [&](BinaryPropertyListReader& reader, std::uint64_t begin, std::uint64_t end) {
@@ -335,7 +335,7 @@ EinnahmeList BinaryPropertyListReader::readEntryArray(std::uint64_t object)
     charge(8 * h.count + 16);
     EinnahmeList list;
     list.reserve(static_cast<std::size_t>(h.count));
-    HugePageMemory::advise(list.data(), list.capacity() * sizeof(EinnahmePtr));
+    HugePageMemory::prepareToFill(list.data(), list.capacity() * sizeof(EinnahmePtr));
     list.resize(static_cast<std::size_t>(h.count));
     readEntryRange(h, 0, h.count, list.data());
     leave(object);

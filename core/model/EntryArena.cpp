@@ -100,8 +100,8 @@ EntryArena::~EntryArena()
 
 void EntryArena::expect(std::size_t entries)
 {
-    // Entries take a little over a hundred bytes each.
-    if (entries >= (HugePageMemory::kHugeFrom >> 7)) {
+    // Entries take about a hundred bytes each.
+    if (entries >= (HugePageMemory::kHugePage >> 7)) {
         large_ = true;
         if (nextSize_ < (std::size_t(4) << 20))
             nextSize_ = std::size_t(4) << 20;
@@ -118,7 +118,8 @@ TextPool& EntryArena::texts()
 void EntryArena::startChunk()
 {
     const std::size_t size = nextSize_;
-    HugePageMemory memory(size, size >= (std::size_t(4) << 20));
+    const bool huge = large_ || size >= (std::size_t(4) << 20);
+    HugePageMemory memory(size, huge ? HugePageMemory::Backing::Huge : HugePageMemory::Backing::Lazy);
     // Entries' owned texts and split-booking lists are heap blocks reached only from here.
     memory.showToLeakChecker();
     TextPool& pool = texts();

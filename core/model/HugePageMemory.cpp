@@ -18,16 +18,38 @@
 
 namespace saldo {
 
-HugePageMemory::HugePageMemory(std::size_t bytes, bool huge)
+namespace {
+
+#ifndef MADV_POPULATE_WRITE
+#define MADV_POPULATE_WRITE 23 // Linux 5.14
+#endif
+
+// Faults in the whole pages of [data, data + bytes) in one call (where the
+// kernel can; else they are faulted in when touched).
+void populate(void* data, std::size_t bytes)
+{
+    const std::uintptr_t page = 4096;
+    const auto start = reinterpret_cast<std::uintptr_t>(data);
+    const std::uintptr_t first = (start + page - 1) / page * page;
+    const std::uintptr_t last = (start + bytes) / page * page;
+    if (last > first)
+        ::madvise(reinterpret_cast<void*>(first), last - first, MADV_POPULATE_WRITE);
+}
+
+} // namespace
+
+HugePageMemory::HugePageMemory(std::size_t bytes, Backing backing)
 {
     if (bytes == 0)
         return;
-    if (bytes < kHugeFrom || !huge) {
+    if (bytes < kHugePage || backing == Backing::Lazy) {
         void* p = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (p == MAP_FAILED)
             throw std::bad_alloc();
         data_ = p;
         size_ = bytes;
+        if (backing == Backing::Filled)
+            populate(data_, size_);
         return;
     }
     // Map a huge page more than asked and trim both ends to 2 MiB boundaries.
@@ -104,13 +126,18 @@ void HugePageMemory::unmap()
     scanned_ = false;
 }
 
-void HugePageMemory::advise(void* data, std::size_t bytes)
+void HugePageMemory::prepareToFill(void* data, std::size_t bytes)
 {
     const auto start = reinterpret_cast<std::uintptr_t>(data);
     const std::uintptr_t first = (start + kHugePage - 1) / kHugePage * kHugePage;
     const std::uintptr_t last = (start + bytes) / kHugePage * kHugePage;
-    if (last > first)
+    if (last > first) {
         ::madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+        populate(data, first - start);
+        populate(reinterpret_cast<void*>(last), start + bytes - last);
+    } else {
+        populate(data, bytes);
+    }
 }
 
 } // namespace saldo

@@ -7,22 +7,25 @@ namespace saldo {
 // One anonymous, zero-filled mapping for the large working memory of reading
 // a ledger (the file's bytes, the entries, their texts, the per-object tables).
 // On this kind of machine faulting in fresh memory 4 KiB at a time costs more
-// than anything done with it afterwards, so a large mapping starts on a 2 MiB
-// boundary and is advised to be backed by huge pages: it is touched with one
-// fault per 2 MiB instead of 512. The advice is only advice: without huge pages
-// everything works the same, only slower. Untouched pages cost nothing, so a
-// mapping may be made larger than what is finally used.
+// than anything done with it afterwards: each fault leaves the virtual machine.
+// So a large mapping starts on a 2 MiB boundary and is advised to be backed by
+// huge pages (one fault per 2 MiB instead of 512), and memory that will be
+// written in full anyway is faulted in by the kernel in one call. Both are only
+// advice: without them everything works the same, only slower.
 class HugePageMemory {
 public:
-    // Mappings at least this large are advised to use huge pages.
-    static constexpr std::size_t kHugeFrom = std::size_t(2) << 20;
     static constexpr std::size_t kHugePage = std::size_t(2) << 20;
+
+    // How the mapping is touched, and so how it is backed.
+    enum class Backing {
+        Lazy, // 4 KiB pages faulted in as they are touched (memory that may stay mostly unused)
+        Huge, // huge pages from 2 MiB on, else as Lazy
+        Filled, // huge pages from 2 MiB on, else 4 KiB pages faulted in at once: memory written in full
+    };
 
     HugePageMemory() = default;
     // Maps `bytes` zeroed bytes; throws std::bad_alloc when the system refuses.
-    // With `huge` false the mapping is left to 4 KiB pages (for memory that
-    // may stay mostly untouched).
-    explicit HugePageMemory(std::size_t bytes, bool huge = true);
+    HugePageMemory(std::size_t bytes, Backing backing);
     ~HugePageMemory() { unmap(); }
     HugePageMemory(HugePageMemory&& other) noexcept;
     HugePageMemory& operator=(HugePageMemory&& other) noexcept;
@@ -41,10 +44,10 @@ public:
     void* detach();
     static void release(void* data, std::size_t bytes, bool scanned = false);
 
-    // Advises the whole 2 MiB pages inside [data, data + bytes) of memory not
-    // touched yet (for example a large vector's storage before it is filled)
-    // to be backed by huge pages.
-    static void advise(void* data, std::size_t bytes);
+    // Prepares memory fresh from the system that is about to be written in
+    // full (a large vector's storage before it is filled): its whole 2 MiB
+    // pages are advised to be huge, the rest is faulted in at once.
+    static void prepareToFill(void* data, std::size_t bytes);
 
 private:
     void unmap();

@@ -2,10 +2,12 @@
 
 #include "model/BinaryPropertyListReader.h"
 #include "model/BinaryPropertyListWriter.h"
+#include "model/HugePageMemory.h"
 #include "model/XmlPropertyListReader.h"
 #include "platform/AtomicFileWriter.h"
 
 #include <algorithm>
+#include <new>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -24,31 +26,35 @@ std::string systemError(const std::string& what, int error)
     return what + ": " + std::strerror(error);
 }
 
-// The bytes of a file being read, in memory of their own. Large files go into
-// a mapping the kernel may back with huge pages: a file of a million entries
-// is about 130 MB, and touching that in 4 KiB pages costs more than decoding it.
+// The bytes of a file being read, in memory of their own: a file of a million
+// entries is over 100 MB, and faulting that in 4 KiB at a time would cost more
+// than decoding it (see HugePageMemory).
 class FileBuffer {
 public:
     FileBuffer() = default;
     FileBuffer(const FileBuffer&) = delete;
     FileBuffer& operator=(const FileBuffer&) = delete;
-    ~FileBuffer()
-    {
-        if (data_)
-            ::munmap(data_, capacity_);
-    }
+    ~FileBuffer() { HugePageMemory::release(data_, capacity_); }
 
     // Makes room for at least `capacity` bytes, keeping the ones read so far.
     bool reserve(std::size_t capacity)
     {
         if (capacity <= capacity_)
             return true;
-        void* p = data_ ? ::mremap(data_, capacity_, capacity, MREMAP_MAYMOVE)
-                        : ::mmap(nullptr, capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (!data_) {
+            try {
+                HugePageMemory memory(capacity, HugePageMemory::Backing::Filled);
+                capacity_ = memory.size();
+                data_ = static_cast<char*>(memory.detach());
+                return true;
+            } catch (const std::bad_alloc&) {
+                return false;
+            }
+        }
+        // Only a file that grows while it is read, or one that is no regular file.
+        void* p = ::mremap(data_, capacity_, capacity, MREMAP_MAYMOVE);
         if (p == MAP_FAILED)
             return false;
-        if (capacity >= kHugeFrom)
-            ::madvise(p, capacity, MADV_HUGEPAGE); // advice only: without huge pages it works the same
         data_ = static_cast<char*>(p);
         capacity_ = capacity;
         return true;
@@ -59,7 +65,6 @@ public:
     std::string_view view() const { return { data_, size_ }; }
 
 private:
-    static constexpr std::size_t kHugeFrom = 4 << 20;
     char* data_ = nullptr;
     std::size_t capacity_ = 0;
     std::size_t size_ = 0;

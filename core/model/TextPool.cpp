@@ -34,7 +34,8 @@ std::string& TextPool::add()
         const std::size_t bytes = sizeof(std::string) << kBlockShift;
         memory_.reserve(memory_.size() + 1);
         blocks_.reserve(blocks_.size() + 1);
-        memory_.emplace_back(bytes, large_ || !blocks_.empty());
+        memory_.emplace_back(
+            bytes, large_ || !blocks_.empty() ? HugePageMemory::Backing::Huge : HugePageMemory::Backing::Lazy);
         memory_.back().showToLeakChecker(); // long texts point to heap blocks
         mapped.fetch_add(memory_.back().size(), std::memory_order_relaxed);
         blocks_.push_back(static_cast<std::string*>(memory_.back().data()));
