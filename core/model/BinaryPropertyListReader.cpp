@@ -247,8 +247,7 @@ void BinaryPropertyListReader::failOffset(std::uint64_t object, std::uint64_t of
         + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")");
 }
 
-inline BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(
-    std::uint64_t object, std::uint64_t offset) const
+inline BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(std::uint64_t object, std::uint64_t offset) const
 {
     const std::size_t pos = static_cast<std::size_t>(offset) + 1;
     Head h;

@@ -97,7 +97,8 @@ private:
     [[noreturn, gnu::cold, gnu::noinline]] void failReference(std::uint64_t ref) const;
     [[noreturn, gnu::cold, gnu::noinline]] void failCycle(std::uint64_t object) const;
     [[noreturn, gnu::cold, gnu::noinline]] void failBudget() const;
-    [[noreturn, gnu::cold, gnu::noinline]] void failObject(std::uint64_t object, std::uint64_t offset, const std::string& what) const;
+    [[noreturn, gnu::cold, gnu::noinline]] void failObject(
+        std::uint64_t object, std::uint64_t offset, const std::string& what) const;
     [[noreturn]] void failAtKey(int key, const std::string& what) const;
     [[noreturn]] void failWrongType(int key, const Head& h, const char* expected) const;
 
