@@ -6,15 +6,15 @@ namespace saldo {
 
 namespace {
 
-// The kinds every entry may share, made before anything runs and never
-// destroyed (entries held by static lists may still read them while the
-// process ends).
-constinit const EntryText::Constant einnahme { "Einnahme" };
-constinit const EntryText::Constant ausgabe { "Ausgabe" };
+// The kinds every entry may share, never destroyed (entries held by static
+// lists may still read them while the process ends). GCC makes them at compile
+// time; other compilers before main.
+const EntryText::Constant einnahme { "Einnahme" };
+const EntryText::Constant ausgabe { "Ausgabe" };
 
 } // namespace
 
-constinit const EntryText::Constant EntryText::kEmpty { "" };
+const EntryText::Constant EntryText::kEmpty { "" };
 
 namespace {
 
