@@ -4,9 +4,13 @@
 #include "model/UnicodeText.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cassert>
 #include <cmath>
 #include <cstdint>
+#include <deque>
+#include <future>
 #include <limits>
 
 namespace saldo {
@@ -92,66 +96,103 @@ template <typename T> bool numberLess(T a, T b)
     return a < b;
 }
 
-// A precomputed number key beside the entry's position in the list.
+// Lists from this length on are sorted by two threads: the program's main
+// thread and one more (the machines it runs on have two cores or more).
+constexpr std::size_t kTwoThreadsFrom = 1u << 16;
+
+// Runs `work(first, last)` over [0, n): in two halves on two threads for a
+// long list, else at once. An exception of the second thread is rethrown here.
+template <typename Work> void inHalves(std::size_t n, Work work)
+{
+    if (n < kTwoThreadsFrom) {
+        work(std::size_t(0), n);
+        return;
+    }
+    auto second = std::async(std::launch::async, [&] { work(n / 2, n); });
+    work(std::size_t(0), n / 2);
+    second.get();
+}
+
+// A number key mapped to an unsigned integer whose order is the numbers'
+// order: negative numbers below positive ones, -0 beside 0, and every NaN
+// equal to every other and above every number.
+std::uint32_t orderedBits(float value)
+{
+    if (std::isnan(value))
+        return std::numeric_limits<std::uint32_t>::max();
+    const auto bits = std::bit_cast<std::uint32_t>(value);
+    return (bits & 0x80000000u) ? ~bits : (bits | 0x80000000u);
+}
+
+std::uint64_t orderedBits(double value)
+{
+    if (std::isnan(value))
+        return std::numeric_limits<std::uint64_t>::max();
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    return (bits & 0x8000000000000000u) ? ~bits : (bits | 0x8000000000000000u);
+}
+
+// An ordered key beside the entry's position in the list.
 template <typename K> struct Keyed {
     K key;
     std::uint32_t index;
 };
 
-template <typename K> struct KeyedLess {
-    bool operator()(const Keyed<K>& a, const Keyed<K>& b) const { return numberLess(a.key, b.key); }
-};
+// Sorts by key with a least-significant-byte radix sort: one counting pass for
+// all bytes, then one scatter pass for each byte in which the keys differ
+// (the high bytes of dates and amounts are mostly the same).
+template <typename K> void radixSort(std::vector<Keyed<K>>& items)
+{
+    constexpr std::size_t kBytes = sizeof(K);
+    std::vector<std::array<std::uint32_t, 256>> counts(kBytes);
+    for (auto& c : counts)
+        c.fill(0);
+    for (const auto& item : items)
+        for (std::size_t b = 0; b < kBytes; ++b)
+            ++counts[b][(item.key >> (8 * b)) & 0xffu];
+    std::vector<Keyed<K>> scratch(items.size());
+    for (std::size_t b = 0; b < kBytes; ++b) {
+        auto& count = counts[b];
+        if (std::find(count.begin(), count.end(), static_cast<std::uint32_t>(items.size())) != count.end())
+            continue; // every key has the same byte here
+        std::uint32_t offset = 0;
+        for (auto& c : count) {
+            const std::uint32_t n = c;
+            c = offset;
+            offset += n;
+        }
+        for (const auto& item : items)
+            scratch[count[(item.key >> (8 * b)) & 0xffu]++] = item;
+        items.swap(scratch);
+    }
+}
 
 template <typename K, typename MakeKey> std::vector<Keyed<K>> keysOf(const EinnahmeList& list, MakeKey makeKey)
 {
-    std::vector<Keyed<K>> items;
-    items.reserve(list.size());
-    for (std::size_t i = 0; i < list.size(); ++i)
-        items.push_back({ makeKey(*list[i]), static_cast<std::uint32_t>(i) });
+    std::vector<Keyed<K>> items(list.size());
+    inHalves(list.size(), [&](std::size_t first, std::size_t last) {
+        for (std::size_t i = first; i < last; ++i) {
+            if (i + 16 < last)
+                __builtin_prefetch(list[i + 16].get());
+            items[i] = { orderedBits(makeKey(*list[i])), static_cast<std::uint32_t>(i) };
+        }
+    });
     return items;
 }
 
-// A precomputed text key: the NFC form of the text in a shared buffer, and its
-// first sixteen bytes also as two big-endian numbers (zero padded), so that
-// most comparisons decide without reaching the buffer. The default ordering
-// also reads the gross amount.
+// A precomputed text key: where the NFC form of the text is, sixteen
+// of its bytes from `depth` on as two big-endian numbers (zero padded) and how
+// many bytes are left from there (at most 17: "more than sixteen"), so that a
+// sort of the items by these three numbers alone orders them as far as those
+// sixteen bytes go. The default ordering also reads the gross amount.
 struct TextItem {
     std::uint64_t head;
     std::uint64_t next;
-    const char* data;
+    std::uint32_t rest;
     std::uint32_t size;
+    const char* data;
     float brutto;
     std::uint32_t index;
-};
-
-// Byte order of the two texts: -1, 0, 1.
-int compareText(const TextItem& a, const TextItem& b)
-{
-    if (a.head != b.head)
-        return a.head < b.head ? -1 : 1;
-    if (a.next != b.next)
-        return a.next < b.next ? -1 : 1;
-    // The first sixteen bytes agree, counting a missing byte as zero: a text
-    // of at most sixteen bytes is then the start of the other one.
-    if (a.size > 16 && b.size > 16) {
-        const int rest = std::string_view(a.data + 16, a.size - 16).compare({ b.data + 16, b.size - 16 });
-        return rest < 0 ? -1 : (rest > 0 ? 1 : 0);
-    }
-    return a.size < b.size ? -1 : (a.size > b.size ? 1 : 0);
-}
-
-struct TextLess {
-    bool operator()(const TextItem& a, const TextItem& b) const { return compareText(a, b) < 0; }
-};
-
-struct DefaultLess {
-    bool operator()(const TextItem& a, const TextItem& b) const
-    {
-        const int byArt = compareText(a, b);
-        if (byArt != 0)
-            return byArt < 0;
-        return numberLess(a.brutto, b.brutto);
-    }
 };
 
 std::uint64_t bigEndianWord(const char* data, std::size_t size, std::size_t from)
@@ -162,46 +203,124 @@ std::uint64_t bigEndianWord(const char* data, std::size_t size, std::size_t from
     return word;
 }
 
-// The text keys of a list, in list order. The byte order of NFC forms is the
-// order of UnicodeText::compare (which compares NFC forms, or the bytes of a
-// text that is not UTF-8, as UnicodeText::nfc gives them).
-template <typename TextOf> std::vector<TextItem> textItems(const EinnahmeList& list, std::string& buffer, TextOf textOf)
+void loadWords(TextItem& item, std::size_t depth)
+{
+    item.head = bigEndianWord(item.data, item.size, depth);
+    item.next = bigEndianWord(item.data, item.size, depth + 8);
+    item.rest = item.size > depth ? std::min<std::uint32_t>(item.size - static_cast<std::uint32_t>(depth), 17) : 0;
+}
+
+bool wordsLess(const TextItem& a, const TextItem& b)
+{
+    if (a.head != b.head)
+        return a.head < b.head;
+    if (a.next != b.next)
+        return a.next < b.next;
+    // Equal bytes (a missing byte counting as zero): the shorter text is the
+    // start of the longer one and goes first.
+    return a.rest < b.rest;
+}
+
+bool wordsEqual(const TextItem& a, const TextItem& b)
+{
+    return a.head == b.head && a.next == b.next && a.rest == b.rest;
+}
+
+// Byte order of the NFC texts, sixteen bytes at a time: the items, whose words
+// at `depth` are loaded, are sorted by those words; the texts of a run of
+// equal words that go on beyond those sixteen bytes are then sorted by their
+// next sixteen. Every byte of a text is read a few times at most, in order,
+// instead of in every comparison. Runs of equal texts end in any order (by the
+// gross amount for the default ordering).
+template <typename Tie> void sortTexts(TextItem* first, TextItem* last, std::size_t depth, Tie tie)
+{
+    std::sort(first, last, [&](const TextItem& a, const TextItem& b) {
+        if (!wordsEqual(a, b))
+            return wordsLess(a, b);
+        return a.rest <= 16 && tie(a, b);
+    });
+    for (TextItem* run = first; run != last;) {
+        TextItem* end = run + 1;
+        while (end != last && wordsEqual(*run, *end))
+            ++end;
+        if (end - run > 1 && run->rest > 16) {
+            for (TextItem* item = run; item != end; ++item)
+                loadWords(*item, depth + 16);
+            sortTexts(run, end, depth + 16, tie);
+            // The caller's words again, for its next runs.
+            for (TextItem* item = run; item != end; ++item)
+                loadWords(*item, depth);
+        }
+        run = end;
+    }
+}
+
+// The same on two threads for a long list: the items are first split around
+// a sampled middle text (every item before it goes before every item after
+// it), then each side is sorted on its own thread.
+template <typename Tie> void sortTexts(std::vector<TextItem>& items, Tie tie)
+{
+    if (items.size() < kTwoThreadsFrom) {
+        sortTexts(items.data(), items.data() + items.size(), 0, tie);
+        return;
+    }
+    std::vector<TextItem> sample;
+    for (std::size_t i = 0; i < items.size(); i += items.size() / 63)
+        sample.push_back(items[i]);
+    std::nth_element(sample.begin(), sample.begin() + sample.size() / 2, sample.end(), wordsLess);
+    const TextItem middle = sample[sample.size() / 2];
+    TextItem* split = std::partition(
+        items.data(), items.data() + items.size(), [&](const TextItem& item) { return wordsLess(item, middle); });
+    auto second = std::async(std::launch::async, [&] { sortTexts(split, items.data() + items.size(), 0, tie); });
+    sortTexts(items.data(), split, 0, tie);
+    second.get();
+}
+
+// The text keys of a list, in list order, with their first words loaded. The
+// byte order of NFC forms is the order of UnicodeText::compare (which compares
+// NFC forms, or the bytes of a text that is not UTF-8, as UnicodeText::nfc
+// gives them). A text that is its own NFC form is read where the entry holds
+// it (entries do not change while they are sorted); only the others are
+// normalised into `buffer`.
+template <typename TextOf>
+std::vector<TextItem> textItems(const EinnahmeList& list, std::deque<std::string> (&buffers)[2], TextOf textOf)
 {
     std::vector<TextItem> items(list.size());
-    std::vector<std::size_t> offsets(list.size());
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        const std::string& text = textOf(*list[i]);
-        offsets[i] = buffer.size();
-        if (NfcText::isCertainlyNfc(text))
-            buffer += text;
-        else
-            buffer += UnicodeText::nfc(text);
-        assert(buffer.size() - offsets[i] <= std::numeric_limits<std::uint32_t>::max());
-        items[i].size = static_cast<std::uint32_t>(buffer.size() - offsets[i]);
-        items[i].brutto = list[i]->brutto();
-        items[i].index = static_cast<std::uint32_t>(i);
-    }
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        TextItem& item = items[i];
-        item.data = buffer.data() + offsets[i];
-        item.head = bigEndianWord(item.data, item.size, 0);
-        item.next = bigEndianWord(item.data, item.size, 8);
-    }
+    inHalves(list.size(), [&](std::size_t first, std::size_t last) {
+        std::deque<std::string>& buffer = buffers[first == 0 ? 0 : 1];
+        for (std::size_t i = first; i < last; ++i) {
+            if (i + 8 < last)
+                __builtin_prefetch(list[i + 8].get());
+            const std::string* text = &textOf(*list[i]);
+            if (!NfcText::isCertainlyNfc(*text)) {
+                buffer.push_back(UnicodeText::nfc(*text));
+                text = &buffer.back();
+            }
+            assert(text->size() <= std::numeric_limits<std::uint32_t>::max());
+            TextItem& item = items[i];
+            item.data = text->data();
+            item.size = static_cast<std::uint32_t>(text->size());
+            item.brutto = list[i]->brutto();
+            item.index = static_cast<std::uint32_t>(i);
+            loadWords(item, 0);
+        }
+    });
     return items;
 }
 
-// Sorts the keys, then puts the entries in their order.
-template <typename Item, typename Less>
-void sortItems(EinnahmeList& list, std::vector<Item>& items, bool ascending, Less less)
+// Puts the entries in the order of the sorted items (reversed for a
+// descending sort: entries that compare equal may end in any order).
+template <typename Item> void reorder(EinnahmeList& list, const std::vector<Item>& items, bool ascending)
 {
-    if (ascending)
-        std::sort(items.begin(), items.end(), less);
-    else
-        std::sort(items.begin(), items.end(), [&](const Item& a, const Item& b) { return less(b, a); });
-    EinnahmeList sorted;
-    sorted.reserve(list.size());
-    for (const auto& item : items)
-        sorted.push_back(std::move(list[item.index]));
+    EinnahmeList sorted(list.size());
+    const std::size_t n = items.size();
+    inHalves(n, [&](std::size_t first, std::size_t last) {
+        for (std::size_t i = first; i < last; ++i) {
+            if (i + 8 < last)
+                __builtin_prefetch(&list[items[ascending ? i + 8 : n - 9 - i].index]);
+            sorted[i] = std::move(list[items[ascending ? i : n - 1 - i].index]);
+        }
+    });
     list = std::move(sorted);
 }
 
@@ -245,27 +364,33 @@ void SortOrdering::sortEinnahmen(EinnahmeList& list, std::optional<std::string_v
         return;
     }
     if (isText(key)) {
-        std::string buffer;
-        auto items = textItems(list, buffer, [&](const Einnahme& e) -> const std::string& { return textOf(e, key); });
-        sortItems(list, items, ascending, TextLess());
+        std::deque<std::string> buffers[2];
+        auto items = textItems(list, buffers, [&](const Einnahme& e) -> const std::string& { return textOf(e, key); });
+        sortTexts(items, [](const TextItem&, const TextItem&) { return false; });
+        reorder(list, items, ascending);
         return;
     }
     if (isFloat(key)) {
         // The net amount is the same single-precision value however often it
         // is computed, so computing it once per entry orders as computing it
         // in each comparison.
-        auto items = keysOf<float>(list, [&](const Einnahme& e) { return floatOf(e, key); });
-        sortItems(list, items, ascending, KeyedLess<float>());
+        auto items = keysOf<std::uint32_t>(list, [&](const Einnahme& e) { return floatOf(e, key); });
+        radixSort(items);
+        reorder(list, items, ascending);
         return;
     }
     if (key == Key::Datum) {
-        auto items = keysOf<double>(list, [](const Einnahme& e) { return e.datum(); });
-        sortItems(list, items, ascending, KeyedLess<double>());
+        auto items = keysOf<std::uint64_t>(list, [](const Einnahme& e) { return e.datum(); });
+        radixSort(items);
+        reorder(list, items, ascending);
         return;
     }
-    std::string buffer;
-    auto items = textItems(list, buffer, [](const Einnahme& e) -> const std::string& { return e.art(); });
-    sortItems(list, items, true, DefaultLess());
+    // The default ordering: kinds ascending, then gross amounts ascending,
+    // whatever the direction.
+    std::deque<std::string> buffers[2];
+    auto items = textItems(list, buffers, [](const Einnahme& e) -> const std::string& { return e.art(); });
+    sortTexts(items, [](const TextItem& a, const TextItem& b) { return numberLess(a.brutto, b.brutto); });
+    reorder(list, items, true);
 }
 
 }  // namespace saldo

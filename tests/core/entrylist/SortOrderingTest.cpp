@@ -93,12 +93,14 @@ TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
 {
     std::mt19937 rng(77);
     using namespace std::string_literals;
-    // Short texts, texts around the sixteen bytes the sort keeps beside each
-    // key, and texts with a zero byte, which must not pass for a missing one.
+    // Short texts, texts around the sixteen bytes the sort takes at a time
+    // (one, two and three times), and texts with a zero byte, which must not
+    // pass for a missing one.
     const std::string texts[] = { ""s, "a"s, "A"s, "Z"s, "ab"s, "\u00e4"s, "a\u0308"s, "\u00c4b"s, "A\u0308b"s,
         "Einnahme"s, "Ausgabe"s, "ab\0"s, "0123456789abcdef"s, "0123456789abcdef\0"s, "0123456789abcdefg"s,
         "0123456789abcde\u00e4x"s, "0123456789abcdea\u0308x"s, "Miete B\u00fcro Januar 2024 A"s,
-        "Miete B\u00fcro Januar 2024 B"s, "Miete B\u00fcro Januar 2024"s };
+        "Miete B\u00fcro Januar 2024 B"s, "Miete B\u00fcro Januar 2024"s,
+        "Beratung Sch\u00e4fer GmbH, Rechnung vom 3. Mai"s, "Beratung Sch\u00e4fer GmbH, Rechnung vom 3. M\u00e4rz"s };
     const std::size_t textCount = sizeof(texts) / sizeof(texts[0]);
     const float amounts[] = { 0.0f, 1.0f, 1.0f, 119.0f, 105.0f, std::numeric_limits<float>::quiet_NaN(), -0.0f, 1e30f };
     std::vector<std::optional<std::string_view>> keys(
