@@ -16,7 +16,6 @@
 
 #include <QAction>
 #include <QDir>
-#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QStatusBar>
 #include <QTableView>
@@ -68,7 +67,6 @@ TEST_F(EntryListExchangeTest, BothExportsWriteTheShownEntriesOfTheMomentThePanel
     ASSERT_EQ(dialogs.openSavePanels.size(), 1u);
     searchAndSort();
     const EinnahmeList shown = document->einnahmen();
-    const int steps = document->undoManager()->count();
     dialogs.finishSave(dir.filePath(QStringLiteral("Januar")));
 
     const QString exported = dir.filePath(QStringLiteral("Januar.plist"));
@@ -78,9 +76,7 @@ TEST_F(EntryListExchangeTest, BothExportsWriteTheShownEntriesOfTheMomentThePanel
         (std::vector<std::string> { "Einnahmen erfolgreich verschluesselt: " + std::to_string(bytes.size()) + " bytes",
             "Einnahmen erfolgreich auf Disk geschrieben: file://" + exported.toStdString() }));
     EXPECT_EQ(document->einnahmen(), shown);
-    EXPECT_EQ(document->backupEinnahmen().size(), 5u);
     EXPECT_FALSE(document->isDocumentEdited());
-    EXPECT_EQ(document->undoManager()->count(), steps);
 
     dialogs.saveFileNames = { dir.filePath(QStringLiteral("Januar")) };
     actions().exportTableAction()->trigger();
@@ -141,7 +137,6 @@ TEST_F(EntryListExchangeTest, AFileThatCannotBeReadChangesNothingAndSaysSoInTheS
     const Bad files[] = {
         { "Notizen.txt", "Miete;100\nStrom;45\n" },
         { "Abgeschnitten.plist", encoded(namedEntries({ "Miete", "Strom" })).chopped(9) },
-        { "Kein Array.plist", "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict/></plist>" },
         { "Fehlt.plist", {} },
     };
     for (const Bad& bad : files) {
