@@ -3,6 +3,7 @@
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
+#include "app/EntryListExchange.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
 
@@ -48,6 +49,14 @@ WindowActions::WindowActions(DocumentWindow& window)
     ablage->addSeparator();
     ablage->addAction(close_);
     ablage->addAction(save_);
+    ablage->addSeparator();
+    // The entry list's own export and import, and the spreadsheet table.
+    exchange_ = new EntryListExchange(document, window);
+    exportEntries_
+        = ablage->addAction(QStringLiteral("Eintraege e&xportieren…"), exchange_, &EntryListExchange::Sichern);
+    importEntries_ = ablage->addAction(QStringLiteral("Eintraege &laden…"), exchange_, &EntryListExchange::Laden);
+    exportTable_
+        = ablage->addAction(QStringLiteral("Als &Tabelle exportieren…"), exchange_, &EntryListExchange::exportTable);
     ablage->addSeparator();
     ablage->addAction(quit_);
 

@@ -8,9 +8,11 @@ class QMenu;
 namespace saldo::gui {
 
 class DocumentWindow;
+class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
-// files, close, save, quit), "Bearbeiten" (undo and redo with the action's
+// files, close, save, export and load an entry list, export a spreadsheet
+// table, quit), "Bearbeiten" (undo and redo with the action's
 // name, new entry, duplicate, delete) and "Eintrag" (split bookings, recurring
 // entries). It routes each action to the document controller, the document or
 // the entry list; without a document controller (tests) the application-wide
@@ -25,6 +27,9 @@ public:
     QMenu* recentMenu() const { return recentMenu_; }
     QAction* closeAction() const { return close_; }
     QAction* saveAction() const { return save_; }
+    QAction* exportEntriesAction() const { return exportEntries_; }
+    QAction* importEntriesAction() const { return importEntries_; }
+    QAction* exportTableAction() const { return exportTable_; }
     QAction* quitAction() const { return quit_; }
     QAction* undoAction() const { return undo_; }
     QAction* redoAction() const { return redo_; }
@@ -44,6 +49,10 @@ private:
     QMenu* recentMenu_ = nullptr;
     QAction* close_ = nullptr;
     QAction* save_ = nullptr;
+    EntryListExchange* exchange_ = nullptr;
+    QAction* exportEntries_ = nullptr;
+    QAction* importEntries_ = nullptr;
+    QAction* exportTable_ = nullptr;
     QAction* quit_ = nullptr;
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;

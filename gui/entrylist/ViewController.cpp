@@ -25,6 +25,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 namespace saldo::gui {
 
@@ -60,6 +61,9 @@ public:
     std::vector<const Einnahme*> selectedBefore;
     std::vector<std::size_t> rowsBefore;
     EinnahmePtr currentBefore;
+    // An imported list keeps the selected rows and tells the window of the
+    // entries now selected, but posts no "TableViewUpdated".
+    bool announceSelection = true;
 
     void setUpTable();
 
@@ -76,7 +80,7 @@ public:
     void reselectEntries();
 
     void documentChanged(const DocumentChange& change);
-    void selectionDidChange();
+    void selectionDidChange(bool announce = true);
     void rebuildSelectionSummary();
     void contextMenu(const QPoint& position);
     void confirmAndDelete(std::vector<std::size_t> rows, bool reloadWhenRefused);
@@ -329,8 +333,9 @@ void ViewController::Private::endChange()
     if (--structuralChanges > 0)
         return;
     currentBefore.reset();
+    const bool announce = std::exchange(announceSelection, true);
     if (selectedEntries() != selectedBefore)
-        selectionDidChange();
+        selectionDidChange(announce);
 }
 
 void ViewController::Private::structuralChange(const std::function<void()>& change)
@@ -379,6 +384,7 @@ void ViewController::Private::documentChanged(const DocumentChange& change)
         break;
     case DocumentChange::Selection::KeepRows:
         selectRows(rowsBefore);
+        announceSelection = false;
         break;
     case DocumentChange::Selection::KeepEntries:
         // Inserted and removed rows keep the selection by themselves; a rebuilt
@@ -392,13 +398,14 @@ void ViewController::Private::documentChanged(const DocumentChange& change)
         rebuildSelectionSummary();
 }
 
-void ViewController::Private::selectionDidChange()
+void ViewController::Private::selectionDidChange(bool announce)
 {
     const auto rows = q->selectedRows();
     rebuildSelectionSummary();
     selectedEinnahme = rows.size() == 1 ? model->entryAt(static_cast<int>(rows.front())) : nullptr;
     emit q->selectionChanged(selectedEinnahme, static_cast<int>(rows.size()));
-    NotificationCenter::defaultCenter().post(kTableViewUpdated);
+    if (announce)
+        NotificationCenter::defaultCenter().post(kTableViewUpdated);
 }
 
 void ViewController::Private::rebuildSelectionSummary()

@@ -94,6 +94,19 @@ QString Dialogs::getSaveFileName(
     return QFileDialog::getSaveFileName(parent, caption, suggestedPath, filter);
 }
 
+void Dialogs::beginSaveFileName(
+    QWidget* parent, const QString& caption, const QString& directory, const QString& filter, SaveCompletion completion)
+{
+    auto* panel = new QFileDialog(parent, caption, directory, filter);
+    panel->setAcceptMode(QFileDialog::AcceptSave);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(panel, &QFileDialog::finished, panel, [panel, completion = std::move(completion)](int result) {
+        const QStringList chosen = panel->selectedFiles();
+        completion(result == QDialog::Accepted && !chosen.isEmpty() ? chosen.front() : QString());
+    });
+    panel->show();
+}
+
 void Dialogs::showError(QWidget* parent, const QString& text, const QString& informativeText)
 {
     QMessageBox box(QMessageBox::Warning, QString(), text, QMessageBox::Ok, parent);

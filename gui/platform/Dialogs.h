@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class QWidget;
 
 namespace saldo::gui {
@@ -45,6 +47,14 @@ public:
     // A save panel proposing `suggestedPath`; an empty string when cancelled.
     virtual QString getSaveFileName(
         QWidget* parent, const QString& caption, const QString& suggestedPath, const QString& filter);
+
+    // A save panel that does not block: it returns at once, and `completion`
+    // runs when the panel closes, with the chosen path (an empty string when
+    // cancelled). The program goes on while the panel is open; a completion
+    // whose panel is closed with its window never runs.
+    using SaveCompletion = std::function<void(const QString& path)>;
+    virtual void beginSaveFileName(QWidget* parent, const QString& caption, const QString& directory,
+        const QString& filter, SaveCompletion completion);
 
     // A warning that something failed, with the reason below it.
     virtual void showError(QWidget* parent, const QString& text, const QString& informativeText);

@@ -1,11 +1,14 @@
 // Renders the README's pictures of the desktop program offscreen: the search
 // menu, a filtered and sorted table with a selection, the detail panel of an
-// income and of an expense, and the delete confirmation. Nothing is saved:
+// income and of an expense, the delete confirmation, and the file menu after
+// a list that could not be loaded. Nothing is saved:
 // the ledger is read into an untitled document.
 //   saldo-screenshots OUTDIR LEDGER
 #include "app/Document.h"
+#include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
+#include "app/WindowActions.h"
 #include "editors/DetailViewController.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/EntryLists.h"
@@ -13,6 +16,7 @@
 #include "entrylist/ViewController.h"
 #include "model/Kategorien.h"
 #include "platform/DeleteConfirmation.h"
+#include "platform/Dialogs.h"
 #include "platform/UserDefaults.h"
 
 #include <QAction>
@@ -23,9 +27,11 @@
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
 #include <QTableView>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <functional>
@@ -142,6 +148,49 @@ bool deleteConfirmation(const Scene& s)
     return save(box->grab(), s.target, QStringLiteral("delete-confirmation.png"));
 }
 
+// Answers the open panel with one file instead of showing it.
+class ChosenFile : public Dialogs {
+public:
+    explicit ChosenFile(QString path)
+        : path_(std::move(path))
+    {
+        Dialogs::setInstance(this);
+    }
+    ~ChosenFile() override { Dialogs::setInstance(nullptr); }
+    QString getOpenFileName(QWidget*, const QString&, const QString&) override { return path_; }
+
+private:
+    QString path_;
+};
+
+bool fileMenuAfterAFailedLoad(const Scene& s)
+{
+    QTemporaryDir scratch;
+    const QString notes = scratch.filePath(QStringLiteral("Notizen.txt"));
+    QFile file(notes);
+    if (!file.open(QIODevice::WriteOnly) || file.write("Miete;1190\n") < 0)
+        return false;
+    file.close();
+    s.list->tableView()->selectRow(0);
+    {
+        ChosenFile chosen(notes);
+        s.window->actions()->importEntriesAction()->trigger();
+    }
+    QMenuBar* bar = s.window->menuBar();
+    QAction* ablage = bar->actions().front();
+    QMenu* menu = ablage->menu();
+    menu->popup(bar->mapToGlobal(bar->actionGeometry(ablage).bottomLeft()));
+    menu->setActiveAction(s.window->actions()->importEntriesAction());
+    settle();
+    QPixmap picture = s.window->grab();
+    {
+        QPainter painter(&picture);
+        painter.drawPixmap(menu->pos() - s.window->mapToGlobal(QPoint(0, 0)), menu->grab());
+    }
+    menu->close();
+    return save(picture, s.target, QStringLiteral("file-menu.png"));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -157,6 +206,8 @@ int main(int argc, char** argv)
     QDir().mkpath(target.path());
     QFile file(QString::fromLocal8Bit(argv[2]));
     InMemoryUserDefaults defaults;
+    // Enables the menu items of the program as a whole; it opens nothing.
+    DocumentController controller(defaults);
     Document document(defaults);
     if (!file.open(QIODevice::ReadOnly) || !document.readFromData(file.readAll())) {
         std::fprintf(stderr, "saldo-screenshots: cannot read %s\n", argv[2]);
@@ -168,7 +219,8 @@ int main(int argc, char** argv)
     const Scene scene { document, window, window->splitViewController()->viewController(), target };
 
     bool ok = true;
-    for (const auto& render : { searchMenuAndFilteredTable, detailPanels, deleteConfirmation })
+    for (const auto& render :
+        { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad })
         ok = render(scene) && ok;
     return ok ? 0 : 1;
 }

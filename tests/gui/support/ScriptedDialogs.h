@@ -3,6 +3,7 @@
 #include "platform/Dialogs.h"
 
 #include <QStringList>
+#include <gtest/gtest.h>
 
 #include <deque>
 
@@ -24,6 +25,8 @@ public:
     std::deque<bool> restoreAnswers; // unscripted: restore, which deletes nothing
     std::deque<QString> openFileNames;
     std::deque<QString> saveFileNames;
+    // Save panels begun and not yet closed; finishSave() closes the oldest.
+    std::deque<SaveCompletion> openSavePanels;
 
     QStringList asked; // texts of every confirmation and save question
     QStringList errors; // "text\ninformative text" of every error shown
@@ -53,6 +56,20 @@ public:
     QString getSaveFileName(QWidget*, const QString& caption, const QString&, const QString&) override
     {
         return next(saveFileNames, caption, QString());
+    }
+    void beginSaveFileName(
+        QWidget*, const QString& caption, const QString&, const QString&, SaveCompletion completion) override
+    {
+        asked << caption;
+        openSavePanels.push_back(std::move(completion));
+    }
+    // Closes the oldest open save panel with `path` (empty: cancelled).
+    void finishSave(const QString& path)
+    {
+        ASSERT_FALSE(openSavePanels.empty());
+        const SaveCompletion completion = std::move(openSavePanels.front());
+        openSavePanels.pop_front();
+        completion(path);
     }
     void showError(QWidget*, const QString& text, const QString& informativeText) override
     {
