@@ -1,18 +1,15 @@
 #pragma once
 
+#include "entrylist/EntryCells.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/EntryLists.h"
 #include "platform/UserDefaults.h"
 
 #include <QAbstractTableModel>
-#include <QStringList>
 
 #include <functional>
 #include <optional>
-#include <string>
 #include <string_view>
-#include <unordered_set>
-#include <vector>
 
 namespace saldo::gui {
 
@@ -20,9 +17,8 @@ class Document;
 
 // The entry table's model: one row per entry of the document's shown list
 // `einnahmen`, one column per EntryColumn, read straight from the shared
-// entries (no copy, no widget per row, every cell in constant time). It also
-// keeps the category list read from the user's preferences, re-read on every
-// reload, for the category cells. An edit arriving through setData is the
+// entries (no copy, no widget per row, every cell in constant time), the cells
+// as EntryCells shows them; the category list is re-read on every reload. An edit arriving through setData is the
 // document's cell edit verb; afterwards the row shows the entry's current
 // values (the old ones again when the edit was refused). The lists belong to
 // the document, which wraps each change of them in one of the structural calls
@@ -32,11 +28,8 @@ class EntryTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     enum Role {
-        // The pop-up's item titles (QStringList); absent for a category cell
-        // without a stored category list.
-        ItemsRole = Qt::UserRole + 1,
-        // The column identifier ("NameColumn", ...) in headerData.
-        IdentifierRole,
+        ItemsRole = EntryCells::ItemsRole,
+        IdentifierRole = EntryCells::IdentifierRole,
     };
 
     EntryTableModel(Document& document, const EntryLists& lists, const UserDefaults& defaults,
@@ -48,9 +41,6 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
-
-    // The kind pop-up's items; index 0 stands for income, index 1 for expense.
-    static const QStringList& artTitles();
 
     // A header click: the first eleven columns sort by their keys, later ones
     // by the default ordering, column -1 (no sort indicator) not at all. Rows
@@ -73,21 +63,13 @@ public:
     void rowChanged(int row);
 
     // The stored category list, or nothing when none is stored or it is not a list of texts.
-    const std::optional<QStringList>& categoryTitles() const { return categoryTitles_; }
+    const std::optional<QStringList>& categoryTitles() const { return cells_.categoryTitles(); }
 
 private:
-    void refreshCategories();
-    QVariant displayData(const Einnahme& entry, EntryColumn::Id column) const;
-    QVariant editData(const Einnahme& entry, EntryColumn::Id column) const;
-    bool categoryListed(const std::string& kategorie) const;
-
     Document& document_;
     const EntryLists& lists_;
-    const UserDefaults& defaults_;
+    EntryCells cells_;
     int rows_ = 0;
-    std::optional<std::vector<std::string>> categories_;
-    std::optional<QStringList> categoryTitles_;
-    std::unordered_set<std::string> categorySet_;
 };
 
 } // namespace saldo::gui

@@ -2,15 +2,12 @@
 
 #include "app/Document.h"
 #include "app/DocumentEntries.h"
-#include "entrylist/CheckBoxDelegate.h"
-#include "entrylist/DateDelegate.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/EntryLists.h"
 #include "entrylist/EntryTableModel.h"
-#include "entrylist/PopUpDelegate.h"
+#include "entrylist/EntryTableSetup.h"
 #include "entrylist/SearchFieldController.h"
 #include "entrylist/SelectionSummaryView.h"
-#include "entrylist/TextDelegate.h"
 #include "model/Kategorien.h"
 #include "platform/Dialogs.h"
 #include "platform/NotificationCenter.h"
@@ -28,13 +25,6 @@
 #include <utility>
 
 namespace saldo::gui {
-
-namespace {
-
-// Initial widths of the columns, in the table's order.
-constexpr int kColumnWidths[EntryColumn::Count] = { 170, 56, 70, 100, 230, 80, 80, 72, 118, 120, 110, 82, 120 };
-
-} // namespace
 
 class ViewController::Private {
 public:
@@ -148,56 +138,11 @@ void ViewController::Private::setUpTable()
     table->setObjectName(QStringLiteral("tableView"));
     table->setModel(model);
 
-    auto* text = new TextDelegate(table);
-    auto* checkBox = new CheckBoxDelegate(table);
-    auto* art = new PopUpDelegate(PopUpDelegate::Answer::Index, table);
-    auto* kategorie = new PopUpDelegate(PopUpDelegate::Answer::Title, table);
-    auto* date = new DateDelegate(table);
-    art->setOpensPopup(true);
-    kategorie->setOpensPopup(true);
-    for (int column = 0; column < EntryColumn::Count; ++column) {
-        const auto id = EntryColumn::fromIndex(column);
-        QAbstractItemDelegate* delegate = text;
-        switch (EntryColumn::kind(id)) {
-        case EntryColumn::Kind::CheckBox:
-            delegate = checkBox;
-            break;
-        case EntryColumn::Kind::PopUp:
-            delegate = id == EntryColumn::Art ? art : kategorie;
-            break;
-        case EntryColumn::Kind::Date:
-            delegate = date;
-            break;
-        case EntryColumn::Kind::Text:
-        case EntryColumn::Kind::Number:
-            break;
-        }
-        table->setItemDelegateForColumn(column, delegate);
-    }
-
-    QHeaderView* rows = table->verticalHeader();
-    rows->setMinimumSectionSize(16);
-    rows->setDefaultSectionSize(20);
-    rows->setSectionResizeMode(QHeaderView::Fixed);
-    rows->hide();
-    QHeaderView* columns = table->horizontalHeader();
-    columns->setSectionsMovable(false);
-    columns->setHighlightSections(false);
-    columns->setStretchLastSection(true);
+    EntryTableSetup::apply(table, EntryColumn::Count, &EntryColumn::fromIndex);
     // Header clicks sort; the list starts in its own order, without indicator.
-    columns->setSortIndicator(-1, Qt::AscendingOrder);
+    table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     table->setSortingEnabled(true);
-    for (int column = 0; column < EntryColumn::Count; ++column)
-        columns->resizeSection(column, kColumnWidths[column]);
-
-    table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    table->setEditTriggers(
-        QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
-    table->setShowGrid(false);
-    table->setWordWrap(false);
-    table->setCornerButtonEnabled(false);
-    table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
 
     // The table's background is the standard blue; the rows are light over it.
     // Only the viewport gets the blue: the cells' controls keep the usual colours.
@@ -210,13 +155,6 @@ void ViewController::Private::setUpTable()
             selectionDidChange();
     });
     connect(table, &QAbstractItemView::doubleClicked, q, &ViewController::handleDoubleClick);
-    // Pop-ups and the date open with one click, as controls do.
-    connect(table, &QAbstractItemView::clicked, q, [this](const QModelIndex& index) {
-        const auto kind = EntryColumn::kind(EntryColumn::fromIndex(index.column()));
-        if ((kind == EntryColumn::Kind::PopUp || kind == EntryColumn::Kind::Date)
-            && (index.flags() & Qt::ItemIsEditable))
-            table->edit(index);
-    });
     table->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(table, &QWidget::customContextMenuRequested, q, [this](const QPoint& position) { contextMenu(position); });
 }
