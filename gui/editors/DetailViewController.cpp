@@ -2,8 +2,7 @@
 
 #include "app/Document.h"
 #include "editors/DetailBox.h"
-#include "entrylist/FormEdit.h"
-#include "model/DecimalCommaText.h"
+#include "editors/EntryForm.h"
 #include "model/Kategorien.h"
 #include "model/UnicodeText.h"
 #include "platform/DateTimes.h"
@@ -12,9 +11,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTimeEdit>
-#include <QGridLayout>
-#include <QLabel>
-#include <QLineEdit>
 #include <QParallelAnimationGroup>
 #include <QPropertyAnimation>
 #include <QVBoxLayout>
@@ -26,40 +22,13 @@ namespace saldo::gui {
 namespace {
 
 constexpr int kFadeMilliseconds = 100;
-const char* const kArtPopUpId = "ArtPopUp";
-const char* const kKategoriePopUpId = "KategoriePopUp";
-const char* const kInnergemCheckBoxId = "innergemCheckBox";
-const char* const kNonEUCheckBoxId = "NonEUCheckBox";
-
-QString qs(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
-QDateTime toDateTime(ReferenceSeconds datum)
-{
-    // A date the calendar cannot name shows the current moment.
-    const QDateTime local = DateTimes::toQDateTime(datum);
-    return local.isValid() ? local : QDateTime::currentDateTime();
-}
 
 }  // namespace
 
 class DetailViewController::Private {
 public:
     DetailBox* box = nullptr;
-    QLineEdit* name = nullptr;
-    QLineEdit* rechnungsnummer = nullptr;
-    QLineEdit* steuernummer = nullptr;
-    QLineEdit* leistungsart = nullptr;
-    QComboBox* kategorie = nullptr;
-    QLineEdit* brutto = nullptr;
-    QLineEdit* netto = nullptr;
-    QLineEdit* steuersatz = nullptr;
-    QComboBox* art = nullptr;
-    QDateTimeEdit* datum = nullptr;
-    QCheckBox* innergem = nullptr;
-    QCheckBox* nonEU = nullptr;
+    EntryForm* form = nullptr;
 
     QPropertyAnimation* fadeOut = nullptr;
     QParallelAnimationGroup* fadeIn = nullptr;
@@ -68,12 +37,6 @@ public:
     QPropertyAnimation* fadeInBorder = nullptr;
     QColor pendingFill;
     QColor pendingBorder;
-
-    // True while the panel writes into its own controls: such changes are
-    // never edits and must not reach the entry.
-    bool filling = false;
-
-    QList<QLineEdit*> textFields() const { return {name, rechnungsnummer, steuernummer, leistungsart, brutto, steuersatz}; }
 };
 
 DetailViewController::DetailViewController(Document& document, UserDefaults& defaults, QWidget* parent)
@@ -100,123 +63,15 @@ DetailViewController::DetailViewController(Document& document, UserDefaults& def
     palette.setColor(QPalette::Window, QColor(245, 245, 245));
     d_->box->setPalette(palette);
 
-    auto makeLineEdit = [this](const char* objectName) {
-        auto* edit = new QLineEdit(d_->box);
-        edit->setObjectName(QLatin1String(objectName));
-        return edit;
-    };
-    d_->name = makeLineEdit("name");
-    d_->rechnungsnummer = makeLineEdit("rechnungsnummer");
-    d_->steuernummer = makeLineEdit("steuernummer");
-    d_->leistungsart = makeLineEdit("leistungsart");
-    d_->brutto = makeLineEdit("brutto");
-    d_->netto = makeLineEdit("netto");
-    d_->steuersatz = makeLineEdit("steuersatz");
-    for (QLineEdit* amount : {d_->brutto, d_->netto, d_->steuersatz})
-        amount->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    d_->netto->setReadOnly(true);
-    d_->netto->setFocusPolicy(Qt::ClickFocus);
-    QPalette readOnly = palette;
-    readOnly.setColor(QPalette::Base, QColor(235, 235, 235));
-    d_->netto->setPalette(readOnly);
-    d_->brutto->setPlaceholderText(QStringLiteral("0,00"));
-    d_->steuersatz->setPlaceholderText(QStringLiteral("19,00"));
+    d_->form = new EntryForm(d_->box);
+    auto* boxLayout = new QVBoxLayout(d_->box);
+    boxLayout->setContentsMargins(12, 12, 12, 12);
+    boxLayout->addWidget(d_->form);
 
-    d_->kategorie = new QComboBox(d_->box);
-    d_->kategorie->setObjectName(QLatin1String(kKategoriePopUpId));
-    d_->kategorie->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    d_->kategorie->setMinimumContentsLength(24);
-    d_->kategorie->setMaxVisibleItems(20);
-
-    d_->art = new QComboBox(d_->box);
-    d_->art->setObjectName(QLatin1String(kArtPopUpId));
-    d_->art->addItem(QStringLiteral("Einnahme"), QString::fromLatin1(kArtEinnahme));
-    d_->art->addItem(QStringLiteral("Ausgabe"), QString::fromLatin1(kArtAusgabe));
-
-    d_->datum = new QDateTimeEdit(d_->box);
-    d_->datum->setObjectName(QStringLiteral("datum"));
-    d_->datum->setCalendarPopup(true);
-    d_->datum->setTimeSpec(Qt::LocalTime);
-    d_->datum->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
-
-    d_->innergem = new QCheckBox(QStringLiteral("Innergemeinschaftlicher Erwerb"), d_->box);
-    d_->innergem->setObjectName(QLatin1String(kInnergemCheckBoxId));
-    d_->nonEU = new QCheckBox(QStringLiteral("Non EU"), d_->box);
-    d_->nonEU->setObjectName(QLatin1String(kNonEUCheckBoxId));
-
-    auto* grid = new QGridLayout(d_->box);
-    grid->setHorizontalSpacing(8);
-    grid->setVerticalSpacing(6);
-    auto label = [this](const QString& text, QWidget* buddy) {
-        auto* l = new QLabel(text, d_->box);
-        l->setBuddy(buddy);
-        return l;
-    };
-    int row = 0;
-    grid->addWidget(label(QStringLiteral("&Name"), d_->name), row, 0);
-    grid->addWidget(d_->name, row, 1, 1, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("Rechnungsnummer"), d_->rechnungsnummer), row, 0);
-    grid->addWidget(d_->rechnungsnummer, row, 1);
-    grid->addWidget(label(QStringLiteral("Steuernummer"), d_->steuernummer), row, 2);
-    grid->addWidget(d_->steuernummer, row, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("Leistungsart"), d_->leistungsart), row, 0);
-    grid->addWidget(d_->leistungsart, row, 1, 1, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("&Kategorie"), d_->kategorie), row, 0);
-    grid->addWidget(d_->kategorie, row, 1, 1, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("&Brutto"), d_->brutto), row, 0);
-    grid->addWidget(d_->brutto, row, 1);
-    grid->addWidget(label(QStringLiteral("Netto"), d_->netto), row, 2);
-    grid->addWidget(d_->netto, row, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("&Steuersatz (%)"), d_->steuersatz), row, 0);
-    grid->addWidget(d_->steuersatz, row, 1);
-    grid->addWidget(label(QStringLiteral("&Art"), d_->art), row, 2);
-    grid->addWidget(d_->art, row, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("&Datum"), d_->datum), row, 0);
-    grid->addWidget(d_->datum, row, 1);
-    ++row;
-    grid->addWidget(d_->innergem, row, 1);
-    grid->addWidget(d_->nonEU, row, 3);
-    grid->setColumnStretch(1, 1);
-    grid->setColumnStretch(3, 1);
-
-    setTabOrder(d_->name, d_->rechnungsnummer);
-    setTabOrder(d_->rechnungsnummer, d_->steuernummer);
-    setTabOrder(d_->steuernummer, d_->leistungsart);
-    setTabOrder(d_->leistungsart, d_->kategorie);
-    setTabOrder(d_->kategorie, d_->brutto);
-    setTabOrder(d_->brutto, d_->steuersatz);
-    setTabOrder(d_->steuersatz, d_->art);
-    setTabOrder(d_->art, d_->datum);
-    setTabOrder(d_->datum, d_->innergem);
-    setTabOrder(d_->innergem, d_->nonEU);
-
-    // Only a user's edits reach the entry: Return, or leaving a field whose
-    // text the user changed; the choice of a pop-up item (activated, never the
-    // programmatic refill); a date the user set; a click on a check box.
-    for (QLineEdit* field : d_->textFields()) {
-        connect(field, &QLineEdit::returnPressed, this, &DetailViewController::textFieldEdited);
-        connect(field, &QLineEdit::editingFinished, this, [this, field] {
-            if (field->isModified())
-                textFieldEdited();
-        });
-    }
-    for (QComboBox* popUp : {d_->art, d_->kategorie})
-        connect(popUp, &QComboBox::activated, this, [this, popUp] { popUpButtonChangedSelection(popUp); });
-    connect(d_->datum, &QDateTimeEdit::dateTimeChanged, this, [this] {
-        if (!d_->filling)
-            datePickerValueChanged();
-    });
-    for (QCheckBox* check : {d_->innergem, d_->nonEU})
-        connect(check, &QCheckBox::clicked, this, [this, check] { checkBoxValueChanged(check); });
-    connect(d_->name, &QLineEdit::textChanged, this, &DetailViewController::updateNameHint);
-    for (QLineEdit* amount : {d_->brutto, d_->steuersatz})
-        connect(amount, &QLineEdit::textEdited, this, &DetailViewController::previewNetto);
+    connect(d_->form, &EntryForm::textFieldEdited, this, &DetailViewController::textFieldEdited);
+    connect(d_->form, &EntryForm::popUpButtonChangedSelection, this, &DetailViewController::popUpButtonChangedSelection);
+    connect(d_->form, &EntryForm::datePickerValueChanged, this, &DetailViewController::datePickerValueChanged);
+    connect(d_->form, &EntryForm::checkBoxValueChanged, this, &DetailViewController::checkBoxValueChanged);
     connect(&document_, &Document::changed, this, &DetailViewController::documentChanged);
 
     d_->fadeOut = new QPropertyAnimation(d_->box, "opacity", this);
@@ -244,8 +99,7 @@ DetailViewController::~DetailViewController()
     d_->fadeOut->stop();
     d_->fadeIn->stop();
     // Controls that lose the focus while the window goes away send no edits.
-    for (QObject* control : d_->box->children())
-        control->disconnect(this);
+    d_->form->disconnect(this);
     delete d_;
 }
 
@@ -283,32 +137,6 @@ void DetailViewController::documentChanged(const DocumentChange& change)
     fillDetailFields();
 }
 
-void DetailViewController::updateNameHint()
-{
-    const bool tooShort = !FormEdit::nameLongEnough(d_->name->text().toStdString());
-    if (tooShort == d_->name->property("nameTooShort").toBool())
-        return;
-    d_->name->setProperty("nameTooShort", tooShort);
-    d_->name->setStyleSheet(tooShort ? QStringLiteral("QLineEdit { border: 2px solid #d00000; }") : QString());
-    d_->name->setToolTip(tooShort ? QString::fromUtf8(FormEdit::kNameTooShort.data(),
-                                        static_cast<qsizetype>(FormEdit::kNameTooShort.size()))
-                                  : QString());
-}
-
-void DetailViewController::previewNetto()
-{
-    // While a gross amount or rate is typed, the net amount shows what the
-    // typed texts would give; the stored values again once they cannot be read.
-    const Einnahme* e = selectedEinnahme_.get();
-    auto brutto = DecimalCommaText::parse(d_->brutto->text().toStdString());
-    auto steuersatz = DecimalCommaText::parse(d_->steuersatz->text().toStdString());
-    if (!brutto || *brutto < 0.0f || (e && !e->childTransactions().empty()))
-        brutto = e ? e->brutto() : 0.0f;
-    if (!steuersatz)
-        steuersatz = e ? e->steuersatz() : 0.0f;
-    d_->netto->setText(qs(DecimalCommaText::fixed(Einnahme::nettoOf(*brutto, *steuersatz), 2)));
-}
-
 void DetailViewController::updateDetailView()
 {
     if (!selectedEinnahme_) {
@@ -329,59 +157,16 @@ void DetailViewController::updateDetailView()
 
 void DetailViewController::fadeInDetailBox(const QColor& fill, const QColor& border)
 {
-    refillKategorien();
+    d_->form->setKategorien(Kategorien::listOrDefault(defaults_));
     d_->fadeInFill->setEndValue(fill);
     d_->fadeInBorder->setEndValue(border);
     d_->fadeIn->start();
     fillDetailFields();
 }
 
-void DetailViewController::refillKategorien()
-{
-    d_->filling = true;
-    d_->kategorie->clear();
-    QStringList items;
-    for (const std::string& row : Kategorien::listOrDefault(defaults_))
-        items << qs(row);
-    d_->kategorie->addItems(items);
-    d_->filling = false;
-}
-
 void DetailViewController::fillDetailFields()
 {
-    d_->filling = true;
-    const Einnahme* e = selectedEinnahme_.get();
-    d_->name->setText(e ? qs(e->name()) : QString());
-    d_->rechnungsnummer->setText(e ? qs(e->rechnungsnummer()) : QString());
-    d_->steuernummer->setText(e ? qs(e->steuernummer()) : QString());
-    d_->leistungsart->setText(e ? qs(e->leistungsart()) : QString());
-    d_->brutto->setText(qs(DecimalCommaText::editable(e ? e->brutto() : 0.0f)));
-    d_->netto->setText(qs(DecimalCommaText::fixed(e ? e->netto() : 0.0f, 2)));
-    d_->steuersatz->setText(qs(DecimalCommaText::editable(e ? e->steuersatz() : 0.0f)));
-    d_->art->setCurrentIndex(e && UnicodeText::equal(e->art(), kArtEinnahme) ? 0 : 1);
-
-    int kategorieIndex = -1;
-    if (e) {
-        for (int i = 0; i < d_->kategorie->count(); ++i) {
-            if (UnicodeText::equal(d_->kategorie->itemText(i).toStdString(), e->kategorie())) {
-                kategorieIndex = i;
-                break;
-            }
-        }
-    }
-    d_->kategorie->setCurrentIndex(kategorieIndex);
-
-    d_->datum->setDateTime(e ? toDateTime(e->datum()) : QDateTime::currentDateTime());
-    d_->innergem->setChecked(e && e->innergemeinschaftlicherErwerb());
-    d_->nonEU->setChecked(e && e->isNonEU());
-    // Split bookings decide the gross amount: it is changed in their editor.
-    d_->brutto->setReadOnly(e && !e->childTransactions().empty());
-    d_->brutto->setToolTip(d_->brutto->isReadOnly()
-            ? QStringLiteral("Die Splitbuchungen bestimmen den Bruttobetrag (Eintrag > Splitbuchung bearbeiten)")
-            : QString());
-    for (QLineEdit* field : d_->textFields())
-        field->setModified(false);
-    d_->filling = false;
+    d_->form->fill(selectedEinnahme_.get());
 }
 
 qreal DetailViewController::boxOpacity() const
@@ -410,38 +195,27 @@ void DetailViewController::announceEdit()
 
 void DetailViewController::textFieldEdited()
 {
-    if (!FormEdit::nameLongEnough(d_->name->text().toStdString()))
+    if (!d_->form->nameLongEnough())
         return;
     if (selectedEinnahme_) {
-        FormEdit::Texts texts;
-        texts.name = d_->name->text().toStdString();
-        texts.rechnungsnummer = d_->rechnungsnummer->text().toStdString();
-        texts.steuernummer = d_->steuernummer->text().toStdString();
-        texts.leistungsart = d_->leistungsart->text().toStdString();
-        // With no item of the entry's category in the list, the category stays.
-        if (d_->kategorie->currentIndex() >= 0)
-            texts.kategorie = d_->kategorie->currentText().toStdString();
-        texts.brutto = d_->brutto->text().toStdString();
-        texts.steuersatz = d_->steuersatz->text().toStdString();
-        document_.editForm(selectedEinnahme_, texts);
+        document_.editForm(selectedEinnahme_, d_->form->texts());
         // Amounts that could not be taken show the stored values again.
         fillDetailFields();
     }
-    for (QLineEdit* field : d_->textFields())
-        field->setModified(false);
+    d_->form->markTaken();
     announceEdit();
 }
 
 void DetailViewController::popUpButtonChangedSelection(QComboBox* sender)
 {
     const QString id = sender ? sender->objectName() : QString();
-    if (id == QLatin1String(kArtPopUpId)) {
+    if (id == QLatin1String(EntryForm::kArtPopUpId)) {
         if (sender->currentIndex() >= 0) {
             const std::string art = sender->currentData().toString().toStdString();
             document_.editEntry(selectedEinnahme_, [&](Einnahme& e) { e.setArt(art); });
         }
         announceEdit();
-    } else if (id == QLatin1String(kKategoriePopUpId)) {
+    } else if (id == QLatin1String(EntryForm::kKategoriePopUpId)) {
         if (sender->currentIndex() < 0)
             return;
         const std::string kategorie = sender->currentText().toStdString();
@@ -454,7 +228,7 @@ void DetailViewController::popUpButtonChangedSelection(QComboBox* sender)
 
 void DetailViewController::datePickerValueChanged()
 {
-    const ReferenceSeconds datum = DateTimes::toReferenceSeconds(d_->datum->dateTime());
+    const ReferenceSeconds datum = DateTimes::toReferenceSeconds(d_->form->datumPicker()->dateTime());
     document_.editEntry(selectedEinnahme_, [&](Einnahme& e) { e.setDatum(datum); });
     announceEdit();
 }
@@ -462,7 +236,7 @@ void DetailViewController::datePickerValueChanged()
 void DetailViewController::checkBoxValueChanged(QCheckBox* sender)
 {
     const bool on = sender && sender->isChecked();
-    const bool innergem = sender && sender->objectName() == QLatin1String(kInnergemCheckBoxId);
+    const bool innergem = sender && sender->objectName() == QLatin1String(EntryForm::kInnergemCheckBoxId);
     // The setters clear the other flag before setting one.
     document_.editEntry(selectedEinnahme_, [&](Einnahme& e) {
         if (innergem)
@@ -482,17 +256,18 @@ void DetailViewController::finishAnimationsForTesting()
 }
 
 DetailBox* DetailViewController::box() const { return d_->box; }
-QLineEdit* DetailViewController::nameField() const { return d_->name; }
-QLineEdit* DetailViewController::rechnungsnummerField() const { return d_->rechnungsnummer; }
-QLineEdit* DetailViewController::steuernummerField() const { return d_->steuernummer; }
-QLineEdit* DetailViewController::leistungsartField() const { return d_->leistungsart; }
-QComboBox* DetailViewController::kategoriePopUp() const { return d_->kategorie; }
-QLineEdit* DetailViewController::bruttoField() const { return d_->brutto; }
-QLineEdit* DetailViewController::nettoField() const { return d_->netto; }
-QLineEdit* DetailViewController::steuersatzField() const { return d_->steuersatz; }
-QComboBox* DetailViewController::artPopUp() const { return d_->art; }
-QDateTimeEdit* DetailViewController::datumPicker() const { return d_->datum; }
-QCheckBox* DetailViewController::innergemCheckBox() const { return d_->innergem; }
-QCheckBox* DetailViewController::nonEUCheckBox() const { return d_->nonEU; }
+EntryForm* DetailViewController::form() const { return d_->form; }
+QLineEdit* DetailViewController::nameField() const { return d_->form->nameField(); }
+QLineEdit* DetailViewController::rechnungsnummerField() const { return d_->form->rechnungsnummerField(); }
+QLineEdit* DetailViewController::steuernummerField() const { return d_->form->steuernummerField(); }
+QLineEdit* DetailViewController::leistungsartField() const { return d_->form->leistungsartField(); }
+QComboBox* DetailViewController::kategoriePopUp() const { return d_->form->kategoriePopUp(); }
+QLineEdit* DetailViewController::bruttoField() const { return d_->form->bruttoField(); }
+QLineEdit* DetailViewController::nettoField() const { return d_->form->nettoField(); }
+QLineEdit* DetailViewController::steuersatzField() const { return d_->form->steuersatzField(); }
+QComboBox* DetailViewController::artPopUp() const { return d_->form->artPopUp(); }
+QDateTimeEdit* DetailViewController::datumPicker() const { return d_->form->datumPicker(); }
+QCheckBox* DetailViewController::innergemCheckBox() const { return d_->form->innergemCheckBox(); }
+QCheckBox* DetailViewController::nonEUCheckBox() const { return d_->form->nonEUCheckBox(); }
 
 }  // namespace saldo::gui

@@ -15,6 +15,7 @@ namespace saldo::gui {
 
 class DetailBox;
 class Document;
+class EntryForm;
 struct DocumentChange;
 
 // The detail panel: the one entry selected in the entry table as a form inside
@@ -22,10 +23,10 @@ struct DocumentChange;
 // Each edit is one of the document's verbs on that entry (so it can be undone)
 // and posts "DetailViewUpdated" so every entry table reloads. The form always
 // shows the entry's current values: an edit made anywhere shows at once, and
-// the net amount follows the typed gross amount and rate. A name too short to
-// be taken over is framed in red, with the reason as its tooltip. While the
-// entry has split bookings, their sum decides its gross amount, so the gross
-// field is read-only. The box is hidden (opacity 0) unless an entry is shown.
+// the form (EntryForm, shared with the split-booking editor) keeps its own
+// display current. While the entry has split bookings, their sum decides its
+// gross amount, so the gross field is read-only and shows the stored amount.
+// The box is hidden (opacity 0) unless an entry is shown.
 class DetailViewController : public QWidget {
     Q_OBJECT
 public:
@@ -50,8 +51,9 @@ public:
     static QColor fillColorFor(const std::string& art);
     static QColor borderColorFor(const std::string& art);
 
-    // The box and the form's controls (for the window and for tests).
+    // The box, the form and its controls (for the window and for tests).
     DetailBox* box() const;
+    EntryForm* form() const;
     QLineEdit* nameField() const;
     QLineEdit* rechnungsnummerField() const;
     QLineEdit* steuernummerField() const;
@@ -82,12 +84,9 @@ public slots:
 private:
     void fadeInDetailBox(const QColor& fill, const QColor& border);
     void fillDetailFields();
-    void refillKategorien();
     void updateBoxEnabled();
     void announceEdit();
     void documentChanged(const DocumentChange& change);
-    void updateNameHint();
-    void previewNetto();
 
     class Private;
     Document& document_;
