@@ -1,13 +1,21 @@
 #include "app/SplitViewController.h"
 
+#include "app/Document.h"
 #include "editors/DetailViewController.h"
+#include "editors/ModalDetailViewController.h"
+#include "editors/SerialTransactionCreationViewController.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/SummaryViewController.h"
+
+#include <QDialog>
+#include <QGuiApplication>
 
 namespace saldo::gui {
 
 SplitViewController::SplitViewController(Document& document, UserDefaults& defaults, QWidget* parent)
     : QSplitter(Qt::Horizontal, parent)
+    , document_(document)
+    , defaults_(defaults)
 {
     setObjectName(QStringLiteral("SplitViewController"));
     setChildrenCollapsible(false);
@@ -37,6 +45,40 @@ SplitViewController::SplitViewController(Document& document, UserDefaults& defau
 
     connect(viewController_, &ViewController::selectionChanged, detail_,
         [this](const EinnahmePtr& entry, int) { detail_->showEntry(entry); });
+    connect(viewController_, &ViewController::splitBookingEditorRequested, this,
+        [this](int row) { openSplitBookingEditor(row); });
+    connect(viewController_, &ViewController::serialTransactionRequested, this,
+        [this](int row) { openSerialTransactionSheet(row); });
+}
+
+ModalDetailViewController* SplitViewController::openSplitBookingEditor(int row)
+{
+    const auto& einnahmen = document_.einnahmen();
+    if (row < 0 || static_cast<std::size_t>(row) >= einnahmen.size())
+        return nullptr;
+    auto* editor = new ModalDetailViewController(
+        document_, defaults_, viewController_, einnahmen[static_cast<std::size_t>(row)], window());
+    present(editor);
+    return editor;
+}
+
+SerialTransactionCreationViewController* SplitViewController::openSerialTransactionSheet(int row)
+{
+    if (row < 0 || static_cast<std::size_t>(row) >= document_.einnahmen().size())
+        return nullptr;
+    auto* sheet = new SerialTransactionCreationViewController(document_, static_cast<std::size_t>(row), window());
+    present(sheet);
+    return sheet;
+}
+
+void SplitViewController::present(QDialog* dialog)
+{
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    // Keys go back to the document window when the dialog closes, also where
+    // no window manager hands the focus back.
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        connect(dialog, &QDialog::finished, window(), [window = window()] { window->activateWindow(); });
+    dialog->open();
 }
 
 }  // namespace saldo::gui

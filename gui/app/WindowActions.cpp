@@ -103,8 +103,9 @@ WindowActions::WindowActions(DocumentWindow& window)
     // Eintrag
     splitBooking_
         = makeAction(this, QStringLiteral("Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
+    // Not Ctrl+Shift+S: that is "Save As" on Linux desktops.
     serialTransaction_
-        = makeAction(this, QStringLiteral("Serienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) });
+        = makeAction(this, QStringLiteral("Serienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E) });
     QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("Eintrag"));
     eintrag->addAction(splitBooking_);
     eintrag->addAction(serialTransaction_);

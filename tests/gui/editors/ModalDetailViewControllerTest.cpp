@@ -1,0 +1,182 @@
+// The split-booking editor, opened from the entry list of a shown window and
+// driven through the calls its controls make (no exec()): the working copy,
+// the form on it, the split-booking table, "OK" as one step that can be
+// undone and "Abbrechen". The sums and the write-back plan are the core's
+// rules (tests/core/editors).
+#include "editors/ModalDetailViewController.h"
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
+#include "app/WindowActions.h"
+#include "editors/DetailViewController.h"
+#include "editors/EntryForm.h"
+#include "editors/SplitBookingTableModel.h"
+#include "entrylist/ViewController.h"
+#include "gui/support/Recorders.h"
+#include "model/Kategorien.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+namespace saldo::gui {
+namespace {
+
+using namespace testing;
+using namespace std::string_literals;
+
+constexpr int kBrutto = 5; // positions in the split-booking table
+constexpr int kSteuer = 7;
+constexpr int kLeistungsart = 11;
+
+class ModalDetailViewControllerTest : public ::testing::Test {
+protected:
+    ModalDetailViewControllerTest()
+    {
+        defaults.setStringArray(Kategorien::kKey, { "4930 Buerobedarf ", "8400 Erloese " });
+        entries = namedEntries({ "Miete", "Einkauf", "Honorar" });
+        auto ordner = Einnahme::make("Ordner", "", 63.4f, 19.0f);
+        auto lampe = Einnahme::make("Lampe", "", 124.0f, 19.0f);
+        for (const auto& child : { ordner, lampe })
+            child->setArt(kArtAusgabe);
+        // Stored as the old detail form left it: 200 where the split bookings make 187,40.
+        entries[1]->setArt(kArtAusgabe);
+        entries[1]->setBrutto(200.0f);
+        entries[1]->setChildTransactions({ ordner, lampe });
+        document.replaceAllEntries(entries);
+        document.makeWindowControllers();
+        window()->show();
+    }
+    DocumentWindow* window() const { return document.windowController(); }
+    ViewController* list() const { return window()->splitViewController()->viewController(); }
+
+    // Double-clicks the row and answers the editor that opened.
+    ModalDetailViewController* openOn(int row)
+    {
+        QTableView* table = list()->tableView();
+        const QPoint cell = table->visualRect(table->model()->index(row, EntryColumn::Netto)).center();
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
+        auto* editor = window()->findChild<ModalDetailViewController*>();
+        EXPECT_TRUE(editor && editor->isVisible());
+        if (editor)
+            tester = std::make_unique<QAbstractItemModelTester>(
+                editor->model(), QAbstractItemModelTester::FailureReportingMode::Warning);
+        return editor;
+    }
+    static bool edit(ModalDetailViewController* editor, int row, int column, const QVariant& value)
+    {
+        return editor->model()->setData(editor->model()->index(row, column), value);
+    }
+    int steps() const { return document.undoManager()->count(); }
+
+    QtWarningRecorder qtWarnings;
+    DiagnosticRecorder diagnostics;
+    SoundRecorder sounds;
+    InMemoryUserDefaults defaults;
+    Document document { defaults };
+    EinnahmeList entries;
+    std::unique_ptr<QAbstractItemModelTester> tester;
+};
+
+TEST_F(ModalDetailViewControllerTest, OkWritesTheCopyBackAsOneStepThatSelectsIt)
+{
+    ModalDetailViewController* editor = openOn(1);
+    ASSERT_TRUE(editor);
+    const EinnahmePtr copy = editor->selectedEinnahme();
+    EXPECT_NE(copy, entries[1]);
+    EXPECT_EQ(copy->name(), "Einkauf");
+    EXPECT_EQ(editor->size(), QSize(450, 375));
+    EXPECT_EQ(editor->model()->rowCount(), 2);
+    EXPECT_EQ(editor->model()->columnCount(), 12);
+    // The gross field shows the signed sum of the split bookings, not the stored 200.
+    QLineEdit* brutto = editor->form()->bruttoField();
+    EXPECT_EQ(brutto->text(), "-187,40");
+    EXPECT_TRUE(brutto->isReadOnly());
+
+    // The form changes the copy only: nothing is posted, no step is pushed.
+    PostCounter posts(kDetailViewUpdated);
+    editor->form()->nameField()->setText("Einkauf Buero");
+    editor->textFieldEdited();
+    EXPECT_EQ(std::tuple(copy->name(), entries[1]->name()), std::tuple("Einkauf Buero"s, "Einkauf"s));
+    EXPECT_EQ(std::tuple(posts.count(), steps()), std::tuple(0u, 0));
+
+    // A split booking turned into income makes the copy an income on "OK".
+    ASSERT_TRUE(edit(editor, 1, EntryColumn::Art, 0));
+    EXPECT_EQ(brutto->text(), "60,60");
+    editor->okButton()->click();
+    EXPECT_FALSE(editor->isVisible());
+    EXPECT_EQ(document.einnahmen()[1], copy);
+    EXPECT_EQ(document.backupEinnahmen()[1], copy);
+    EXPECT_EQ(std::tuple(copy->art(), copy->brutto()), std::tuple("Einnahme"s, 60.6f));
+    EXPECT_EQ(document.undoManager()->undoText(), "Splitbuchung");
+    EXPECT_EQ(list()->selectedRows(), std::vector<std::size_t> { 1 });
+    EXPECT_EQ(window()->splitViewController()->detailViewController()->selectedEinnahme(), copy);
+
+    document.undoManager()->undo();
+    EXPECT_EQ(document.einnahmen()[1], entries[1]);
+    EXPECT_EQ(window()->splitViewController()->detailViewController()->selectedEinnahme(), entries[1]);
+    document.undoManager()->redo();
+    EXPECT_EQ(document.backupEinnahmen()[1], copy);
+    EXPECT_TRUE(qtWarnings.warnings.isEmpty()) << qtWarnings.warnings.join('\n').toStdString();
+}
+
+TEST_F(ModalDetailViewControllerTest, SplitBookingsAreAddedRemovedAndARefusedGrossSoundsBasso)
+{
+    window()->actions()->splitBookingAction()->trigger(); // Ctrl+Return on the selected row
+    ModalDetailViewController* editor = window()->findChild<ModalDetailViewController*>();
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(editor->selectedEinnahme()->name(), "Miete");
+    QLineEdit* brutto = editor->form()->bruttoField();
+    EXPECT_FALSE(brutto->isReadOnly());
+
+    editor->addButton()->click();
+    ASSERT_EQ(editor->model()->rowCount(), 1);
+    EXPECT_EQ(editor->model()->splitBookingAt(0)->name(), "Neu");
+    EXPECT_TRUE(editor->tableView()->selectionModel()->isRowSelected(0));
+    EXPECT_EQ(std::tuple(brutto->text(), brutto->isReadOnly()), std::tuple(QString("0,00"), true));
+
+    // A refused gross amount: "Basso", and the cell shows the stored value.
+    for (const char* refused : { "0", "-5" }) {
+        EXPECT_FALSE(edit(editor, 0, kBrutto, refused));
+        EXPECT_EQ(editor->model()->index(0, kBrutto).data().toString(), "0,00");
+    }
+    EXPECT_EQ(sounds.lines, (std::vector<std::string> { "Basso", "Basso" }));
+    EXPECT_TRUE(edit(editor, 0, kBrutto, "25"));
+    EXPECT_TRUE(edit(editor, 0, kLeistungsart, "Wartung"));
+    EXPECT_EQ(brutto->text(), "25,00");
+    // The "Row:" line names the column's position in this table.
+    EXPECT_EQ(diagnostics.lines.back(), "Row:  0 , Column:  11  Inhalt:  Wartung");
+
+    editor->removeButton()->click();
+    EXPECT_EQ(editor->model()->rowCount(), 0);
+    EXPECT_EQ(std::tuple(brutto->text(), brutto->isReadOnly()), std::tuple(QString("25,00"), false));
+    editor->addButton()->click();
+    editor->cancelButton()->click();
+    EXPECT_FALSE(editor->isVisible());
+    EXPECT_TRUE(entries[0]->childTransactions().empty());
+    EXPECT_EQ(steps(), 0);
+    EXPECT_FALSE(document.isDocumentEdited());
+}
+
+TEST_F(ModalDetailViewControllerTest, AnEditOfASharedSplitBookingStaysAfterAbbrechenAndIsSaved)
+{
+    ModalDetailViewController* editor = openOn(1);
+    ASSERT_TRUE(editor);
+    ASSERT_TRUE(edit(editor, 0, kSteuer, "7"));
+    EXPECT_TRUE(document.isDocumentEdited());
+    editor->cancelButton()->click();
+    EXPECT_EQ(document.einnahmen()[1], entries[1]);
+    EXPECT_EQ(entries[1]->childTransactions()[0]->steuersatz(), 7.0f);
+    EXPECT_EQ(entries[1]->brutto(), 200.0f);
+    EXPECT_EQ(steps(), 0);
+}
+
+} // namespace
+} // namespace saldo::gui

@@ -1,0 +1,109 @@
+// The recurring-entries sheet, opened from the Eintrag menu of a shown window
+// and driven through the calls its pop-ups and buttons make (no exec()). The
+// series and its description are the core's rules (tests/core/editors).
+#include "editors/SerialTransactionCreationViewController.h"
+#include "app/Document.h"
+#include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
+#include "app/WindowActions.h"
+#include "editors/RecurringSeries.h"
+#include "entrylist/ViewController.h"
+#include "gui/support/Recorders.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+namespace saldo::gui {
+namespace {
+
+using namespace testing;
+
+class SerialTransactionCreationViewControllerTest : public ::testing::Test {
+protected:
+    SerialTransactionCreationViewControllerTest()
+    {
+        entries = namedEntries({ "Miete", "Abo", "Honorar" });
+        document.replaceAllEntries(entries);
+        document.makeWindowControllers();
+        document.windowController()->show();
+    }
+    ViewController* list() const { return document.windowController()->splitViewController()->viewController(); }
+
+    // Opens the sheet from the menu on the given row.
+    SerialTransactionCreationViewController* openOn(int row)
+    {
+        list()->tableView()->selectRow(row);
+        document.windowController()->actions()->serialTransactionAction()->trigger();
+        return document.windowController()->findChild<SerialTransactionCreationViewController*>();
+    }
+    // A user's choice in a pop-up.
+    static void choose(QComboBox* popUp, int index)
+    {
+        popUp->setCurrentIndex(index);
+        emit popUp->activated(index);
+    }
+
+    InMemoryUserDefaults defaults;
+    Document document { defaults };
+    EinnahmeList entries;
+};
+
+TEST_F(SerialTransactionCreationViewControllerTest, OkBeforeAnyChoiceOnlyClosesTheSheet)
+{
+    // Ctrl+Shift+S is "Save As" on the desktop.
+    EXPECT_FALSE(document.windowController()->actions()->serialTransactionAction()->shortcuts().contains(
+        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)));
+    SerialTransactionCreationViewController* sheet = openOn(1);
+    ASSERT_TRUE(sheet);
+    EXPECT_TRUE(sheet->isVisible());
+    EXPECT_EQ(sheet->transactionDescriptionLabel()->toPlainText().toStdString(),
+        RecurringSeries::descriptionText(*entries[1]));
+    sheet->okButton()->click();
+    EXPECT_FALSE(sheet->isVisible());
+    EXPECT_EQ(document.einnahmen(), entries);
+    EXPECT_FALSE(document.isDocumentEdited());
+}
+
+TEST_F(SerialTransactionCreationViewControllerTest, OkReplacesTheTemplateByTheSeriesAsOneStep)
+{
+    SerialTransactionCreationViewController* sheet = openOn(1);
+    ASSERT_TRUE(sheet);
+    choose(sheet->whenInMonthSelection(), 1);
+    choose(sheet->intervallSelection(), 0);
+    ASSERT_EQ(sheet->newlyCreatedTransactions().size(), 12u);
+    const EinnahmeList series = sheet->newlyCreatedTransactions();
+    sheet->okButton()->click();
+
+    EinnahmeList expected { entries[0], entries[2] };
+    expected.insert(expected.end(), series.begin(), series.end());
+    EXPECT_EQ(document.einnahmen(), expected);
+    EXPECT_EQ(document.backupEinnahmen(), expected);
+    EXPECT_EQ(list()->selectedRows(), (std::vector<std::size_t> { 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13 }));
+    EXPECT_TRUE(document.isDocumentEdited());
+    EXPECT_EQ(document.undoManager()->undoText(), "Serienbuchung");
+
+    document.undoManager()->undo();
+    EXPECT_EQ(document.einnahmen(), entries);
+    document.undoManager()->redo();
+    EXPECT_EQ(document.backupEinnahmen(), expected);
+}
+
+TEST_F(SerialTransactionCreationViewControllerTest, AbbrechenDropsAComputedSeries)
+{
+    SerialTransactionCreationViewController* sheet = openOn(0);
+    ASSERT_TRUE(sheet);
+    choose(sheet->intervallSelection(), 2);
+    EXPECT_EQ(sheet->newlyCreatedTransactions().size(), 4u);
+    sheet->cancelButton()->click();
+    EXPECT_FALSE(sheet->isVisible());
+    EXPECT_EQ(document.backupEinnahmen(), entries);
+    EXPECT_EQ(document.undoManager()->count(), 0);
+}
+
+} // namespace
+} // namespace saldo::gui
