@@ -1,7 +1,8 @@
 // Renders the README's pictures of the desktop program offscreen: the search
 // menu, a filtered and sorted table with a selection, the detail panel of an
-// income and of an expense, the delete confirmation, and the file menu after
-// a list that could not be loaded. Nothing is saved:
+// income and of an expense, the delete confirmation, the file menu after
+// a list that could not be loaded, the split-booking editor and the
+// recurring-entries sheet. Nothing is saved:
 // the ledger is read into an untitled document.
 //   saldo-screenshots OUTDIR LEDGER
 #include "app/Document.h"
@@ -10,6 +11,8 @@
 #include "app/SplitViewController.h"
 #include "app/WindowActions.h"
 #include "editors/DetailViewController.h"
+#include "editors/ModalDetailViewController.h"
+#include "editors/SerialTransactionCreationViewController.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/EntryLists.h"
 #include "entrylist/SearchFieldController.h"
@@ -21,6 +24,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -191,6 +195,47 @@ bool fileMenuAfterAFailedLoad(const Scene& s)
     return save(picture, s.target, QStringLiteral("file-menu.png"));
 }
 
+// The row of the first entry of that name in the shown list.
+int rowNamed(const Scene& s, const std::string& name)
+{
+    const auto& einnahmen = s.document.einnahmen();
+    for (std::size_t row = 0; row < einnahmen.size(); ++row)
+        if (einnahmen[row]->name() == name)
+            return static_cast<int>(row);
+    std::fprintf(stderr, "saldo-screenshots: no entry %s\n", name.c_str());
+    return -1;
+}
+
+bool splitBookingEditor(const Scene& s)
+{
+    const int row = rowNamed(s, "Einkauf Bürofachmarkt");
+    s.list->tableView()->selectRow(row);
+    ModalDetailViewController* editor = s.window->splitViewController()->openSplitBookingEditor(row);
+    if (!editor)
+        return false;
+    editor->tableView()->selectRow(1);
+    settle();
+    const bool ok = save(editor->grab(), s.target, QStringLiteral("split-booking-editor.png"));
+    editor->reject();
+    return ok;
+}
+
+bool serialTransactionSheet(const Scene& s)
+{
+    const int row = rowNamed(s, "Zeitschrift Page (Abo)");
+    s.list->tableView()->selectRow(row);
+    SerialTransactionCreationViewController* sheet
+        = s.window->splitViewController()->openSerialTransactionSheet(row);
+    if (!sheet)
+        return false;
+    sheet->whenInMonthSelection()->setCurrentIndex(1);
+    sheet->intervallSelection()->setCurrentIndex(2);
+    settle();
+    const bool ok = save(sheet->grab(), s.target, QStringLiteral("serial-transaction.png"));
+    sheet->reject();
+    return ok;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -220,7 +265,8 @@ int main(int argc, char** argv)
 
     bool ok = true;
     for (const auto& render :
-        { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad })
+        { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad,
+            splitBookingEditor, serialTransactionSheet })
         ok = render(scene) && ok;
     return ok ? 0 : 1;
 }
