@@ -1,6 +1,7 @@
 // Figures of the desktop program at ledger sizes a large business reaches:
 // opening a document into a painted window, saving it, one summary-panel refresh (engine
-// plus text view), the text view alone, and scrolling the entry table. Runs
+// plus text view), the text view alone, scrolling the entry table, and a
+// change in the category preferences reaching an open window. Runs
 // offscreen. Read medians with --benchmark_repetitions=5.
 //   gui_bench [benchmark options]
 //   gui_bench --write-ledger COUNT FILE    writes a ledger of COUNT entries
@@ -13,6 +14,7 @@
 #include "model/Kategorien.h"
 #include "model/LedgerFile.h"
 #include "platform/UserDefaults.h"
+#include "settings/PreferencesViewController.h"
 
 #include <QApplication>
 #include <QDir>
@@ -137,6 +139,31 @@ void BM_ScrollTablePage(benchmark::State& state)
     }
 }
 BENCHMARK(BM_ScrollTablePage)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+// One rename in the category preferences: the list stored, DetailViewUpdated
+// posted, and the open window's table reloaded with its selection kept and
+// repainted.
+void BM_CategoryRenameReachesAnOpenWindow(benchmark::State& state)
+{
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    document.readFromData([&] {
+        const std::string bytes = LedgerFile::encode(ledgerOf(static_cast<std::size_t>(state.range(0))));
+        return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    }());
+    document.makeWindowControllers();
+    document.windowController()->show();
+    QTableView* table = document.windowController()->splitViewController()->viewController()->tableView();
+    table->selectRow(table->model()->rowCount() / 2);
+    PreferencesViewController preferences(defaults);
+    QAbstractItemModel* categories = preferences.tableView()->model();
+    int round = 0;
+    for (auto _ : state) {
+        categories->setData(categories->index(0, 0), QStringLiteral("0027 EDV-Software %1 ").arg(++round));
+        benchmark::DoNotOptimize(table->viewport()->grab());
+    }
+}
+BENCHMARK(BM_CategoryRenameReachesAnOpenWindow)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -4,12 +4,14 @@
 //   saldo [FILE...]
 //   saldo --screenshot PNG [FILE]   render the first window offscreen and exit
 //   saldo --timing [FILE...]        print the time until the first window is painted
+//   saldo --preferences [FILE...]   open the preferences window (and the files named)
 //   saldo --help | --version        print the text and exit, with no display needed
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "platform/CanberraSoundPlayer.h"
 #include "platform/SettingsUserDefaults.h"
+#include "settings/PreferencesViewController.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -94,8 +96,13 @@ int main(int argc, char** argv)
         QStringLiteral("Zeichnet das erste Fenster in die PNG-Datei und endet."), QStringLiteral("png"));
     const QCommandLineOption timing(
         QStringLiteral("timing"), QStringLiteral("Meldet die Zeit bis zum ersten gezeichneten Fenster."));
+    // The way to the preferences when no ledger is open (the desktop entry's
+    // action "Einstellungen"): a window's menu bar is the only menu there is.
+    const QCommandLineOption preferences(QStringLiteral("preferences"),
+        QStringLiteral("Oeffnet die Einstellungen und nur die genannten Dateien, kein neues Dokument."));
     parser.addOption(screenshot);
     parser.addOption(timing);
+    parser.addOption(preferences);
     parser.addPositionalArgument(
         QStringLiteral("datei"), QStringLiteral("Zu oeffnende Saldo-Dokumente."), QStringLiteral("[datei...]"));
     parser.process(*application);
@@ -111,7 +118,14 @@ int main(int argc, char** argv)
     sound.install();
 
     saldo::gui::DocumentController controller(defaults);
-    controller.startUp(parser.positionalArguments(), !parser.isSet(timing) && !parser.isSet(screenshot));
+    controller.startUp(
+        parser.positionalArguments(), !parser.isSet(timing) && !parser.isSet(screenshot), !parser.isSet(preferences));
+    if (parser.isSet(preferences)) {
+        // The program then lives while any of its windows is open, the
+        // preferences alone included, and ends with the last one.
+        saldo::gui::PreferencesViewController::showPreferences(defaults);
+        return QApplication::exec();
+    }
     if (controller.documents().empty())
         return 1;
 

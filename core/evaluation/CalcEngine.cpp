@@ -37,6 +37,7 @@ void CalcEngine::calculate(EinnahmeList entries)
     einnahmen_ = std::move(entries);
     ergebnisString_.clear();
     ergebnisStringRows_ = 0;
+    limitWarning_.reset();
     if (einnahmen_.empty()) {
         ergebnisStringAsArray_.clear();
         return;
@@ -190,8 +191,10 @@ void CalcEngine::appendTotals()
 {
     const Sums& sums = blockSums_[kAll];
     const std::optional<float>& limit = einnahmenLimit();
-    if (limit && sums.bruttoEinnahme > *limit)
+    if (limit && sums.bruttoEinnahme > *limit) {
         playSound("Ping");
+        limitWarning_ = LimitWarning { sums.bruttoEinnahme, *limit };
+    }
     appendBlock(sums,
         { "Bruttoeinnahme:\t\t ", "Nettoeinnahme:\t\t ", "Steuerbetrag:\t\t\t ", "BruttoAusgabe:  \t\t ",
             "NettoAusgabe:  \t\t " },

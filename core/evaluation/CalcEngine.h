@@ -1,6 +1,7 @@
 #pragma once
 
 #include "evaluation/CategoryGroups.h"
+#include "evaluation/LimitWarning.h"
 #include "model/Einnahme.h"
 
 #include <cstdint>
@@ -22,6 +23,10 @@ public:
     const std::string& ergebnisString() const { return ergebnisString_; }
     std::int64_t ergebnisStringRows() const { return ergebnisStringRows_; }
     const std::vector<std::string>& ergebnisStringAsArray() const { return ergebnisStringAsArray_; }
+    // Set when the last calculate found the gross income over the income
+    // limit (the calculate that played "Ping"), so that a view can say so
+    // without evaluating the list a second time.
+    const std::optional<LimitWarning>& limitWarning() const { return limitWarning_; }
 
 private:
     // What the period steps need of one entry, taken from the list in one pass.
@@ -85,6 +90,7 @@ private:
     std::string ergebnisString_;
     std::int64_t ergebnisStringRows_ = 0;
     std::vector<std::string> ergebnisStringAsArray_;
+    std::optional<LimitWarning> limitWarning_;
 
     // Working state of one calculate: the sums every step writes from, taken in
     // list order, one entry at a time (kept between calls only for its memory).

@@ -119,6 +119,8 @@ public:
     void makeWindowControllers();
     void showWindows();
     DocumentWindow* windowController() const { return window_.get(); }
+    // The preferences the document's window reads (the category list).
+    UserDefaults& defaults() const { return defaults_; }
 
     // The file's bytes: the complete list, encoded. Writes "data saved" on
     // success; nothing when encoding fails.

@@ -71,12 +71,12 @@ void DocumentController::forget(Document* document)
     emit documentsChanged();
 }
 
-void DocumentController::startUp(const QStringList& files, bool offerRecoveryCopies)
+void DocumentController::startUp(const QStringList& files, bool offerRecoveryCopies, bool newWhenNothingOpened)
 {
     const int restored = offerRecoveryCopies ? restoreAutosavedDocuments() : 0;
     for (const QString& file : files)
         openDocument(file);
-    if (files.isEmpty() && restored == 0)
+    if (newWhenNothingOpened && files.isEmpty() && restored == 0)
         newDocument();
 }
 

@@ -38,9 +38,10 @@ public:
 
     // The program's start: offers the recovery copies found in the autosave
     // folder, opens the named files, and makes a new document when nothing
-    // else opened. Measuring and picture runs, which nobody answers, pass
-    // false and leave the copies for the next real start.
-    void startUp(const QStringList& files, bool offerRecoveryCopies = true);
+    // else opened (unless the program was started for its preferences only).
+    // Measuring and picture runs, which nobody answers, pass false for the
+    // copies and leave them for the next real start.
+    void startUp(const QStringList& files, bool offerRecoveryCopies = true, bool newWhenNothingOpened = true);
 
     // Asks about each recovery copy left by a program that ended without
     // closing its untitled documents: "Wiederherstellen" opens it as an

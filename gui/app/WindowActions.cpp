@@ -6,6 +6,7 @@
 #include "app/EntryListExchange.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
+#include "settings/PreferencesViewController.h"
 
 #include <QAction>
 #include <QDir>
@@ -99,6 +100,13 @@ WindowActions::WindowActions(DocumentWindow& window)
     connect(addEntry_, &QAction::triggered, list, &ViewController::addEntry);
     connect(duplicate_, &QAction::triggered, list, &ViewController::duplicateEntry);
     connect(delete_, &QAction::triggered, list, &ViewController::deleteEntries);
+    // The preferences belong to the program: every window opens the same one.
+    preferences_ = makeAction(this, QStringLiteral("&Einstellungen…"), { QKeySequence(Qt::CTRL | Qt::Key_Comma) });
+    preferences_->setMenuRole(QAction::PreferencesRole);
+    bearbeiten->addSeparator();
+    bearbeiten->addAction(preferences_);
+    connect(preferences_, &QAction::triggered, this,
+        [&document] { PreferencesViewController::showPreferences(document.defaults()); });
 
     // Eintrag
     splitBooking_
@@ -117,7 +125,7 @@ WindowActions::WindowActions(DocumentWindow& window)
     connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
 
     for (QAction* action : { newDocument_, open_, close_, save_, quit_, undo_, redo_, addEntry_, duplicate_,
-             splitBooking_, serialTransaction_ })
+             splitBooking_, serialTransaction_, preferences_ })
         window.addAction(action);
 }
 

@@ -12,11 +12,11 @@ class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
 // files, close, save, export and load an entry list, export a spreadsheet
-// table, quit), "Bearbeiten" (undo and redo with the action's
-// name, new entry, duplicate, delete) and "Eintrag" (split bookings, recurring
-// entries). It routes each action to the document controller, the document or
-// the entry list; without a document controller (tests) the application-wide
-// actions are disabled.
+// table, quit), "Bearbeiten" (undo and redo with the action's name, new
+// entry, duplicate, delete, the program's preferences window) and "Eintrag"
+// (split bookings, recurring entries). It routes each action to the document
+// controller, the document or the entry list; without a document controller
+// (tests) the application-wide actions are disabled.
 class WindowActions : public QObject {
     Q_OBJECT
 public:
@@ -38,6 +38,7 @@ public:
     QAction* deleteAction() const { return delete_; }
     QAction* splitBookingAction() const { return splitBooking_; }
     QAction* serialTransactionAction() const { return serialTransaction_; }
+    QAction* preferencesAction() const { return preferences_; }
 
     // Refills "Zuletzt geoeffnet" from the document controller's list.
     void fillRecentMenu();
@@ -61,6 +62,7 @@ private:
     QAction* delete_ = nullptr;
     QAction* splitBooking_ = nullptr;
     QAction* serialTransaction_ = nullptr;
+    QAction* preferences_ = nullptr;
 };
 
 }  // namespace saldo::gui

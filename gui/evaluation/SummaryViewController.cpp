@@ -4,6 +4,7 @@
 #include "evaluation/CalcEngine.h"
 #include "evaluation/ReportTextView.h"
 
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
@@ -18,8 +19,17 @@ SummaryViewController::SummaryViewController(const Document& document, QWidget* 
     resultTextView_->setObjectName(QStringLiteral("resultTextView"));
     ReportTextView::style(resultTextView_);
 
+    limitWarning_ = new QLabel(this);
+    limitWarning_->setObjectName(QStringLiteral("limitWarning"));
+    limitWarning_->setTextFormat(Qt::PlainText);
+    limitWarning_->setContentsMargins(6, 3, 6, 3);
+    limitWarning_->setStyleSheet(QStringLiteral("QLabel { font-weight: bold; color: #a40000; }"));
+    limitWarning_->hide();
+
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(limitWarning_);
     layout->addWidget(resultTextView_);
 
     timer_.setInterval(kRefreshIntervalMs);
@@ -51,6 +61,13 @@ void SummaryViewController::updateLabels()
 {
     calcEngine_.calculate(document_.einnahmen());
     resultTextView_->setPlainText(QString::fromStdString(calcEngine_.ergebnisString()));
+    // The engine noted the limit as it added the income up: no second pass.
+    if (const auto& warning = calcEngine_.limitWarning()) {
+        limitWarning_->setText(QString::fromStdString(warning->text()));
+        limitWarning_->show();
+    } else {
+        limitWarning_->hide();
+    }
 }
 
 }  // namespace saldo::gui

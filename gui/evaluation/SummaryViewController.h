@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class QLabel;
 class QPlainTextEdit;
 
 namespace saldo {
@@ -17,7 +18,8 @@ class Document;
 // (its shown list), as read-only text in a fixed-pitch font. It listens to
 // nothing; a repeating five-second timer recomputes the report with the shared
 // engine and replaces the whole text. The first refresh happens as soon as the
-// panel is set up.
+// panel is set up. While the shown income is over the income limit, one line
+// above the report says so in words; the report text itself stays the engine's.
 class SummaryViewController : public QWidget {
     Q_OBJECT
 public:
@@ -27,6 +29,8 @@ public:
     ~SummaryViewController() override;
 
     QPlainTextEdit* resultTextView() const { return resultTextView_; }
+    // "Einnahmegrenze ueberschritten: € X von € Y", hidden while the limit holds.
+    QLabel* limitWarningLabel() const { return limitWarning_; }
     const QTimer& timer() const { return timer_; }
 
     // Starts the refresh timer and refreshes once at once; a second call does
@@ -44,6 +48,7 @@ protected:
 private:
     const Document& document_;
     QPlainTextEdit* resultTextView_ = nullptr;
+    QLabel* limitWarning_ = nullptr;
     CalcEngine& calcEngine_;
     QTimer timer_;
     bool timerStarted_ = false;

@@ -1,9 +1,10 @@
 // Renders the README's pictures of the desktop program offscreen: the search
 // menu, a filtered and sorted table with a selection, the detail panel of an
-// income and of an expense, the delete confirmation, the file menu after
-// a list that could not be loaded, the split-booking editor and the
-// recurring-entries sheet. Nothing is saved:
-// the ledger is read into an untitled document.
+// income and of an expense, the delete confirmation, the file menu after a
+// list that could not be loaded, the split-booking editor, the
+// recurring-entries sheet, the preferences window and the summary panel over
+// the income limit. Nothing is saved: the ledger is read into an untitled
+// document, and the preferences write into memory.
 //   saldo-screenshots OUTDIR LEDGER
 #include "app/Document.h"
 #include "app/DocumentController.h"
@@ -17,10 +18,13 @@
 #include "entrylist/EntryLists.h"
 #include "entrylist/SearchFieldController.h"
 #include "entrylist/ViewController.h"
+#include "evaluation/CalcEngine.h"
+#include "evaluation/SummaryViewController.h"
 #include "model/Kategorien.h"
 #include "platform/DeleteConfirmation.h"
 #include "platform/Dialogs.h"
 #include "platform/UserDefaults.h"
+#include "settings/PreferencesViewController.h"
 
 #include <QAction>
 #include <QApplication>
@@ -236,6 +240,32 @@ bool serialTransactionSheet(const Scene& s)
     return ok;
 }
 
+// The preferences with a row selected and an income limit set, then
+// the summary panel of the ledger whose income is over that limit.
+bool preferencesAndLimitWarning(const Scene& s)
+{
+    InMemoryUserDefaults defaults;
+    defaults.setStringArray(Kategorien::kKey, Kategorien::defaultKategorien());
+    einnahmenLimit() = 30000.0f;
+    PreferencesViewController preferences(defaults);
+    preferences.show();
+    QTableView* table = preferences.tableView();
+    const QModelIndex row = table->model()->index(6, 0);
+    table->scrollTo(row, QAbstractItemView::PositionAtCenter);
+    table->selectRow(row.row());
+    settle();
+    bool ok = save(preferences.grab(), s.target, QStringLiteral("preferences.png"));
+
+    SummaryViewController* summary = s.window->splitViewController()->summaryViewController();
+    summary->updateLabels();
+    settle();
+    // The warning line and the totals below it.
+    ok = save(summary->grab(QRect(0, 0, summary->width(), 150)), s.target, QStringLiteral("limit-warning.png")) && ok;
+    einnahmenLimit().reset();
+    summary->updateLabels();
+    return ok;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -266,7 +296,7 @@ int main(int argc, char** argv)
     bool ok = true;
     for (const auto& render :
         { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad,
-            splitBookingEditor, serialTransactionSheet })
+            splitBookingEditor, serialTransactionSheet, preferencesAndLimitWarning })
         ok = render(scene) && ok;
     return ok ? 0 : 1;
 }

@@ -144,15 +144,19 @@ TEST(CalcEngine, PingsOnEachCalculateAboveTheLimitOnly)
     einnahmenLimit().reset();
     engine.calculate(income(1.0e9f));
     EXPECT_TRUE(played.empty()) << "no limit, no sound";
+    EXPECT_FALSE(engine.limitWarning());
 
     einnahmenLimit() = 100.0f;
     engine.calculate(income(142.8f));
     engine.calculate(income(142.8f));
     EXPECT_EQ(played, (std::vector<std::string> { "Ping", "Ping" }));
+    ASSERT_TRUE(engine.limitWarning());
+    EXPECT_EQ(engine.limitWarning()->text(), "Einnahmegrenze ueberschritten: \u20ac 142.80 von \u20ac 100.00");
 
     played.clear();
     engine.calculate(income(100.0f)); // exactly at the limit; the expense of 500 does not count
     EXPECT_TRUE(played.empty());
+    EXPECT_FALSE(engine.limitWarning()) << "the warning of the previous calculate is gone";
 
     einnahmenLimit().reset();
     setSoundPlayer(previous);

@@ -7,8 +7,10 @@
 #include "evaluation/CalcEngine.h"
 #include "evaluation/SummaryViewController.h"
 #include "gui/support/LedgerFixtures.h"
+#include "gui/support/Recorders.h"
 #include "platform/UserDefaults.h"
 
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <gtest/gtest.h>
 
@@ -45,6 +47,28 @@ TEST(SummaryViewControllerTest, ShowsTheReportOfTheShownEntriesAtOnceAndThenAtEa
     document->replaceAllEntries({});
     summary->updateLabels();
     EXPECT_TRUE(summary->resultTextView()->toPlainText().isEmpty());
+}
+
+TEST(SummaryViewControllerTest, ALineAboveTheReportSaysWhileTheIncomeIsOverTheLimit)
+{
+    InMemoryUserDefaults defaults;
+    auto document = testing::shownDocument(defaults, 3); // income 119 + 357
+    SummaryViewController* summary = document->windowController()->splitViewController()->summaryViewController();
+    const QLabel* warning = summary->limitWarningLabel();
+    EXPECT_TRUE(warning->isHidden());
+
+    testing::SoundRecorder sounds;
+    einnahmenLimit() = 400.0f;
+    summary->updateLabels();
+    EXPECT_EQ(sounds.lines, (std::vector<std::string> { "Ping" }));
+    EXPECT_FALSE(warning->isHidden());
+    EXPECT_EQ(warning->text(), QStringLiteral("Einnahmegrenze ueberschritten: € 476.00 von € 400.00"));
+    EXPECT_EQ(summary->resultTextView()->toPlainText(), reportOf(document->einnahmen()));
+
+    einnahmenLimit() = 476.0f;
+    summary->updateLabels();
+    EXPECT_TRUE(warning->isHidden());
+    einnahmenLimit().reset();
 }
 
 } // namespace

@@ -1,0 +1,177 @@
+// The preferences window: each change of the category list stored whole and
+// heard by an open ledger's pop-ups, drops through the model's MIME data, the
+// income limit field, the one window of the program, and a store left alone
+// until the person changes the list.
+#include "settings/PreferencesViewController.h"
+#include "app/DocumentWindow.h"
+#include "app/WindowActions.h"
+#include "entrylist/EntryColumn.h"
+#include "entrylist/EntryTableModel.h"
+#include "evaluation/CalcEngine.h"
+#include "gui/support/LedgerFixtures.h"
+#include "gui/support/Recorders.h"
+#include "model/Kategorien.h"
+#include "settings/CategoryListModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTableView>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace saldo::gui {
+namespace {
+
+using namespace testing;
+using List = std::vector<std::string>;
+
+QStringList popUpItems(const Document& document)
+{
+    EntryTableModel* model = document.model();
+    return model->data(model->index(0, EntryColumn::Kategorie), EntryTableModel::ItemsRole).toStringList();
+}
+
+QStringList qt(const List& list)
+{
+    QStringList texts;
+    for (const auto& text : list)
+        texts << QString::fromStdString(text);
+    return texts;
+}
+
+TEST(PreferencesViewControllerTest, EveryChangeIsStoredWholeAndReachesAnOpenLedgersPopUps)
+{
+    InMemoryUserDefaults defaults;
+    auto document = shownDocument(defaults, 2);
+    PreferencesViewController preferences(defaults);
+    QAbstractItemModelTester tester(preferences.tableView()->model());
+    const auto stored = [&] { return *defaults.stringArray(Kategorien::kKey); };
+    const PostCounter posted(kDetailViewUpdated);
+
+    DiagnosticRecorder lines;
+    preferences.addEntry();
+    EXPECT_EQ(lines.lines, (List { "174", "175" }));
+    ASSERT_EQ(stored().size(), 175u);
+    EXPECT_EQ(stored().back(), "Neu");
+    EXPECT_EQ(preferences.tableView()->selectionModel()->selectedRows().size(), 1);
+    EXPECT_EQ(preferences.selectedRow(), 174);
+    EXPECT_EQ(popUpItems(*document), qt(stored()));
+
+    // A rename takes the text as typed, the empty text included.
+    QAbstractItemModel* model = preferences.tableView()->model();
+    EXPECT_TRUE(model->setData(model->index(174, 0), QString()));
+    EXPECT_EQ(stored().back(), "");
+    EXPECT_EQ(popUpItems(*document).back(), QString());
+
+    preferences.tableView()->selectRow(0);
+    preferences.removeEntry();
+    EXPECT_EQ(stored().size(), 174u);
+    EXPECT_EQ(stored().front(), Kategorien::defaultKategorien()[1]);
+    EXPECT_EQ(popUpItems(*document), qt(stored()));
+    EXPECT_EQ(posted.count(), 3u);
+
+    preferences.tableView()->clearSelection();
+    const int writes = defaults.writeCount();
+    preferences.removeEntry();
+    EXPECT_EQ(defaults.writeCount(), writes) << "removing without a selected row does nothing";
+}
+
+TEST(PreferencesViewControllerTest, RowsTravelAsDecimalNumbersAndOnlyDropsBetweenRowsAreTaken)
+{
+    InMemoryUserDefaults defaults;
+    defaults.setStringArray(Kategorien::kKey, { "A", "B", "C", "D" });
+    PreferencesViewController preferences(defaults);
+    QAbstractItemModel* model = preferences.tableView()->model();
+    QAbstractItemModelTester tester(model);
+    const QString type = QString::fromLatin1(CategoryListModel::kDragDropType);
+
+    preferences.tableView()->selectRow(0);
+    preferences.tableView()->selectionModel()->select(
+        model->index(1, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    const std::unique_ptr<QMimeData> dragged(model->mimeData({ model->index(1, 0), model->index(0, 0) }));
+    EXPECT_EQ(dragged->data(type), "0\n1");
+
+    EXPECT_FALSE(model->canDropMimeData(dragged.get(), Qt::MoveAction, -1, -1, model->index(3, 0)));
+    EXPECT_FALSE(model->dropMimeData(dragged.get(), Qt::MoveAction, -1, -1, model->index(3, 0)));
+    EXPECT_EQ(preferences.containerArray(), (List { "A", "B", "C", "D" }));
+
+    const PostCounter posted(kDetailViewUpdated);
+    EXPECT_TRUE(model->dropMimeData(dragged.get(), Qt::MoveAction, 3, 0, {}));
+    EXPECT_EQ(preferences.containerArray(), (List { "C", "A", "B", "D" }));
+    EXPECT_EQ(defaults.stringArray(Kategorien::kKey), preferences.containerArray());
+    EXPECT_EQ(posted.count(), 1u);
+    // The selection moved with its rows.
+    EXPECT_EQ(preferences.tableView()->selectionModel()->selectedRows().size(), 2);
+    EXPECT_TRUE(preferences.tableView()->selectionModel()->isRowSelected(1));
+    EXPECT_TRUE(preferences.tableView()->selectionModel()->isRowSelected(2));
+
+    // Below the last row; then data without a row number, which still counts as a change.
+    QMimeData last;
+    last.setData(type, "0");
+    EXPECT_TRUE(model->dropMimeData(&last, Qt::MoveAction, -1, -1, {}));
+    EXPECT_EQ(preferences.containerArray(), (List { "A", "B", "D", "C" }));
+    QMimeData nothing;
+    nothing.setData(type, "x");
+    EXPECT_TRUE(model->dropMimeData(&nothing, Qt::MoveAction, 1, 0, {}));
+    EXPECT_EQ(posted.count(), 3u);
+}
+
+TEST(PreferencesViewControllerTest, OneWindowForEveryLedgerAndALimitReadInCNotation)
+{
+    InMemoryUserDefaults defaults;
+    auto document = shownDocument(defaults, 1);
+    einnahmenLimit().reset();
+    QAction* open = document->windowController()->actions()->preferencesAction();
+    EXPECT_EQ(open->shortcut(), QKeySequence(QStringLiteral("Ctrl+,")));
+    open->trigger();
+    PreferencesViewController* preferences = PreferencesViewController::openPreferences();
+    ASSERT_TRUE(preferences);
+    EXPECT_FALSE(preferences->isModal());
+    EXPECT_FALSE(preferences->parentWidget());
+    EXPECT_EQ(preferences->size(), QSize(450, 300));
+    open->trigger();
+    EXPECT_EQ(PreferencesViewController::openPreferences(), preferences);
+
+    QLineEdit* field = preferences->maxEinnahmenLimit();
+    field->setText(QStringLiteral("1000.50"));
+    emit field->editingFinished();
+    EXPECT_EQ(einnahmenLimit(), 1000.5f);
+    field->setText(QStringLiteral("1000,50"));
+    emit field->editingFinished();
+    EXPECT_EQ(einnahmenLimit(), 1000.5f);
+
+    delete preferences;
+    EXPECT_FALSE(PreferencesViewController::openPreferences());
+    open->trigger();
+    EXPECT_EQ(PreferencesViewController::openPreferences()->maxEinnahmenLimit()->text(), QStringLiteral("1000.5"));
+    delete PreferencesViewController::openPreferences();
+    einnahmenLimit().reset();
+}
+
+TEST(PreferencesViewControllerTest, ShowsTheDefaultChartAndWritesNothingUntilTheFirstChange)
+{
+    InMemoryUserDefaults::Value scalar;
+    scalar.isArray = false;
+    InMemoryUserDefaults::Value mixed;
+    mixed.elements = { std::string("1000 Kasse Kasse "), std::nullopt };
+    for (const std::optional<InMemoryUserDefaults::Value>& value :
+        { std::optional<InMemoryUserDefaults::Value>(), std::optional(scalar), std::optional(mixed) }) {
+        InMemoryUserDefaults defaults;
+        if (value)
+            defaults.setRawValue(Kategorien::kKey, *value);
+        PreferencesViewController preferences(defaults);
+        EXPECT_EQ(preferences.containerArray(), Kategorien::defaultKategorien());
+        EXPECT_EQ(defaults.writeCount(), 0);
+        EXPECT_EQ(defaults.hasValue(Kategorien::kKey), value.has_value());
+
+        DiagnosticRecorder lines;
+        preferences.addEntry();
+        EXPECT_EQ(defaults.stringArray(Kategorien::kKey)->size(), 175u);
+    }
+}
+
+} // namespace
+} // namespace saldo::gui
