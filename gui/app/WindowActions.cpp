@@ -5,6 +5,7 @@
 #include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
+#include "printing/PrintController.h"
 
 #include <QAction>
 #include <QDir>
@@ -48,6 +49,16 @@ WindowActions::WindowActions(DocumentWindow& window)
     ablage->addSeparator();
     ablage->addAction(close_);
     ablage->addAction(save_);
+    ablage->addSeparator();
+    auto* printing = new PrintController(document, &window, this);
+    savePdf_ = makeAction(this, QStringLiteral("Als &PDF sichern…"));
+    printPreview_ = makeAction(this, QStringLiteral("Druck&vorschau…"));
+    print_ = makeAction(this, QStringLiteral("&Drucken…"), { QKeySequence::Print });
+    connect(savePdf_, &QAction::triggered, printing, &PrintController::alsPdfSichern);
+    connect(printPreview_, &QAction::triggered, printing, &PrintController::druckvorschau);
+    connect(print_, &QAction::triggered, printing, &PrintController::drucken);
+    ablage->addActions({ savePdf_, printPreview_, print_ });
+    window.addAction(print_);
     ablage->addSeparator();
     ablage->addAction(quit_);
 

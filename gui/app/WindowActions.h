@@ -10,7 +10,7 @@ namespace saldo::gui {
 class DocumentWindow;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
-// files, close, save, quit), "Bearbeiten" (undo and redo with the action's
+// files, close, save, PDF, print preview, print, quit), "Bearbeiten" (undo and redo with the action's
 // name, new entry, duplicate, delete) and "Eintrag" (split bookings, recurring
 // entries). It routes each action to the document controller, the document or
 // the entry list; without a document controller (tests) the application-wide
@@ -26,6 +26,9 @@ public:
     QAction* closeAction() const { return close_; }
     QAction* saveAction() const { return save_; }
     QAction* quitAction() const { return quit_; }
+    QAction* savePdfAction() const { return savePdf_; }
+    QAction* printPreviewAction() const { return printPreview_; }
+    QAction* printAction() const { return print_; }
     QAction* undoAction() const { return undo_; }
     QAction* redoAction() const { return redo_; }
     QAction* addEntryAction() const { return addEntry_; }
@@ -45,6 +48,9 @@ private:
     QAction* close_ = nullptr;
     QAction* save_ = nullptr;
     QAction* quit_ = nullptr;
+    QAction* savePdf_ = nullptr;
+    QAction* printPreview_ = nullptr;
+    QAction* print_ = nullptr;
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;
     QAction* addEntry_ = nullptr;
