@@ -5,17 +5,21 @@
 //   saldo --screenshot PNG [FILE]   render the first window offscreen and exit
 //   saldo --timing [FILE...]        print the time until the first window is painted
 //   saldo --preferences [FILE...]   open the preferences window (and the files named)
+//   saldo --print-pdf LEDGER OUT    write the printout as a PDF and exit, with no display needed
 //   saldo --help | --version        print the text and exit, with no display needed
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
+#include "model/LedgerFile.h"
 #include "platform/CanberraSoundPlayer.h"
 #include "platform/SettingsUserDefaults.h"
 #include "settings/PreferencesViewController.h"
+#include "printing/PdfPrintout.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QTranslator>
@@ -43,6 +47,34 @@ bool asksForTextOnly(int argc, char** argv)
                 return true;
     }
     return false;
+}
+
+// True when the command line asks for the printout as a PDF: then nothing is
+// shown, and the program draws offscreen without a display.
+bool asksForPdf(int argc, char** argv)
+{
+    for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i)
+        if (std::strcmp(argv[i], "--print-pdf") == 0)
+            return true;
+    return false;
+}
+
+// Writes the printout of the ledger at arguments[0] as a PDF to arguments[1];
+// answers the exit status, with one line on standard error for a failure.
+int printPdf(const QStringList& arguments)
+{
+    if (arguments.size() != 2) {
+        std::cerr << "saldo: --print-pdf needs a ledger file and a PDF file name (see saldo --help)\n";
+        return 1;
+    }
+    try {
+        const saldo::EinnahmeList entries = saldo::LedgerFile::read(QFile::encodeName(arguments[0]).toStdString());
+        saldo::gui::PdfPrintout::write(arguments[1], entries);
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "saldo: " << error.what() << '\n';
+        return 1;
+    }
 }
 
 // Qt's own German texts for the standard dialogs, buttons and context menus.
@@ -83,6 +115,15 @@ int main(int argc, char** argv)
     QCoreApplication::setOrganizationName(QStringLiteral("Saldo"));
     QCoreApplication::setApplicationName(QStringLiteral("Saldo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SALDO_VERSION));
+    if (asksForPdf(argc, argv)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        // A script reads one line on standard error for a failure: Qt's notes
+        // on the environment (a missing runtime folder) are not passed on.
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
+            if (type == QtCriticalMsg || type == QtFatalMsg)
+                std::cerr << "saldo: " << message.toStdString() << '\n';
+        });
+    }
     const std::unique_ptr<QCoreApplication> application = asksForTextOnly(argc, argv)
         ? std::make_unique<QCoreApplication>(argc, argv)
         : std::make_unique<QApplication>(argc, argv);
@@ -100,14 +141,21 @@ int main(int argc, char** argv)
     // action "Einstellungen"): a window's menu bar is the only menu there is.
     const QCommandLineOption preferences(QStringLiteral("preferences"),
         QStringLiteral("Oeffnet die Einstellungen und nur die genannten Dateien, kein neues Dokument."));
+    const QCommandLineOption pdf(QStringLiteral("print-pdf"),
+        QStringLiteral("Schreibt den Ausdruck der ersten Datei als PDF (A4) in die zweite und endet; "
+                       "braucht keinen Bildschirm."));
     parser.addOption(screenshot);
     parser.addOption(timing);
     parser.addOption(preferences);
+    parser.addOption(pdf);
     parser.addPositionalArgument(
         QStringLiteral("datei"), QStringLiteral("Zu oeffnende Saldo-Dokumente."), QStringLiteral("[datei...]"));
     parser.process(*application);
     if (!qobject_cast<QApplication*>(application.get()))
         return 0; // not reached: the parser has printed its text and ended the program
+
+    if (parser.isSet(pdf))
+        return printPdf(parser.positionalArguments());
 
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopId));
     // The installed icon; a build run from its folder keeps the window system's default.

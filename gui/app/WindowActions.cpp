@@ -7,6 +7,7 @@
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
 #include "settings/PreferencesViewController.h"
+#include "printing/PrintController.h"
 
 #include <QAction>
 #include <QDir>
@@ -58,6 +59,15 @@ WindowActions::WindowActions(DocumentWindow& window)
     importEntries_ = ablage->addAction(QStringLiteral("Eintraege &laden…"), exchange_, &EntryListExchange::Laden);
     exportTable_
         = ablage->addAction(QStringLiteral("Als &Tabelle exportieren…"), exchange_, &EntryListExchange::exportTable);
+    auto* printing = new PrintController(document, &window, this);
+    savePdf_ = makeAction(this, QStringLiteral("Als &PDF sichern…"));
+    printPreview_ = makeAction(this, QStringLiteral("Druck&vorschau…"));
+    print_ = makeAction(this, QStringLiteral("&Drucken…"), { QKeySequence::Print });
+    connect(savePdf_, &QAction::triggered, printing, &PrintController::alsPdfSichern);
+    connect(printPreview_, &QAction::triggered, printing, &PrintController::druckvorschau);
+    connect(print_, &QAction::triggered, printing, &PrintController::drucken);
+    ablage->addActions({ savePdf_, printPreview_, print_ });
+    window.addAction(print_);
     ablage->addSeparator();
     ablage->addAction(quit_);
 

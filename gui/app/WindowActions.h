@@ -12,11 +12,11 @@ class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
 // files, close, save, export and load an entry list, export a spreadsheet
-// table, quit), "Bearbeiten" (undo and redo with the action's name, new
-// entry, duplicate, delete, the program's preferences window) and "Eintrag"
-// (split bookings, recurring entries). It routes each action to the document
-// controller, the document or the entry list; without a document controller
-// (tests) the application-wide actions are disabled.
+// table, PDF, print preview, print, quit), "Bearbeiten" (undo and redo with
+// the action's name, new entry, duplicate, delete, the program's preferences
+// window) and "Eintrag" (split bookings, recurring entries). It routes each
+// action to the document controller, the document or the entry list; without
+// a document controller (tests) the application-wide actions are disabled.
 class WindowActions : public QObject {
     Q_OBJECT
 public:
@@ -31,6 +31,9 @@ public:
     QAction* importEntriesAction() const { return importEntries_; }
     QAction* exportTableAction() const { return exportTable_; }
     QAction* quitAction() const { return quit_; }
+    QAction* savePdfAction() const { return savePdf_; }
+    QAction* printPreviewAction() const { return printPreview_; }
+    QAction* printAction() const { return print_; }
     QAction* undoAction() const { return undo_; }
     QAction* redoAction() const { return redo_; }
     QAction* addEntryAction() const { return addEntry_; }
@@ -55,6 +58,9 @@ private:
     QAction* importEntries_ = nullptr;
     QAction* exportTable_ = nullptr;
     QAction* quit_ = nullptr;
+    QAction* savePdf_ = nullptr;
+    QAction* printPreview_ = nullptr;
+    QAction* print_ = nullptr;
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;
     QAction* addEntry_ = nullptr;

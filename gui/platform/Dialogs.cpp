@@ -4,7 +4,12 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace saldo::gui {
 
@@ -112,6 +117,20 @@ void Dialogs::showError(QWidget* parent, const QString& text, const QString& inf
     QMessageBox box(QMessageBox::Warning, QString(), text, QMessageBox::Ok, parent);
     box.setInformativeText(informativeText);
     box.exec();
+}
+
+bool Dialogs::askPrintSettings(QWidget* parent, QPrinter& printer, int pageCount)
+{
+    QPrintDialog dialog(&printer, parent);
+    dialog.setMinMax(1, std::max(pageCount, 1));
+    return dialog.exec() == QDialog::Accepted;
+}
+
+void Dialogs::showPrintPreview(QWidget* parent, QPrinter& printer, const std::function<void(QPrinter&)>& paint)
+{
+    QPrintPreviewDialog dialog(&printer, parent);
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&paint](QPrinter* p) { paint(*p); });
+    dialog.exec();
 }
 
 void Dialogs::showInformation(QWidget* parent, const QString& text, const QString& informativeText)

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class QPrinter;
 class QWidget;
 
 namespace saldo::gui {
@@ -61,6 +62,14 @@ public:
 
     // A plain information message.
     virtual void showInformation(QWidget* parent, const QString& text, const QString& informativeText);
+
+    // The print dialog over the printer's settings, offering pages 1 to
+    // `pageCount`; true when the user chose to print.
+    virtual bool askPrintSettings(QWidget* parent, QPrinter& printer, int pageCount);
+
+    // The print preview of the printer's pages, which `paint` paints (again
+    // whenever the user changes the paper); printing from it prints them.
+    virtual void showPrintPreview(QWidget* parent, QPrinter& printer, const std::function<void(QPrinter&)>& paint);
 
     // The process-wide instance (the QMessageBox/QFileDialog one unless replaced).
     static Dialogs& instance();

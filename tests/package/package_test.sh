@@ -55,11 +55,25 @@ no_display=(env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM LC_ALL=C.UTF-8)
 expect_equal "saldo-cli --version" "$("${no_display[@]}" "$root/usr/bin/saldo-cli" --version 2>&1)" "saldo-cli $version"
 expect_equal "saldo --version" "$("${no_display[@]}" "$root/usr/bin/saldo" --version 2>&1)" "Saldo $version"
 help=$("${no_display[@]}" "$root/usr/bin/saldo" --help 2>&1) || fail "saldo --help failed: $help"
-[[ $help == *--screenshot* && $help == *--timing* ]] || fail "saldo --help lacks the options: $help"
+[[ $help == *--screenshot* && $help == *--timing* && $help == *--print-pdf* ]] \
+  || fail "saldo --help lacks the options: $help"
 # Qt's German translations are loaded whatever the locale, where they are installed.
 if [[ -f /usr/share/qt6/translations/qtbase_de.qm ]]; then
   [[ $help == *Optionen:* ]] || fail "saldo --help is not German under LC_ALL=C: $help"
 fi
+# The printout as a PDF, drawn without a display; a ledger that cannot be read
+# or a PDF that cannot be written is one line on standard error and status 1.
+if "${no_display[@]}" "$root/usr/bin/saldo" --print-pdf "$ledger" "$tmp/printout.pdf" 2>"$tmp/pdf.err"; then
+  [[ $(head -c 5 "$tmp/printout.pdf") == "%PDF-" ]] || fail "saldo --print-pdf wrote no PDF"
+else
+  fail "saldo --print-pdf failed: $(cat "$tmp/pdf.err")"
+fi
+for args in "$tmp/missing.saldo $tmp/missing.pdf" "$ledger $tmp/no-folder/printout.pdf"; do
+  # shellcheck disable=SC2086
+  "${no_display[@]}" "$root/usr/bin/saldo" --print-pdf $args 2>"$tmp/pdf.err" && status=0 || status=$?
+  expect_equal "status of saldo --print-pdf $args" "$status" 1
+  expect_equal "error lines of saldo --print-pdf $args" "$(wc -l <"$tmp/pdf.err")" 1
+done
 expect_equal "saldo-cli check" "$("$root/usr/bin/saldo-cli" check "$ledger" 2>&1 | sed 's/.*: //')" \
   "$("$build/cli/saldo-cli" check "$ledger" 2>&1 | sed 's/.*: //')"
 

@@ -27,10 +27,12 @@ public:
     std::deque<QString> saveFileNames;
     // Save panels begun and not yet closed; finishSave() closes the oldest.
     std::deque<SaveCompletion> openSavePanels;
+    std::deque<bool> printAnswers; // unscripted: cancel the print dialog
 
     QStringList asked; // texts of every confirmation and save question
     QStringList errors; // "text\ninformative text" of every error shown
     QStringList informations;
+    int printPageCount = -1; // the pages the last print dialog offered
 
     bool confirmDelete(QWidget*, const QString& text) override { return next(confirmAnswers, text, false); }
     bool confirm(QWidget*, const QString& text, const QString&, const QString&, const QString&) override
@@ -78,6 +80,15 @@ public:
     void showInformation(QWidget*, const QString& text, const QString& informativeText) override
     {
         informations << text + QLatin1Char('\n') + informativeText;
+    }
+    bool askPrintSettings(QWidget*, QPrinter&, int pageCount) override
+    {
+        printPageCount = pageCount;
+        return next(printAnswers, QStringLiteral("Drucken"), false);
+    }
+    void showPrintPreview(QWidget*, QPrinter&, const std::function<void(QPrinter&)>&) override
+    {
+        asked << QStringLiteral("Druckvorschau");
     }
 
 private:
