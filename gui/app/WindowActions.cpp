@@ -34,17 +34,17 @@ WindowActions::WindowActions(DocumentWindow& window)
     DocumentController* controller = DocumentController::sharedDocumentController();
 
     // Ablage
-    newDocument_ = makeAction(this, QStringLiteral("Neu"), { QKeySequence::New });
-    open_ = makeAction(this, QStringLiteral("Oeffnen…"), { QKeySequence::Open });
-    close_ = makeAction(this, QStringLiteral("Schliessen"), { QKeySequence::Close });
-    save_ = makeAction(this, QStringLiteral("Sichern"), { QKeySequence::Save });
-    quit_ = makeAction(this, QStringLiteral("Beenden"), { QKeySequence::Quit });
+    newDocument_ = makeAction(this, QStringLiteral("&Neu"), { QKeySequence::New });
+    open_ = makeAction(this, QStringLiteral("&Oeffnen…"), { QKeySequence::Open });
+    close_ = makeAction(this, QStringLiteral("S&chliessen"), { QKeySequence::Close });
+    save_ = makeAction(this, QStringLiteral("&Sichern"), { QKeySequence::Save });
+    quit_ = makeAction(this, QStringLiteral("&Beenden"), { QKeySequence::Quit });
     quit_->setMenuRole(QAction::QuitRole);
 
-    QMenu* ablage = window.menuBar()->addMenu(QStringLiteral("Ablage"));
+    QMenu* ablage = window.menuBar()->addMenu(QStringLiteral("&Ablage"));
     ablage->addAction(newDocument_);
     ablage->addAction(open_);
-    recentMenu_ = ablage->addMenu(QStringLiteral("Zuletzt geoeffnet"));
+    recentMenu_ = ablage->addMenu(QStringLiteral("&Zuletzt geoeffnet"));
     connect(recentMenu_, &QMenu::aboutToShow, this, &WindowActions::fillRecentMenu);
     ablage->addSeparator();
     ablage->addAction(close_);
@@ -76,20 +76,20 @@ WindowActions::WindowActions(DocumentWindow& window)
 
     // Bearbeiten
     QUndoStack* undoStack = document.undoManager();
-    undo_ = undoStack->createUndoAction(this, QStringLiteral("Widerrufen"));
+    undo_ = undoStack->createUndoAction(this, QStringLiteral("&Widerrufen"));
     undo_->setShortcuts(QKeySequence::Undo);
-    redo_ = undoStack->createRedoAction(this, QStringLiteral("Wiederholen"));
+    redo_ = undoStack->createRedoAction(this, QStringLiteral("Wieder&holen"));
     redo_->setShortcuts({ QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y) });
-    addEntry_ = makeAction(this, QStringLiteral("Neuer Eintrag"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N) });
-    duplicate_ = makeAction(this, QStringLiteral("Duplizieren"), { QKeySequence(Qt::CTRL | Qt::Key_D) });
+    addEntry_ = makeAction(this, QStringLiteral("&Neuer Eintrag"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N) });
+    duplicate_ = makeAction(this, QStringLiteral("&Duplizieren"), { QKeySequence(Qt::CTRL | Qt::Key_D) });
     delete_ = makeAction(
-        this, QStringLiteral("Loeschen"), { QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace) });
+        this, QStringLiteral("&Loeschen"), { QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace) });
     // Delete and Backspace belong to text fields everywhere else: the keys
     // delete entries only while the table has the focus (the menu item works always).
     delete_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     list->tableView()->addAction(delete_);
 
-    QMenu* bearbeiten = window.menuBar()->addMenu(QStringLiteral("Bearbeiten"));
+    QMenu* bearbeiten = window.menuBar()->addMenu(QStringLiteral("&Bearbeiten"));
     bearbeiten->addAction(undo_);
     bearbeiten->addAction(redo_);
     bearbeiten->addSeparator();
@@ -102,10 +102,10 @@ WindowActions::WindowActions(DocumentWindow& window)
 
     // Eintrag
     splitBooking_
-        = makeAction(this, QStringLiteral("Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
+        = makeAction(this, QStringLiteral("&Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
     serialTransaction_
-        = makeAction(this, QStringLiteral("Serienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) });
-    QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("Eintrag"));
+        = makeAction(this, QStringLiteral("Se&rienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) });
+    QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("&Eintrag"));
     eintrag->addAction(splitBooking_);
     eintrag->addAction(serialTransaction_);
     connect(splitBooking_, &QAction::triggered, list, [list] {
@@ -127,8 +127,14 @@ void WindowActions::fillRecentMenu()
     if (!controller)
         return;
     const QStringList paths = controller->recentDocumentPaths();
-    for (const QString& path : paths) {
-        QAction* action = recentMenu_->addAction(QFileInfo(path).fileName());
+    for (int i = 0; i < paths.size(); ++i) {
+        const QString& path = paths[i];
+        // Numbered for the keyboard: "&1 Kasse.saldo" … "1&0 …"; an ampersand
+        // in a file name is shown as itself.
+        const QString number
+            = i < 9 ? QStringLiteral("&%1").arg(i + 1) : QStringLiteral("%1&%2").arg((i + 1) / 10).arg((i + 1) % 10);
+        QAction* action = recentMenu_->addAction(
+            number + QLatin1Char(' ') + QFileInfo(path).fileName().replace(QLatin1Char('&'), QStringLiteral("&&")));
         action->setToolTip(QDir::toNativeSeparators(path));
         action->setStatusTip(QDir::toNativeSeparators(path));
         connect(action, &QAction::triggered, controller, [controller, path] { controller->openDocument(path); });
@@ -136,7 +142,7 @@ void WindowActions::fillRecentMenu()
     if (paths.isEmpty())
         recentMenu_->addAction(QStringLiteral("Keine Dokumente"))->setEnabled(false);
     recentMenu_->addSeparator();
-    QAction* clear = recentMenu_->addAction(QStringLiteral("Liste leeren"));
+    QAction* clear = recentMenu_->addAction(QStringLiteral("Liste &leeren"));
     clear->setEnabled(!paths.isEmpty());
     connect(clear, &QAction::triggered, controller, &DocumentController::clearRecentDocuments);
 }

@@ -152,6 +152,7 @@ DetailViewController::DetailViewController(Document& document, UserDefaults& def
         l->setBuddy(buddy);
         return l;
     };
+    // Alt with A, B, E and H belongs to the menu bar.
     int row = 0;
     grid->addWidget(label(QStringLiteral("&Name"), d_->name), row, 0);
     grid->addWidget(d_->name, row, 1, 1, 3);
@@ -167,14 +168,14 @@ DetailViewController::DetailViewController(Document& document, UserDefaults& def
     grid->addWidget(label(QStringLiteral("&Kategorie"), d_->kategorie), row, 0);
     grid->addWidget(d_->kategorie, row, 1, 1, 3);
     ++row;
-    grid->addWidget(label(QStringLiteral("&Brutto"), d_->brutto), row, 0);
+    grid->addWidget(label(QStringLiteral("Br&utto"), d_->brutto), row, 0);
     grid->addWidget(d_->brutto, row, 1);
     grid->addWidget(label(QStringLiteral("Netto"), d_->netto), row, 2);
     grid->addWidget(d_->netto, row, 3);
     ++row;
     grid->addWidget(label(QStringLiteral("&Steuersatz (%)"), d_->steuersatz), row, 0);
     grid->addWidget(d_->steuersatz, row, 1);
-    grid->addWidget(label(QStringLiteral("&Art"), d_->art), row, 2);
+    grid->addWidget(label(QStringLiteral("A&rt"), d_->art), row, 2);
     grid->addWidget(d_->art, row, 3);
     ++row;
     grid->addWidget(label(QStringLiteral("&Datum"), d_->datum), row, 0);

@@ -488,8 +488,8 @@ void ViewController::Private::contextMenu(const QPoint& position)
         return;
     const int row = index.row();
     QMenu menu(table);
-    QAction* duplicate = menu.addAction(QStringLiteral("Duplizieren"));
-    QAction* remove = menu.addAction(QStringLiteral("Loeschen"));
+    QAction* duplicate = menu.addAction(QStringLiteral("&Duplizieren"));
+    QAction* remove = menu.addAction(QStringLiteral("&Loeschen"));
     QAction* chosen = menu.exec(table->viewport()->mapToGlobal(position));
     if (chosen == duplicate)
         q->duplicateRow(row);
