@@ -97,11 +97,11 @@ int DocumentController::restoreAutosavedDocuments()
         const auto count = static_cast<qlonglong>(document->backupEinnahmen().size());
         const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
             QStringLiteral("Saldo wurde beendet, ohne ein unbenanntes Dokument zu sichern (%1 %2, zuletzt "
-                           "geändert am %3 Uhr).")
+                           "geaendert am %3 Uhr).")
                 .arg(count)
-                .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Einträge"))
+                .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Eintraege"))
                 .arg(when),
-            QStringLiteral("Wiederherstellen öffnet es als unbenanntes Dokument. Verwerfen löscht die "
+            QStringLiteral("Wiederherstellen oeffnet es als unbenanntes Dokument. Verwerfen loescht die "
                            "Sicherungskopie."));
         if (!restore) {
             AutosaveStore::remove(path);
@@ -140,7 +140,7 @@ Document* DocumentController::openDocument(const QString& path)
         delete document;
         forgetRecentDocument(canonicalOrAbsolute(path));
         Dialogs::instance().showError(nullptr,
-            QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName()),
+            QStringLiteral("Das Dokument „%1“ konnte nicht geoeffnet werden.").arg(QFileInfo(path).fileName()),
             Document::unreadableFileReason());
         return nullptr;
     }

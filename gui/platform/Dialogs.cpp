@@ -34,9 +34,9 @@ bool Dialogs::confirm(QWidget* parent, const QString& text, const QString& infor
 Dialogs::SaveChoice Dialogs::askSaveChanges(QWidget* parent, const QString& documentName)
 {
     QMessageBox box(QMessageBox::Warning, QString(),
-        QStringLiteral("Sollen die Änderungen am Dokument „%1“ gesichert werden?").arg(documentName),
+        QStringLiteral("Sollen die Aenderungen am Dokument „%1“ gesichert werden?").arg(documentName),
         QMessageBox::NoButton, parent);
-    box.setInformativeText(QStringLiteral("Ohne Sichern gehen die Änderungen verloren."));
+    box.setInformativeText(QStringLiteral("Ohne Sichern gehen die Aenderungen verloren."));
     QPushButton* save = box.addButton(QStringLiteral("Sichern…"), QMessageBox::AcceptRole);
     QPushButton* discard = box.addButton(QStringLiteral("Nicht sichern"), QMessageBox::DestructiveRole);
     QPushButton* cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
@@ -53,11 +53,11 @@ Dialogs::SaveChoice Dialogs::askSaveChanges(QWidget* parent, const QString& docu
 Dialogs::FileChangedChoice Dialogs::askFileChanged(QWidget* parent, const QString& documentName)
 {
     QMessageBox box(QMessageBox::Warning, QString(),
-        QStringLiteral("Die Datei des Dokuments „%1“ wurde von einem anderen Programm geändert.").arg(documentName),
+        QStringLiteral("Die Datei des Dokuments „%1“ wurde von einem anderen Programm geaendert.").arg(documentName),
         QMessageBox::NoButton, parent);
-    box.setInformativeText(QStringLiteral("Ueberschreiben sichert die Einträge aus diesem Fenster über die "
-                                          "geänderte Datei. Neu laden zeigt die Datei, wie sie jetzt ist, und "
-                                          "verwirft die Änderungen in diesem Fenster. Abbrechen sichert nichts."));
+    box.setInformativeText(QStringLiteral("Ueberschreiben sichert die Eintraege aus diesem Fenster ueber die "
+                                          "geaenderte Datei. Neu laden zeigt die Datei, wie sie jetzt ist, und "
+                                          "verwirft die Aenderungen in diesem Fenster. Abbrechen sichert nichts."));
     QPushButton* overwrite = box.addButton(QStringLiteral("Ueberschreiben"), QMessageBox::AcceptRole);
     QPushButton* reload = box.addButton(QStringLiteral("Neu laden"), QMessageBox::DestructiveRole);
     QPushButton* cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);

@@ -99,10 +99,10 @@ TEST_F(DocumentControllerTest, UnreadableAndHostileFilesAreRefusedOneByOneAndThe
         EXPECT_EQ(controller.openDocument(path), nullptr) << path.toStdString();
         ASSERT_EQ(dialogs.errors.size(), errorsBefore + 1) << path.toStdString();
         EXPECT_TRUE(dialogs.errors.back().startsWith(
-            QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName())));
+            QStringLiteral("Das Dokument „%1“ konnte nicht geoeffnet werden.").arg(QFileInfo(path).fileName())));
     }
     EXPECT_EQ(dialogs.errors[0],
-        QStringLiteral("Das Dokument „Kaputt.saldo“ konnte nicht geöffnet werden.\n"
+        QStringLiteral("Das Dokument „Kaputt.saldo“ konnte nicht geoeffnet werden.\n"
                        "Die Datei ist keine lesbare Saldo-Datei."));
     EXPECT_TRUE(controller.documents().empty());
     EXPECT_EQ(QApplication::topLevelWidgets().size(), windowsBefore);
