@@ -31,8 +31,17 @@ namespace saldo::gui {
 
 namespace {
 
-// Initial widths of the columns, in the table's order.
-constexpr int kColumnWidths[EntryColumn::Count] = { 170, 56, 70, 100, 230, 80, 80, 72, 118, 120, 110, 82, 120 };
+// Initial widths of the columns, in the table's order; the name column's is
+// measured from the font.
+constexpr int kColumnWidths[EntryColumn::Count] = { 0, 56, 70, 100, 230, 80, 80, 72, 118, 120, 110, 82, 120 };
+
+// A ledger's names are mostly a client or a supplier with a word or two
+// ("Gestaltung Kanzlei Weiss & Partner", "Schriftenlizenz Type Foundry Inc."):
+// the name column has room for that beside the status image.
+int nameColumnWidth(const QFontMetrics& metrics)
+{
+    return metrics.horizontalAdvance(QStringLiteral("Gestaltung Kanzlei Weiss & Partner")) + 40;
+}
 
 } // namespace
 
@@ -52,6 +61,7 @@ public:
     QTableView* table = nullptr;
     SearchFieldController* search = nullptr;
     SelectionSummaryView* summary = nullptr;
+    QSplitter* splitter = nullptr;
     EinnahmePtr selectedEinnahme;
     NotificationCenter::Token observer = 0;
 
@@ -112,7 +122,7 @@ ViewController::ViewController(Document& document, UserDefaults& defaults, QWidg
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
     layout->addWidget(d_->search->searchField());
-    auto* splitter = new QSplitter(Qt::Vertical, this);
+    auto* splitter = d_->splitter = new QSplitter(Qt::Vertical, this);
     splitter->setObjectName(QStringLiteral("entryListSplitter"));
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(d_->table);
@@ -189,6 +199,7 @@ void ViewController::Private::setUpTable()
     table->setSortingEnabled(true);
     for (int column = 0; column < EntryColumn::Count; ++column)
         columns->resizeSection(column, kColumnWidths[column]);
+    columns->resizeSection(EntryColumn::Name, nameColumnWidth(table->fontMetrics()));
 
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -256,6 +267,11 @@ SearchFieldController* ViewController::searchFieldController() const
 SelectionSummaryView* ViewController::selectedEntriesView() const
 {
     return d_->summary;
+}
+
+QSplitter* ViewController::tableSplitter() const
+{
+    return d_->splitter;
 }
 
 // --- selection ---------------------------------------------------------------
