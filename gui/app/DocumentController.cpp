@@ -7,9 +7,11 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 #include <QLockFile>
+#include <QStandardPaths>
 
 #include <iostream>
 
@@ -53,6 +55,11 @@ Document* DocumentController::adopt(Document* document)
 {
     document->setAutosavingDelay(autosavingDelay_);
     documents_.push_back(document);
+    // Saved from an untitled window or under another name.
+    connect(document, &Document::filePathChanged, this, [this](const QString& path) {
+        if (!path.isEmpty())
+            noteRecentDocument(path);
+    });
     document->makeWindowControllers();
     connect(document->windowController(), &DocumentWindow::closed, this, [this, document] { forget(document); });
     document->showWindows();
@@ -150,8 +157,8 @@ Document* DocumentController::openDocument(const QString& path)
 
 Document* DocumentController::openDocumentWithDialog(QWidget* parent)
 {
-    const QString path = Dialogs::instance().getOpenFileName(
-        parent, QStringLiteral("Oeffnen"), QStringLiteral("Saldo-Dokumente (*.saldo);;Alle Dateien (*)"));
+    const QString path = Dialogs::instance().getOpenFileName(parent, QStringLiteral("Oeffnen"),
+        QStringLiteral("Saldo-Dokumente (*.saldo);;Alle Dateien (*)"), ledgerFolder());
     if (path.isEmpty())
         return nullptr;
     return openDocument(path);
@@ -189,6 +196,17 @@ void DocumentController::forgetRecentDocument(const QString& path)
     for (const QString& p : paths)
         stored.push_back(p.toStdString());
     defaults_.setStringArray(kRecentDocumentsKey, stored);
+}
+
+QString DocumentController::ledgerFolder() const
+{
+    for (const QString& path : recentDocumentPaths()) {
+        const QFileInfo folder(QFileInfo(path).absolutePath());
+        if (folder.isDir())
+            return folder.absoluteFilePath();
+    }
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
 void DocumentController::clearRecentDocuments()

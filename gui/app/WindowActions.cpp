@@ -33,12 +33,14 @@ WindowActions::WindowActions(DocumentWindow& window)
     ViewController* list = window.splitViewController()->viewController();
     DocumentController* controller = DocumentController::sharedDocumentController();
 
-    // Ablage
+    // Ablage. Closing, saving under a name and quitting are spelled out: the
+    // platform's standard keys for them differ between desktops or are missing.
     newDocument_ = makeAction(this, QStringLiteral("&Neu"), { QKeySequence::New });
     open_ = makeAction(this, QStringLiteral("&Oeffnen…"), { QKeySequence::Open });
-    close_ = makeAction(this, QStringLiteral("S&chliessen"), { QKeySequence::Close });
+    close_ = makeAction(this, QStringLiteral("S&chliessen"), { QKeySequence(Qt::CTRL | Qt::Key_W) });
     save_ = makeAction(this, QStringLiteral("&Sichern"), { QKeySequence::Save });
-    quit_ = makeAction(this, QStringLiteral("&Beenden"), { QKeySequence::Quit });
+    saveAs_ = makeAction(this, QStringLiteral("Sichern &unter…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) });
+    quit_ = makeAction(this, QStringLiteral("&Beenden"), { QKeySequence(Qt::CTRL | Qt::Key_Q) });
     quit_->setMenuRole(QAction::QuitRole);
 
     QMenu* ablage = window.menuBar()->addMenu(QStringLiteral("&Ablage"));
@@ -49,6 +51,7 @@ WindowActions::WindowActions(DocumentWindow& window)
     ablage->addSeparator();
     ablage->addAction(close_);
     ablage->addAction(save_);
+    ablage->addAction(saveAs_);
     ablage->addSeparator();
     // The entry list's own export and import, and the spreadsheet table.
     exchange_ = new EntryListExchange(document, window);
@@ -73,6 +76,7 @@ WindowActions::WindowActions(DocumentWindow& window)
     }
     connect(close_, &QAction::triggered, &window, &QWidget::close);
     connect(save_, &QAction::triggered, &document, [&document] { document.saveDocument(); });
+    connect(saveAs_, &QAction::triggered, &document, [&document] { document.saveWithDialog(); });
 
     // Bearbeiten
     QUndoStack* undoStack = document.undoManager();
@@ -104,7 +108,7 @@ WindowActions::WindowActions(DocumentWindow& window)
     splitBooking_
         = makeAction(this, QStringLiteral("&Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
     serialTransaction_
-        = makeAction(this, QStringLiteral("Se&rienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) });
+        = makeAction(this, QStringLiteral("Se&rienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R) });
     QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("&Eintrag"));
     eintrag->addAction(splitBooking_);
     eintrag->addAction(serialTransaction_);
@@ -115,7 +119,7 @@ WindowActions::WindowActions(DocumentWindow& window)
     });
     connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
 
-    for (QAction* action : { newDocument_, open_, close_, save_, quit_, undo_, redo_, addEntry_, duplicate_,
+    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, quit_, undo_, redo_, addEntry_, duplicate_,
              splitBooking_, serialTransaction_ })
         window.addAction(action);
 }

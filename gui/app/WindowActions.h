@@ -11,8 +11,8 @@ class DocumentWindow;
 class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
-// files, close, save, export and load an entry list, export a spreadsheet
-// table, quit), "Bearbeiten" (undo and redo with the action's
+// files, close, save, save under another name, export and load an entry
+// list, export a spreadsheet table, quit), "Bearbeiten" (undo and redo with the action's
 // name, new entry, duplicate, delete) and "Eintrag" (split bookings, recurring
 // entries). It routes each action to the document controller, the document or
 // the entry list; without a document controller (tests) the application-wide
@@ -27,6 +27,7 @@ public:
     QMenu* recentMenu() const { return recentMenu_; }
     QAction* closeAction() const { return close_; }
     QAction* saveAction() const { return save_; }
+    QAction* saveAsAction() const { return saveAs_; }
     QAction* exportEntriesAction() const { return exportEntries_; }
     QAction* importEntriesAction() const { return importEntries_; }
     QAction* exportTableAction() const { return exportTable_; }
@@ -49,6 +50,7 @@ private:
     QMenu* recentMenu_ = nullptr;
     QAction* close_ = nullptr;
     QAction* save_ = nullptr;
+    QAction* saveAs_ = nullptr;
     EntryListExchange* exchange_ = nullptr;
     QAction* exportEntries_ = nullptr;
     QAction* importEntries_ = nullptr;

@@ -1,8 +1,8 @@
 #include "platform/Dialogs.h"
 
 #include "platform/DeleteConfirmation.h"
+#include "platform/FileDialog.h"
 
-#include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -83,15 +83,18 @@ bool Dialogs::askRestoreDocument(QWidget* parent, const QString& text, const QSt
     return box.clickedButton() == restore;
 }
 
-QString Dialogs::getOpenFileName(QWidget* parent, const QString& caption, const QString& filter)
+QString Dialogs::getOpenFileName(
+    QWidget* parent, const QString& caption, const QString& filter, const QString& directory)
 {
-    return QFileDialog::getOpenFileName(parent, caption, QString(), filter);
+    const auto dialog = FileDialog::create(parent, caption, directory, filter, QFileDialog::AcceptOpen);
+    return FileDialog::run(*dialog);
 }
 
 QString Dialogs::getSaveFileName(
     QWidget* parent, const QString& caption, const QString& suggestedPath, const QString& filter)
 {
-    return QFileDialog::getSaveFileName(parent, caption, suggestedPath, filter);
+    const auto dialog = FileDialog::create(parent, caption, suggestedPath, filter, QFileDialog::AcceptSave);
+    return FileDialog::run(*dialog);
 }
 
 void Dialogs::beginSaveFileName(

@@ -157,7 +157,7 @@ public:
         Dialogs::setInstance(this);
     }
     ~ChosenFile() override { Dialogs::setInstance(nullptr); }
-    QString getOpenFileName(QWidget*, const QString&, const QString&) override { return path_; }
+    QString getOpenFileName(QWidget*, const QString&, const QString&, const QString&) override { return path_; }
 
 private:
     QString path_;

@@ -3,12 +3,14 @@
 #include "app/DocumentController.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
+#include "app/WindowActions.h"
 #include "entrylist/ViewController.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
 #include "model/Kategorien.h"
 #include "platform/UserDefaults.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -134,6 +136,29 @@ TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCateg
 
     controller.clearRecentDocuments();
     EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
+}
+
+// A ledger saved under a name joins the recent list like an opened one, and
+// the panels start in the folder of the newest.
+TEST_F(DocumentControllerTest, LedgersSavedUnderANameAreRecentAndThePanelsStartBesideThem)
+{
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("neu")));
+    const QString untitled = QFileInfo(dir.path()).canonicalFilePath() + QStringLiteral("/neu/Erstes.saldo");
+    Document* fresh = controller.newDocument();
+    dialogs.saveFileNames = { untitled };
+    ASSERT_TRUE(fresh->saveDocument());
+    EXPECT_EQ(controller.recentDocumentPaths(), QStringList { untitled });
+
+    Document* opened = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
+    const QString copy = QFileInfo(dir.path()).canonicalFilePath() + QStringLiteral("/neu/Kopie.saldo");
+    dialogs.saveFileNames = { copy };
+    ASSERT_TRUE(opened->windowController()->actions()->saveAsAction()->isEnabled());
+    opened->windowController()->actions()->saveAsAction()->trigger();
+    EXPECT_EQ(opened->filePath(), copy);
+    EXPECT_EQ(controller.recentDocumentPaths().front(), copy);
+
+    controller.openDocumentWithDialog(nullptr);
+    EXPECT_EQ(dialogs.openDirectories, QStringList { QFileInfo(copy).absolutePath() });
 }
 
 TEST_F(DocumentControllerTest, NewDocumentsGetTheControllersAutosaveDelay)
