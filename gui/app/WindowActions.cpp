@@ -1,9 +1,11 @@
 #include "app/WindowActions.h"
 
+#include "app/AboutDialog.h"
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/EntryListExchange.h"
+#include "app/ShortcutsDialog.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
 
@@ -119,9 +121,32 @@ WindowActions::WindowActions(DocumentWindow& window)
     });
     connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
 
+    // Hilfe
+    about_ = makeAction(this, QStringLiteral("&Ueber Saldo"));
+    about_->setMenuRole(QAction::AboutRole);
+    shortcuts_ = makeAction(this, QStringLiteral("&Tastenkuerzel"), { QKeySequence::HelpContents });
+    QMenu* hilfe = window.menuBar()->addMenu(QStringLiteral("&Hilfe"));
+    hilfe->addAction(shortcuts_);
+    hilfe->addAction(about_);
+    connect(about_, &QAction::triggered, this,
+        [this] { showHelpWindow(aboutWindow_, [this] { return new AboutDialog(&window_); }); });
+    connect(shortcuts_, &QAction::triggered, this,
+        [this] { showHelpWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
+
     for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, quit_, undo_, redo_, addEntry_, duplicate_,
-             splitBooking_, serialTransaction_ })
+             splitBooking_, serialTransaction_, shortcuts_ })
         window.addAction(action);
+}
+
+void WindowActions::showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)
+{
+    if (!shown) {
+        shown = make();
+        shown->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    shown->show();
+    shown->raise();
+    shown->activateWindow();
 }
 
 void WindowActions::fillRecentMenu()

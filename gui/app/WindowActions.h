@@ -1,9 +1,13 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+
+#include <functional>
 
 class QAction;
 class QMenu;
+class QWidget;
 
 namespace saldo::gui {
 
@@ -12,11 +16,13 @@ class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
 // files, close, save, save under another name, export and load an entry
-// list, export a spreadsheet table, quit), "Bearbeiten" (undo and redo with the action's
-// name, new entry, duplicate, delete) and "Eintrag" (split bookings, recurring
-// entries). It routes each action to the document controller, the document or
-// the entry list; without a document controller (tests) the application-wide
-// actions are disabled.
+// list, export a spreadsheet table, quit), "Bearbeiten" (undo and redo with
+// the action's name, new entry, duplicate, delete), "Eintrag" (split bookings,
+// recurring entries) and "Hilfe" (the shortcuts, about Saldo). Every menu and
+// item has a mnemonic. It routes each action to the document controller, the
+// document or the entry list; without a document controller (tests) the
+// application-wide actions are disabled. The help windows are not modal;
+// asking again brings the open one forward.
 class WindowActions : public QObject {
     Q_OBJECT
 public:
@@ -39,11 +45,16 @@ public:
     QAction* deleteAction() const { return delete_; }
     QAction* splitBookingAction() const { return splitBooking_; }
     QAction* serialTransactionAction() const { return serialTransaction_; }
+    QAction* shortcutsAction() const { return shortcuts_; }
+    QAction* aboutAction() const { return about_; }
 
     // Refills "Zuletzt geoeffnet" from the document controller's list.
     void fillRecentMenu();
 
 private:
+    // Shows the window, made first unless it is open already.
+    void showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make);
+
     DocumentWindow& window_;
     QAction* newDocument_ = nullptr;
     QAction* open_ = nullptr;
@@ -63,6 +74,10 @@ private:
     QAction* delete_ = nullptr;
     QAction* splitBooking_ = nullptr;
     QAction* serialTransaction_ = nullptr;
+    QAction* shortcuts_ = nullptr;
+    QAction* about_ = nullptr;
+    QPointer<QWidget> aboutWindow_;
+    QPointer<QWidget> shortcutsWindow_;
 };
 
 }  // namespace saldo::gui
