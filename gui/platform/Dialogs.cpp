@@ -100,8 +100,7 @@ QString Dialogs::getSaveFileName(
 void Dialogs::beginSaveFileName(
     QWidget* parent, const QString& caption, const QString& directory, const QString& filter, SaveCompletion completion)
 {
-    auto* panel = new QFileDialog(parent, caption, directory, filter);
-    panel->setAcceptMode(QFileDialog::AcceptSave);
+    QFileDialog* panel = FileDialog::create(parent, caption, directory, filter, QFileDialog::AcceptSave).release();
     panel->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(panel, &QFileDialog::finished, panel, [panel, completion = std::move(completion)](int result) {
         const QStringList chosen = panel->selectedFiles();
