@@ -12,6 +12,7 @@
 #include "app/DocumentWindow.h"
 #include "model/LedgerFile.h"
 #include "platform/CanberraSoundPlayer.h"
+#include "platform/GermanTranslations.h"
 #include "platform/SettingsUserDefaults.h"
 #include "settings/PreferencesViewController.h"
 #include "printing/PdfPrintout.h"
@@ -21,8 +22,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QIcon>
-#include <QLibraryInfo>
-#include <QTranslator>
 #include <QWindow>
 
 #include <cstring>
@@ -77,19 +76,6 @@ int printPdf(const QStringList& arguments)
     }
 }
 
-// Qt's own German texts for the standard dialogs, buttons and context menus.
-// Saldo speaks German whatever the locale, so they are loaded always: English
-// buttons under German labels would be the worst of both. Without Debian's
-// translations package the standard texts simply stay English.
-void installQtGermanTranslations(QCoreApplication& app)
-{
-    auto* translator = new QTranslator(&app);
-    if (translator->load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(translator);
-    else
-        delete translator;
-}
-
 // Shows the window and paints it completely; answers false when it never
 // became visible.
 bool paintNow(QWidget& window)
@@ -127,7 +113,7 @@ int main(int argc, char** argv)
     const std::unique_ptr<QCoreApplication> application = asksForTextOnly(argc, argv)
         ? std::make_unique<QCoreApplication>(argc, argv)
         : std::make_unique<QApplication>(argc, argv);
-    installQtGermanTranslations(*application);
+    saldo::gui::GermanTranslations::install(*application);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Saldo: Einnahmen-Ueberschuss-Rechnung"));

@@ -424,7 +424,10 @@ bool Document::mayOverwriteFile(SaveKind kind)
 
 bool Document::saveWithDialog()
 {
-    const QString suggested = QDir::home().filePath(displayName() + QStringLiteral(".saldo"));
+    // A new ledger is proposed in the folder of the last one, a named one under its own name.
+    const DocumentController* controller = DocumentController::sharedDocumentController();
+    const QDir folder(controller ? controller->ledgerFolder() : QDir::homePath());
+    const QString suggested = isUntitled() ? folder.filePath(displayName() + QStringLiteral(".saldo")) : filePath_;
     QString path = Dialogs::instance().getSaveFileName(
         window_.get(), QStringLiteral("Sichern"), suggested, QStringLiteral("Saldo-Dokumente (*.saldo)"));
     if (path.isEmpty())

@@ -7,9 +7,11 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 #include <QLockFile>
+#include <QStandardPaths>
 
 #include <iostream>
 
@@ -53,6 +55,11 @@ Document* DocumentController::adopt(Document* document)
 {
     document->setAutosavingDelay(autosavingDelay_);
     documents_.push_back(document);
+    // Saved from an untitled window or under another name.
+    connect(document, &Document::filePathChanged, this, [this](const QString& path) {
+        if (!path.isEmpty())
+            noteRecentDocument(path);
+    });
     document->makeWindowControllers();
     connect(document->windowController(), &DocumentWindow::closed, this, [this, document] { forget(document); });
     document->showWindows();
@@ -97,11 +104,11 @@ int DocumentController::restoreAutosavedDocuments()
         const auto count = static_cast<qlonglong>(document->backupEinnahmen().size());
         const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
             QStringLiteral("Saldo wurde beendet, ohne ein unbenanntes Dokument zu sichern (%1 %2, zuletzt "
-                           "geändert am %3 Uhr).")
+                           "geaendert am %3 Uhr).")
                 .arg(count)
-                .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Einträge"))
+                .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Eintraege"))
                 .arg(when),
-            QStringLiteral("Wiederherstellen öffnet es als unbenanntes Dokument. Verwerfen löscht die "
+            QStringLiteral("Wiederherstellen oeffnet es als unbenanntes Dokument. Verwerfen loescht die "
                            "Sicherungskopie."));
         if (!restore) {
             AutosaveStore::remove(path);
@@ -140,7 +147,7 @@ Document* DocumentController::openDocument(const QString& path)
         delete document;
         forgetRecentDocument(canonicalOrAbsolute(path));
         Dialogs::instance().showError(nullptr,
-            QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName()),
+            QStringLiteral("Das Dokument „%1“ konnte nicht geoeffnet werden.").arg(QFileInfo(path).fileName()),
             Document::unreadableFileReason());
         return nullptr;
     }
@@ -150,8 +157,8 @@ Document* DocumentController::openDocument(const QString& path)
 
 Document* DocumentController::openDocumentWithDialog(QWidget* parent)
 {
-    const QString path = Dialogs::instance().getOpenFileName(
-        parent, QStringLiteral("Oeffnen"), QStringLiteral("Saldo-Dokumente (*.saldo);;Alle Dateien (*)"));
+    const QString path = Dialogs::instance().getOpenFileName(parent, QStringLiteral("Oeffnen"),
+        QStringLiteral("Saldo-Dokumente (*.saldo);;Alle Dateien (*)"), ledgerFolder());
     if (path.isEmpty())
         return nullptr;
     return openDocument(path);
@@ -189,6 +196,17 @@ void DocumentController::forgetRecentDocument(const QString& path)
     for (const QString& p : paths)
         stored.push_back(p.toStdString());
     defaults_.setStringArray(kRecentDocumentsKey, stored);
+}
+
+QString DocumentController::ledgerFolder() const
+{
+    for (const QString& path : recentDocumentPaths()) {
+        const QFileInfo folder(QFileInfo(path).absolutePath());
+        if (folder.isDir())
+            return folder.absoluteFilePath();
+    }
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
 void DocumentController::clearRecentDocuments()

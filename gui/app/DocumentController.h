@@ -17,7 +17,8 @@ class Document;
 // (bringing an already open file's window forward instead of opening it
 // twice), keeps the list of recently opened files in the preferences, closes
 // documents and quits after every document agreed to close. A file that cannot
-// be read opens no window and shows one message naming the file. The autosave
+// be read opens no window and shows one message naming the file; a document
+// saved under a new name joins the recent list as well. The autosave
 // delay is its setting, handed to every document it makes. At start-up it
 // offers back the untitled documents that a crash left in the autosave folder.
 class DocumentController : public QObject {
@@ -62,6 +63,9 @@ public:
 
     QStringList recentDocumentPaths() const;
     void clearRecentDocuments();
+    // The folder of the newest recent ledger that still exists, else the
+    // user's documents folder or home: where the open and save panels start.
+    QString ledgerFolder() const;
 
     // Asks every document to close, in order; stops at the first that refuses.
     bool closeAllDocuments();

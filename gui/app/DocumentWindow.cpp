@@ -3,6 +3,7 @@
 #include "app/Document.h"
 #include "app/SplitViewController.h"
 #include "app/WindowActions.h"
+#include "app/WindowLayout.h"
 #include "entrylist/ViewController.h"
 
 #include <QCloseEvent>
@@ -13,13 +14,13 @@ namespace saldo::gui {
 DocumentWindow::DocumentWindow(Document& document, UserDefaults& defaults, QWidget* parent)
     : QMainWindow(parent)
     , document_(document)
+    , defaults_(defaults)
 {
     setObjectName(QStringLiteral("DocumentWindow"));
     split_ = new SplitViewController(document, defaults, this);
     setCentralWidget(split_);
     actions_ = new WindowActions(*this);
-    resize(1440, 900);
-    setMinimumSize(900, 560);
+    WindowLayout::restore(*this, defaults);
 
     updateTitle();
     connect(&document_, &Document::filePathChanged, this, &DocumentWindow::updateTitle);
@@ -38,8 +39,13 @@ void DocumentWindow::updateTitle()
 void DocumentWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    if (!event->spontaneous())
-        split_->viewController()->viewWillAppear();
+    if (event->spontaneous())
+        return;
+    if (!splittersRestored_) {
+        splittersRestored_ = true;
+        WindowLayout::restoreSplitters(*this, defaults_);
+    }
+    split_->viewController()->viewWillAppear();
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event)
@@ -48,6 +54,7 @@ void DocumentWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
+    WindowLayout::save(*this, defaults_);
     event->accept();
     emit closed();
 }

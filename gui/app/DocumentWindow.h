@@ -12,7 +12,8 @@ class WindowActions;
 
 // The window of one document: the split views as its content, the menus
 // through its action handler, the file name (or "Unbenannt") with the
-// modified marker as its title. Closing asks the document first.
+// modified marker as its title. It opens with the layout the last window was
+// closed with. Closing asks the document first, then keeps the layout.
 class DocumentWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -35,8 +36,10 @@ private:
     void updateTitle();
 
     Document& document_;
+    UserDefaults& defaults_;
     SplitViewController* split_ = nullptr;
     WindowActions* actions_ = nullptr;
+    bool splittersRestored_ = false;
 };
 
 }  // namespace saldo::gui

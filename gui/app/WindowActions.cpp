@@ -1,9 +1,11 @@
 #include "app/WindowActions.h"
 
+#include "app/AboutDialog.h"
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/EntryListExchange.h"
+#include "app/ShortcutsDialog.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
 #include "settings/PreferencesViewController.h"
@@ -35,22 +37,25 @@ WindowActions::WindowActions(DocumentWindow& window)
     ViewController* list = window.splitViewController()->viewController();
     DocumentController* controller = DocumentController::sharedDocumentController();
 
-    // Ablage
-    newDocument_ = makeAction(this, QStringLiteral("Neu"), { QKeySequence::New });
-    open_ = makeAction(this, QStringLiteral("Oeffnen…"), { QKeySequence::Open });
-    close_ = makeAction(this, QStringLiteral("Schliessen"), { QKeySequence::Close });
-    save_ = makeAction(this, QStringLiteral("Sichern"), { QKeySequence::Save });
-    quit_ = makeAction(this, QStringLiteral("Beenden"), { QKeySequence::Quit });
+    // Ablage. Closing, saving under a name and quitting are spelled out: the
+    // platform's standard keys for them differ between desktops or are missing.
+    newDocument_ = makeAction(this, QStringLiteral("&Neu"), { QKeySequence::New });
+    open_ = makeAction(this, QStringLiteral("&Oeffnen…"), { QKeySequence::Open });
+    close_ = makeAction(this, QStringLiteral("S&chliessen"), { QKeySequence(Qt::CTRL | Qt::Key_W) });
+    save_ = makeAction(this, QStringLiteral("&Sichern"), { QKeySequence::Save });
+    saveAs_ = makeAction(this, QStringLiteral("Sichern &unter…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) });
+    quit_ = makeAction(this, QStringLiteral("&Beenden"), { QKeySequence(Qt::CTRL | Qt::Key_Q) });
     quit_->setMenuRole(QAction::QuitRole);
 
-    QMenu* ablage = window.menuBar()->addMenu(QStringLiteral("Ablage"));
+    QMenu* ablage = window.menuBar()->addMenu(QStringLiteral("&Ablage"));
     ablage->addAction(newDocument_);
     ablage->addAction(open_);
-    recentMenu_ = ablage->addMenu(QStringLiteral("Zuletzt geoeffnet"));
+    recentMenu_ = ablage->addMenu(QStringLiteral("&Zuletzt geoeffnet"));
     connect(recentMenu_, &QMenu::aboutToShow, this, &WindowActions::fillRecentMenu);
     ablage->addSeparator();
     ablage->addAction(close_);
     ablage->addAction(save_);
+    ablage->addAction(saveAs_);
     ablage->addSeparator();
     // The entry list's own export and import, and the spreadsheet table.
     exchange_ = new EntryListExchange(document, window);
@@ -84,23 +89,24 @@ WindowActions::WindowActions(DocumentWindow& window)
     }
     connect(close_, &QAction::triggered, &window, &QWidget::close);
     connect(save_, &QAction::triggered, &document, [&document] { document.saveDocument(); });
+    connect(saveAs_, &QAction::triggered, &document, [&document] { document.saveWithDialog(); });
 
     // Bearbeiten
     QUndoStack* undoStack = document.undoManager();
-    undo_ = undoStack->createUndoAction(this, QStringLiteral("Widerrufen"));
+    undo_ = undoStack->createUndoAction(this, QStringLiteral("&Widerrufen"));
     undo_->setShortcuts(QKeySequence::Undo);
-    redo_ = undoStack->createRedoAction(this, QStringLiteral("Wiederholen"));
+    redo_ = undoStack->createRedoAction(this, QStringLiteral("Wieder&holen"));
     redo_->setShortcuts({ QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y) });
-    addEntry_ = makeAction(this, QStringLiteral("Neuer Eintrag"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N) });
-    duplicate_ = makeAction(this, QStringLiteral("Duplizieren"), { QKeySequence(Qt::CTRL | Qt::Key_D) });
+    addEntry_ = makeAction(this, QStringLiteral("&Neuer Eintrag"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N) });
+    duplicate_ = makeAction(this, QStringLiteral("&Duplizieren"), { QKeySequence(Qt::CTRL | Qt::Key_D) });
     delete_ = makeAction(
-        this, QStringLiteral("Loeschen"), { QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace) });
+        this, QStringLiteral("&Loeschen"), { QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace) });
     // Delete and Backspace belong to text fields everywhere else: the keys
     // delete entries only while the table has the focus (the menu item works always).
     delete_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     list->tableView()->addAction(delete_);
 
-    QMenu* bearbeiten = window.menuBar()->addMenu(QStringLiteral("Bearbeiten"));
+    QMenu* bearbeiten = window.menuBar()->addMenu(QStringLiteral("&Bearbeiten"));
     bearbeiten->addAction(undo_);
     bearbeiten->addAction(redo_);
     bearbeiten->addSeparator();
@@ -120,11 +126,11 @@ WindowActions::WindowActions(DocumentWindow& window)
 
     // Eintrag
     splitBooking_
-        = makeAction(this, QStringLiteral("Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
-    // Not Ctrl+Shift+S: that is "Save As" on Linux desktops.
+        = makeAction(this, QStringLiteral("&Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
+    // Not Ctrl+Shift+S: that is "Sichern unter".
     serialTransaction_
-        = makeAction(this, QStringLiteral("Serienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E) });
-    QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("Eintrag"));
+        = makeAction(this, QStringLiteral("Se&rienbuchung…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E) });
+    QMenu* eintrag = window.menuBar()->addMenu(QStringLiteral("&Eintrag"));
     eintrag->addAction(splitBooking_);
     eintrag->addAction(serialTransaction_);
     connect(splitBooking_, &QAction::triggered, list, [list] {
@@ -134,9 +140,32 @@ WindowActions::WindowActions(DocumentWindow& window)
     });
     connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
 
-    for (QAction* action : { newDocument_, open_, close_, save_, quit_, undo_, redo_, addEntry_, duplicate_,
-             splitBooking_, serialTransaction_, preferences_ })
+    // Hilfe
+    about_ = makeAction(this, QStringLiteral("&Ueber Saldo"));
+    about_->setMenuRole(QAction::AboutRole);
+    shortcuts_ = makeAction(this, QStringLiteral("&Tastenkuerzel"), { QKeySequence::HelpContents });
+    QMenu* hilfe = window.menuBar()->addMenu(QStringLiteral("&Hilfe"));
+    hilfe->addAction(shortcuts_);
+    hilfe->addAction(about_);
+    connect(about_, &QAction::triggered, this,
+        [this] { showHelpWindow(aboutWindow_, [this] { return new AboutDialog(&window_); }); });
+    connect(shortcuts_, &QAction::triggered, this,
+        [this] { showHelpWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
+
+    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, quit_, undo_, redo_, addEntry_, duplicate_,
+             splitBooking_, serialTransaction_, preferences_, shortcuts_ })
         window.addAction(action);
+}
+
+void WindowActions::showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)
+{
+    if (!shown) {
+        shown = make();
+        shown->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    shown->show();
+    shown->raise();
+    shown->activateWindow();
 }
 
 void WindowActions::fillRecentMenu()
@@ -146,8 +175,14 @@ void WindowActions::fillRecentMenu()
     if (!controller)
         return;
     const QStringList paths = controller->recentDocumentPaths();
-    for (const QString& path : paths) {
-        QAction* action = recentMenu_->addAction(QFileInfo(path).fileName());
+    for (int i = 0; i < paths.size(); ++i) {
+        const QString& path = paths[i];
+        // Numbered for the keyboard: "&1 Kasse.saldo" … "1&0 …"; an ampersand
+        // in a file name is shown as itself.
+        const QString number
+            = i < 9 ? QStringLiteral("&%1").arg(i + 1) : QStringLiteral("%1&%2").arg((i + 1) / 10).arg((i + 1) % 10);
+        QAction* action = recentMenu_->addAction(
+            number + QLatin1Char(' ') + QFileInfo(path).fileName().replace(QLatin1Char('&'), QStringLiteral("&&")));
         action->setToolTip(QDir::toNativeSeparators(path));
         action->setStatusTip(QDir::toNativeSeparators(path));
         connect(action, &QAction::triggered, controller, [controller, path] { controller->openDocument(path); });
@@ -155,7 +190,7 @@ void WindowActions::fillRecentMenu()
     if (paths.isEmpty())
         recentMenu_->addAction(QStringLiteral("Keine Dokumente"))->setEnabled(false);
     recentMenu_->addSeparator();
-    QAction* clear = recentMenu_->addAction(QStringLiteral("Liste leeren"));
+    QAction* clear = recentMenu_->addAction(QStringLiteral("Liste &leeren"));
     clear->setEnabled(!paths.isEmpty());
     connect(clear, &QAction::triggered, controller, &DocumentController::clearRecentDocuments);
 }

@@ -1,9 +1,13 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+
+#include <functional>
 
 class QAction;
 class QMenu;
+class QWidget;
 
 namespace saldo::gui {
 
@@ -11,12 +15,15 @@ class DocumentWindow;
 class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
-// files, close, save, export and load an entry list, export a spreadsheet
-// table, PDF, print preview, print, quit), "Bearbeiten" (undo and redo with
-// the action's name, new entry, duplicate, delete, the program's preferences
-// window) and "Eintrag" (split bookings, recurring entries). It routes each
-// action to the document controller, the document or the entry list; without
-// a document controller (tests) the application-wide actions are disabled.
+// files, close, save, save under another name, export and load an entry
+// list, export a spreadsheet table, PDF, print preview, print, quit),
+// "Bearbeiten" (undo and redo with the action's name, new entry, duplicate,
+// delete, the program's preferences window), "Eintrag" (split bookings,
+// recurring entries) and "Hilfe" (the shortcuts, about Saldo). Every menu and
+// item has a mnemonic. It routes each action to the document controller, the
+// document or the entry list; without a document controller (tests) the
+// application-wide actions are disabled. The help windows are not modal;
+// asking again brings the open one forward.
 class WindowActions : public QObject {
     Q_OBJECT
 public:
@@ -27,6 +34,7 @@ public:
     QMenu* recentMenu() const { return recentMenu_; }
     QAction* closeAction() const { return close_; }
     QAction* saveAction() const { return save_; }
+    QAction* saveAsAction() const { return saveAs_; }
     QAction* exportEntriesAction() const { return exportEntries_; }
     QAction* importEntriesAction() const { return importEntries_; }
     QAction* exportTableAction() const { return exportTable_; }
@@ -42,17 +50,23 @@ public:
     QAction* splitBookingAction() const { return splitBooking_; }
     QAction* serialTransactionAction() const { return serialTransaction_; }
     QAction* preferencesAction() const { return preferences_; }
+    QAction* shortcutsAction() const { return shortcuts_; }
+    QAction* aboutAction() const { return about_; }
 
     // Refills "Zuletzt geoeffnet" from the document controller's list.
     void fillRecentMenu();
 
 private:
+    // Shows the window, made first unless it is open already.
+    void showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make);
+
     DocumentWindow& window_;
     QAction* newDocument_ = nullptr;
     QAction* open_ = nullptr;
     QMenu* recentMenu_ = nullptr;
     QAction* close_ = nullptr;
     QAction* save_ = nullptr;
+    QAction* saveAs_ = nullptr;
     EntryListExchange* exchange_ = nullptr;
     QAction* exportEntries_ = nullptr;
     QAction* importEntries_ = nullptr;
@@ -69,6 +83,10 @@ private:
     QAction* splitBooking_ = nullptr;
     QAction* serialTransaction_ = nullptr;
     QAction* preferences_ = nullptr;
+    QAction* shortcuts_ = nullptr;
+    QAction* about_ = nullptr;
+    QPointer<QWidget> aboutWindow_;
+    QPointer<QWidget> shortcutsWindow_;
 };
 
 }  // namespace saldo::gui

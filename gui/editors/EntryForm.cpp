@@ -139,10 +139,10 @@ void EntryForm::buildLayout()
     ++row;
     grid->addWidget(label(QStringLiteral("Leistungsart"), leistungsart_), row, 0);
     grid->addWidget(leistungsart_, row, 1);
-    grid->addWidget(label(QStringLiteral("&Art"), art_), row, 2);
+    grid->addWidget(label(QStringLiteral("A&rt"), art_), row, 2);
     grid->addWidget(art_, row, 3);
     ++row;
-    grid->addWidget(label(QStringLiteral("&Brutto"), brutto_), row, 0);
+    grid->addWidget(label(QStringLiteral("Br&utto"), brutto_), row, 0);
     grid->addWidget(brutto_, row, 1);
     grid->addWidget(label(QStringLiteral("Netto"), netto_), row, 2);
     grid->addWidget(netto_, row, 3);

@@ -5,8 +5,8 @@
 namespace saldo::gui {
 
 // The date cells of the entry table: shown as "dd.MM.yyyy HH:mm", edited in a
-// date-and-time field with a calendar pop-up. The new date and time go to the
-// model only when the user changed them.
+// date-and-time field with a calendar pop-up, as wide as the whole date and
+// time need. The new date and time go to the model only when the user changed them.
 class DateDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -17,6 +17,8 @@ public:
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    void updateEditorGeometry(
+        QWidget* editor, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
 } // namespace saldo::gui

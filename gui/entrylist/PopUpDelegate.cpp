@@ -1,5 +1,6 @@
 #include "entrylist/PopUpDelegate.h"
 
+#include "entrylist/CellEditorPalette.h"
 #include "entrylist/EntryTableModel.h"
 
 #include <QApplication>
@@ -68,6 +69,7 @@ QWidget* PopUpDelegate::createEditor(
         return nullptr;
     auto* combo = new QComboBox(parent);
     combo->setFont(option.font);
+    CellEditorPalette::apply(combo, option);
     combo->addItems(items.toStringList());
     combo->setMaxVisibleItems(24);
     auto* self = const_cast<PopUpDelegate*>(this);

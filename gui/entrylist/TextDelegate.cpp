@@ -1,5 +1,7 @@
 #include "entrylist/TextDelegate.h"
 
+#include "entrylist/CellEditorPalette.h"
+
 #include <QLineEdit>
 
 namespace saldo::gui {
@@ -12,6 +14,7 @@ QWidget* TextDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     if (alignment.isValid())
         editor->setAlignment(alignment.value<Qt::Alignment>());
     editor->setFont(option.font);
+    CellEditorPalette::apply(editor, option);
     return editor;
 }
 

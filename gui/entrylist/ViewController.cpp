@@ -26,6 +26,18 @@
 
 namespace saldo::gui {
 
+namespace {
+
+// A ledger's names are mostly a client or a supplier with a word or two
+// ("Gestaltung Kanzlei Weiss & Partner", "Schriftenlizenz Type Foundry Inc."):
+// the name column has room for that beside the status image.
+int nameColumnWidth(const QFontMetrics& metrics)
+{
+    return metrics.horizontalAdvance(QStringLiteral("Gestaltung Kanzlei Weiss & Partner")) + 40;
+}
+
+} // namespace
+
 class ViewController::Private {
 public:
     Private(ViewController* owner, Document& doc, UserDefaults& d)
@@ -42,6 +54,7 @@ public:
     QTableView* table = nullptr;
     SearchFieldController* search = nullptr;
     SelectionSummaryView* summary = nullptr;
+    QSplitter* splitter = nullptr;
     EinnahmePtr selectedEinnahme;
     NotificationCenter::Token observer = 0;
 
@@ -102,7 +115,7 @@ ViewController::ViewController(Document& document, UserDefaults& defaults, QWidg
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
     layout->addWidget(d_->search->searchField());
-    auto* splitter = new QSplitter(Qt::Vertical, this);
+    auto* splitter = d_->splitter = new QSplitter(Qt::Vertical, this);
     splitter->setObjectName(QStringLiteral("entryListSplitter"));
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(d_->table);
@@ -142,6 +155,7 @@ void ViewController::Private::setUpTable()
     // Header clicks sort; the list starts in its own order, without indicator.
     table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     table->setSortingEnabled(true);
+    table->horizontalHeader()->resizeSection(EntryColumn::Name, nameColumnWidth(table->fontMetrics()));
     table->setSelectionMode(QAbstractItemView::ExtendedSelection);
 
     // The table's background is the standard blue; the rows are light over it.
@@ -194,6 +208,11 @@ SearchFieldController* ViewController::searchFieldController() const
 SelectionSummaryView* ViewController::selectedEntriesView() const
 {
     return d_->summary;
+}
+
+QSplitter* ViewController::tableSplitter() const
+{
+    return d_->splitter;
 }
 
 // --- selection ---------------------------------------------------------------
@@ -426,8 +445,8 @@ void ViewController::Private::contextMenu(const QPoint& position)
         return;
     const int row = index.row();
     QMenu menu(table);
-    QAction* duplicate = menu.addAction(QStringLiteral("Duplizieren"));
-    QAction* remove = menu.addAction(QStringLiteral("Loeschen"));
+    QAction* duplicate = menu.addAction(QStringLiteral("&Duplizieren"));
+    QAction* remove = menu.addAction(QStringLiteral("&Loeschen"));
     QAction* chosen = menu.exec(table->viewport()->mapToGlobal(position));
     if (chosen == duplicate)
         q->duplicateRow(row);

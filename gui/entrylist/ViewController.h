@@ -11,6 +11,7 @@
 
 class QTableView;
 class QModelIndex;
+class QSplitter;
 
 namespace saldo::gui {
 
@@ -46,6 +47,8 @@ public:
     QTableView* tableView() const;
     SearchFieldController* searchFieldController() const;
     SelectionSummaryView* selectedEntriesView() const;
+    // The splitter between the table and the selection summary.
+    QSplitter* tableSplitter() const;
 
     // Reloads the table; when the window is about to appear, selects row 0.
     void viewWillAppear();

@@ -1,8 +1,8 @@
 #include "platform/Dialogs.h"
 
 #include "platform/DeleteConfirmation.h"
+#include "platform/FileDialog.h"
 
-#include <QFileDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -39,9 +39,9 @@ bool Dialogs::confirm(QWidget* parent, const QString& text, const QString& infor
 Dialogs::SaveChoice Dialogs::askSaveChanges(QWidget* parent, const QString& documentName)
 {
     QMessageBox box(QMessageBox::Warning, QString(),
-        QStringLiteral("Sollen die Änderungen am Dokument „%1“ gesichert werden?").arg(documentName),
+        QStringLiteral("Sollen die Aenderungen am Dokument „%1“ gesichert werden?").arg(documentName),
         QMessageBox::NoButton, parent);
-    box.setInformativeText(QStringLiteral("Ohne Sichern gehen die Änderungen verloren."));
+    box.setInformativeText(QStringLiteral("Ohne Sichern gehen die Aenderungen verloren."));
     QPushButton* save = box.addButton(QStringLiteral("Sichern…"), QMessageBox::AcceptRole);
     QPushButton* discard = box.addButton(QStringLiteral("Nicht sichern"), QMessageBox::DestructiveRole);
     QPushButton* cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
@@ -58,11 +58,11 @@ Dialogs::SaveChoice Dialogs::askSaveChanges(QWidget* parent, const QString& docu
 Dialogs::FileChangedChoice Dialogs::askFileChanged(QWidget* parent, const QString& documentName)
 {
     QMessageBox box(QMessageBox::Warning, QString(),
-        QStringLiteral("Die Datei des Dokuments „%1“ wurde von einem anderen Programm geändert.").arg(documentName),
+        QStringLiteral("Die Datei des Dokuments „%1“ wurde von einem anderen Programm geaendert.").arg(documentName),
         QMessageBox::NoButton, parent);
-    box.setInformativeText(QStringLiteral("Ueberschreiben sichert die Einträge aus diesem Fenster über die "
-                                          "geänderte Datei. Neu laden zeigt die Datei, wie sie jetzt ist, und "
-                                          "verwirft die Änderungen in diesem Fenster. Abbrechen sichert nichts."));
+    box.setInformativeText(QStringLiteral("Ueberschreiben sichert die Eintraege aus diesem Fenster ueber die "
+                                          "geaenderte Datei. Neu laden zeigt die Datei, wie sie jetzt ist, und "
+                                          "verwirft die Aenderungen in diesem Fenster. Abbrechen sichert nichts."));
     QPushButton* overwrite = box.addButton(QStringLiteral("Ueberschreiben"), QMessageBox::AcceptRole);
     QPushButton* reload = box.addButton(QStringLiteral("Neu laden"), QMessageBox::DestructiveRole);
     QPushButton* cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
@@ -88,22 +88,24 @@ bool Dialogs::askRestoreDocument(QWidget* parent, const QString& text, const QSt
     return box.clickedButton() == restore;
 }
 
-QString Dialogs::getOpenFileName(QWidget* parent, const QString& caption, const QString& filter)
+QString Dialogs::getOpenFileName(
+    QWidget* parent, const QString& caption, const QString& filter, const QString& directory)
 {
-    return QFileDialog::getOpenFileName(parent, caption, QString(), filter);
+    const auto dialog = FileDialog::create(parent, caption, directory, filter, QFileDialog::AcceptOpen);
+    return FileDialog::run(*dialog);
 }
 
 QString Dialogs::getSaveFileName(
     QWidget* parent, const QString& caption, const QString& suggestedPath, const QString& filter)
 {
-    return QFileDialog::getSaveFileName(parent, caption, suggestedPath, filter);
+    const auto dialog = FileDialog::create(parent, caption, suggestedPath, filter, QFileDialog::AcceptSave);
+    return FileDialog::run(*dialog);
 }
 
 void Dialogs::beginSaveFileName(
     QWidget* parent, const QString& caption, const QString& directory, const QString& filter, SaveCompletion completion)
 {
-    auto* panel = new QFileDialog(parent, caption, directory, filter);
-    panel->setAcceptMode(QFileDialog::AcceptSave);
+    QFileDialog* panel = FileDialog::create(parent, caption, directory, filter, QFileDialog::AcceptSave).release();
     panel->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(panel, &QFileDialog::finished, panel, [panel, completion = std::move(completion)](int result) {
         const QStringList chosen = panel->selectedFiles();

@@ -42,8 +42,9 @@ public:
     // dismissed otherwise.
     virtual bool askRestoreDocument(QWidget* parent, const QString& text, const QString& informativeText);
 
-    // An open panel; an empty string when cancelled.
-    virtual QString getOpenFileName(QWidget* parent, const QString& caption, const QString& filter);
+    // An open panel starting in `directory`; an empty string when cancelled.
+    virtual QString getOpenFileName(
+        QWidget* parent, const QString& caption, const QString& filter, const QString& directory = QString());
 
     // A save panel proposing `suggestedPath`; an empty string when cancelled.
     virtual QString getSaveFileName(

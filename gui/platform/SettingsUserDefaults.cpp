@@ -39,11 +39,16 @@ bool looksLikeSettingsText(const QByteArray& bytes)
     }
     return true;
 }
+
+std::unique_ptr<QSettings> programSettings()
+{
+    return std::make_unique<QSettings>(
+        QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Saldo"), QStringLiteral("Saldo"));
+}
 } // namespace
 
 SettingsUserDefaults::SettingsUserDefaults()
-    : settings_(std::make_unique<QSettings>(
-        QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Saldo"), QStringLiteral("Saldo")))
+    : settings_(programSettings())
 {
     checkReadable();
 }
@@ -52,6 +57,11 @@ SettingsUserDefaults::SettingsUserDefaults(const QString& iniFilePath)
     : settings_(std::make_unique<QSettings>(iniFilePath, QSettings::IniFormat))
 {
     checkReadable();
+}
+
+QString SettingsUserDefaults::programFileName()
+{
+    return programSettings()->fileName();
 }
 
 void SettingsUserDefaults::checkReadable()

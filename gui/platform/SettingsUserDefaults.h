@@ -23,6 +23,9 @@ public:
     // Settings in the given file (tests).
     explicit SettingsUserDefaults(const QString& iniFilePath);
 
+    // Where the program's own settings are kept on this machine.
+    static QString programFileName();
+
     bool hasValue(const std::string& key) const override;
     std::optional<std::vector<std::string>> stringArray(const std::string& key) const override;
     void setStringArray(const std::string& key, const std::vector<std::string>& value) override;

@@ -3,12 +3,14 @@
 // income and of an expense, the delete confirmation, the file menu after a
 // list that could not be loaded, the split-booking editor, the
 // recurring-entries sheet, the preferences window and the summary panel over
-// the income limit. Nothing is saved: the ledger is read into an untitled
-// document, and the preferences write into memory.
+// the income limit, the Hilfe menu with the shortcut list, and the German open
+// panel and save question. Nothing is saved: the ledger is read into an
+// untitled document, and the preferences write into memory.
 //   saldo-screenshots OUTDIR LEDGER
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
+#include "app/ShortcutsDialog.h"
 #include "app/SplitViewController.h"
 #include "app/WindowActions.h"
 #include "editors/DetailViewController.h"
@@ -23,6 +25,8 @@
 #include "model/Kategorien.h"
 #include "platform/DeleteConfirmation.h"
 #include "platform/Dialogs.h"
+#include "platform/FileDialog.h"
+#include "platform/GermanTranslations.h"
 #include "platform/UserDefaults.h"
 #include "settings/PreferencesViewController.h"
 
@@ -32,6 +36,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QMenu>
@@ -40,6 +45,7 @@
 #include <QPainter>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <cstdio>
 #include <functional>
@@ -83,6 +89,7 @@ struct Scene {
     DocumentWindow* window;
     ViewController* list;
     const QDir& target;
+    QString ledgerPath;
 };
 
 bool searchMenuAndFilteredTable(const Scene& s)
@@ -139,7 +146,8 @@ bool detailPanels(const Scene& s)
     panel.resize(620, 330);
     panel.show();
     bool ok = true;
-    for (auto [entry, file] : { std::pair { income, "detail-income.png" }, std::pair { expense, "detail-expense.png" } }) {
+    for (auto [entry, file] :
+        { std::pair { income, "detail-income.png" }, std::pair { expense, "detail-expense.png" } }) {
         panel.showEntry(entry);
         settle();
         ok = save(panel.grab(), s.target, QLatin1String(file)) && ok;
@@ -149,7 +157,8 @@ bool detailPanels(const Scene& s)
 
 bool deleteConfirmation(const Scene& s)
 {
-    auto [box, okButton] = DeleteConfirmation::create(nullptr, QString::fromStdString(EntryLists::deleteConfirmationText(3)));
+    auto [box, okButton]
+        = DeleteConfirmation::create(nullptr, QString::fromStdString(EntryLists::deleteConfirmationText(3)));
     box->show();
     box->adjustSize();
     settle();
@@ -165,7 +174,7 @@ public:
         Dialogs::setInstance(this);
     }
     ~ChosenFile() override { Dialogs::setInstance(nullptr); }
-    QString getOpenFileName(QWidget*, const QString&, const QString&) override { return path_; }
+    QString getOpenFileName(QWidget*, const QString&, const QString&, const QString&) override { return path_; }
 
 private:
     QString path_;
@@ -266,6 +275,62 @@ bool preferencesAndLimitWarning(const Scene& s)
     return ok;
 }
 
+// The Hilfe menu open over the window, and the shortcut list it opens.
+bool helpMenuAndShortcuts(const Scene& s)
+{
+    QMenu* hilfe = nullptr;
+    QAction* entry = nullptr;
+    for (QAction* action : s.window->menuBar()->actions())
+        if (action->menu() && action->text() == QStringLiteral("&Hilfe"))
+            entry = action, hilfe = action->menu();
+    if (!hilfe)
+        return false;
+    s.window->menuBar()->setActiveAction(entry);
+    settle();
+    // The menu bar and the menu, with the window's top left below them.
+    QPixmap picture = s.window->grab(QRect(0, 0, 720, 300));
+    {
+        QPainter painter(&picture);
+        painter.drawPixmap(hilfe->pos() - s.window->mapToGlobal(QPoint(0, 0)), hilfe->grab());
+    }
+    hilfe->close();
+    bool ok = save(picture, s.target, QStringLiteral("help-menu.png"));
+
+    s.window->actions()->shortcutsAction()->trigger();
+    settle();
+    if (auto* shortcuts = s.window->findChild<ShortcutsDialog*>()) {
+        ok = save(shortcuts->grab(), s.target, QStringLiteral("shortcuts.png")) && ok;
+        shortcuts->close();
+    }
+    return ok;
+}
+
+// Qt's own dialogs in German: the open panel in the ledger's folder, and the
+// question before an untitled ledger with changes closes.
+bool germanDialogs(const Scene& s)
+{
+    const auto open = FileDialog::create(s.window, QStringLiteral("Oeffnen"), s.ledgerPath,
+        QStringLiteral("Saldo-Dokumente (*.saldo);;Alle Dateien (*)"), QFileDialog::AcceptOpen);
+    open->setOption(QFileDialog::DontUseNativeDialog);
+    open->show();
+    settle();
+    bool ok = save(open->grab(), s.target, QStringLiteral("open-dialog.png"));
+    open->close();
+
+    // The question is modal: it is photographed from inside its own loop.
+    bool asked = false;
+    QTimer::singleShot(400, s.window, [&] {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (auto* box = qobject_cast<QMessageBox*>(top); box && box->isVisible()) {
+                asked = save(box->grab(), s.target, QStringLiteral("save-question.png"));
+                box->reject();
+            }
+        }
+    });
+    Dialogs::instance().askSaveChanges(s.window, s.document.displayName());
+    return ok && asked;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -273,6 +338,7 @@ int main(int argc, char** argv)
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     Q_INIT_RESOURCE(saldo);
     QApplication app(argc, argv);
+    GermanTranslations::install(app);
     if (argc != 3) {
         std::fprintf(stderr, "usage: saldo-screenshots OUTDIR LEDGER\n");
         return 2;
@@ -291,12 +357,14 @@ int main(int argc, char** argv)
     document.showWindows();
     DocumentWindow* window = document.windowController();
     settle();
-    const Scene scene { document, window, window->splitViewController()->viewController(), target };
+    const Scene scene { document, window, window->splitViewController()->viewController(), target,
+        QFileInfo(file.fileName()).absoluteFilePath() };
 
     bool ok = true;
     for (const auto& render :
         { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad,
-            splitBookingEditor, serialTransactionSheet, preferencesAndLimitWarning })
+            splitBookingEditor, serialTransactionSheet, preferencesAndLimitWarning, helpMenuAndShortcuts,
+            germanDialogs })
         ok = render(scene) && ok;
     return ok ? 0 : 1;
 }

@@ -3,12 +3,14 @@
 #include "app/DocumentController.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
+#include "app/WindowActions.h"
 #include "entrylist/ViewController.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
 #include "model/Kategorien.h"
 #include "platform/UserDefaults.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -99,10 +101,10 @@ TEST_F(DocumentControllerTest, UnreadableAndHostileFilesAreRefusedOneByOneAndThe
         EXPECT_EQ(controller.openDocument(path), nullptr) << path.toStdString();
         ASSERT_EQ(dialogs.errors.size(), errorsBefore + 1) << path.toStdString();
         EXPECT_TRUE(dialogs.errors.back().startsWith(
-            QStringLiteral("Das Dokument „%1“ konnte nicht geöffnet werden.").arg(QFileInfo(path).fileName())));
+            QStringLiteral("Das Dokument „%1“ konnte nicht geoeffnet werden.").arg(QFileInfo(path).fileName())));
     }
     EXPECT_EQ(dialogs.errors[0],
-        QStringLiteral("Das Dokument „Kaputt.saldo“ konnte nicht geöffnet werden.\n"
+        QStringLiteral("Das Dokument „Kaputt.saldo“ konnte nicht geoeffnet werden.\n"
                        "Die Datei ist keine lesbare Saldo-Datei."));
     EXPECT_TRUE(controller.documents().empty());
     EXPECT_EQ(QApplication::topLevelWidgets().size(), windowsBefore);
@@ -134,6 +136,29 @@ TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCateg
 
     controller.clearRecentDocuments();
     EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
+}
+
+// A ledger saved under a name joins the recent list like an opened one, and
+// the panels start in the folder of the newest.
+TEST_F(DocumentControllerTest, LedgersSavedUnderANameAreRecentAndThePanelsStartBesideThem)
+{
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("neu")));
+    const QString untitled = QFileInfo(dir.path()).canonicalFilePath() + QStringLiteral("/neu/Erstes.saldo");
+    Document* fresh = controller.newDocument();
+    dialogs.saveFileNames = { untitled };
+    ASSERT_TRUE(fresh->saveDocument());
+    EXPECT_EQ(controller.recentDocumentPaths(), QStringList { untitled });
+
+    Document* opened = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
+    const QString copy = QFileInfo(dir.path()).canonicalFilePath() + QStringLiteral("/neu/Kopie.saldo");
+    dialogs.saveFileNames = { copy };
+    ASSERT_TRUE(opened->windowController()->actions()->saveAsAction()->isEnabled());
+    opened->windowController()->actions()->saveAsAction()->trigger();
+    EXPECT_EQ(opened->filePath(), copy);
+    EXPECT_EQ(controller.recentDocumentPaths().front(), copy);
+
+    controller.openDocumentWithDialog(nullptr);
+    EXPECT_EQ(dialogs.openDirectories, QStringList { QFileInfo(copy).absolutePath() });
 }
 
 TEST_F(DocumentControllerTest, NewDocumentsGetTheControllersAutosaveDelay)

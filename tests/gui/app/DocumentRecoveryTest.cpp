@@ -135,7 +135,7 @@ TEST_F(DocumentRecoveryTest, TheNextStartOffersEachCopyLeftByACrash)
     // One restored window and no extra new document; the discarded copy is gone.
     ASSERT_EQ(controller.documents().size(), 1u);
     Document* restored = controller.documents().front();
-    const bool keptFirst = dialogs.asked[0].contains(QStringLiteral("4 Einträge"));
+    const bool keptFirst = dialogs.asked[0].contains(QStringLiteral("4 Eintraege"));
     const QString restoredCopy = keptFirst ? kept : dropped;
     const QString discardedCopy = keptFirst ? dropped : kept;
     EXPECT_TRUE(restored->isUntitled());

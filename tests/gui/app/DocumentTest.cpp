@@ -110,11 +110,11 @@ TEST_F(DocumentTest, TheEditMenuRunsTheVerbsAndNamesTheStepToUndo)
     EXPECT_FALSE(actions->undoAction()->isEnabled());
     actions->addEntryAction()->trigger();
     ASSERT_EQ(document->backupEinnahmen().size(), 4u);
-    EXPECT_EQ(actions->undoAction()->text(), QStringLiteral("Widerrufen Neuer Eintrag"));
+    EXPECT_EQ(actions->undoAction()->text(), QStringLiteral("&Widerrufen Neuer Eintrag"));
     actions->duplicateAction()->trigger();
     EXPECT_EQ(document->backupEinnahmen().back()->name(), "Neu Kopie");
     actions->undoAction()->trigger();
-    EXPECT_EQ(actions->redoAction()->text(), QStringLiteral("Wiederholen Duplizieren"));
+    EXPECT_EQ(actions->redoAction()->text(), QStringLiteral("Wieder&holen Duplizieren"));
     EXPECT_EQ(document->backupEinnahmen().size(), 4u);
 
     // Without a document controller the program-wide actions are off.

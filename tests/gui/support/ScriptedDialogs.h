@@ -33,6 +33,7 @@ public:
     QStringList errors; // "text\ninformative text" of every error shown
     QStringList informations;
     int printPageCount = -1; // the pages the last print dialog offered
+    QStringList openDirectories; // where each open panel started
 
     bool confirmDelete(QWidget*, const QString& text) override { return next(confirmAnswers, text, false); }
     bool confirm(QWidget*, const QString& text, const QString&, const QString&, const QString&) override
@@ -51,8 +52,9 @@ public:
     {
         return next(restoreAnswers, text, true);
     }
-    QString getOpenFileName(QWidget*, const QString& caption, const QString&) override
+    QString getOpenFileName(QWidget*, const QString& caption, const QString&, const QString& directory) override
     {
+        openDirectories << directory;
         return next(openFileNames, caption, QString());
     }
     QString getSaveFileName(QWidget*, const QString& caption, const QString&, const QString&) override
