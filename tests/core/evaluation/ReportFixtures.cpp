@@ -39,7 +39,6 @@ double parseDouble(const std::string& text)
 
 } // namespace
 
-
 EinnahmeList readEntriesTsv(const std::string& path)
 {
     EinnahmeList entries;
@@ -66,24 +65,6 @@ EinnahmeList readEntriesTsv(const std::string& path)
         entries.push_back(Einnahme::restore(std::move(s)));
     }
     return entries;
-}
-
-::testing::AssertionResult sameText(const std::string& expected, const std::string& actual)
-{
-    if (expected == actual)
-        return ::testing::AssertionSuccess();
-    std::istringstream e(expected), a(actual);
-    std::string le, la;
-    for (int number = 1;; ++number) {
-        const bool moreE = static_cast<bool>(std::getline(e, le));
-        const bool moreA = static_cast<bool>(std::getline(a, la));
-        if (!moreE && !moreA)
-            return ::testing::AssertionFailure() << "texts differ only in their final line feed";
-        if (!moreE || !moreA || le != la)
-            return ::testing::AssertionFailure()
-                << "first difference in line " << number << "\n expected: \"" << (moreE ? le : "<end>")
-                << "\"\n   actual: \"" << (moreA ? la : "<end>") << "\"";
-    }
 }
 
 ScopedTimeZone::ScopedTimeZone(const char* tz)

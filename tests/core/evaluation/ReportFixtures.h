@@ -9,15 +9,11 @@
 
 namespace saldo::testing {
 
-
 // The entries of a ledger written by tests/data/report/reference_report.py as
 // tab-separated lines (art, kategorie, brutto, steuersatz, datum, both flags,
 // number of split bookings). The split bookings get large amounts so that any
 // step that visits them changes the report.
 EinnahmeList readEntriesTsv(const std::string& path);
-
-// Equal texts, or the first line where they differ with both versions.
-::testing::AssertionResult sameText(const std::string& expected, const std::string& actual);
 
 // Sets TZ for the lifetime of the object and restores the previous value.
 class ScopedTimeZone {

@@ -1,4 +1,5 @@
-// Round trips through our own writer and reader, and the whole-file helpers.
+// Round trips through our own writer and reader and through Python's
+// plistlib, and the whole-file helpers.
 #include "model/LedgerFile.h"
 
 #include "model/BinaryPropertyListReader.h"
@@ -10,6 +11,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -171,6 +173,43 @@ TEST_F(LedgerFileWriteTest, EntriesThatCannotBeEncodedLeaveTheFileAloneAndErrors
     std::ofstream(text) << "kein Ledger";
     EXPECT_EQ(errorOf([&] { LedgerFile::read(text.string()); }), text.string() + ": not a property list");
     EXPECT_NE(errorOf([&] { LedgerFile::read(dir.string()); }), "");
+}
+
+// plistlib loads what we write and dumps it again, binary and XML; both read
+// back as the entries we wrote. A misreading of the format that our writer
+// and reader share shows up here.
+TEST_F(LedgerFileWriteTest, WhatPlistlibMakesOfOurFileReadsBackToTheLastBit)
+{
+    if (std::system("python3 -c 'import plistlib' 2>/dev/null") != 0)
+        GTEST_SKIP() << "python3 with plistlib is not installed";
+    // Texts in both encodings, extreme floats, both flags, dates before the
+    // reference date (whole seconds: plistlib's XML has no fractions), three
+    // levels of split bookings and enough entries for two-byte references.
+    Einnahme::Stored s = entry("Gebühr für Überweisung 😀 & <mehr>", 0.1f, 19.0f, 730'000'000.0)->stored();
+    s.isNonEU = true;
+    s.rechnungsnummer = std::string(40, '7');
+    s.childTransactions = { entry("Kind", -0.0f, std::numeric_limits<float>::denorm_min(), -86'400.0) };
+    const auto child = Einnahme::restore(s);
+    s.art = kArtEinnahme;
+    s.isNonEU = false;
+    s.innergemeinschaftlicherErwerb = true;
+    s.childTransactions = { child, Einnahme::restore(s) };
+    EinnahmeList entries = { entry("Oben", std::numeric_limits<float>::max(), 7.0f, 0.0) };
+    entries[0]->setChildTransactions(s.childTransactions);
+    for (int i = 0; i < 300; ++i)
+        entries.push_back(Einnahme::restore(child->stored()));
+
+    const fs::path ours = dir / "ours.saldo", script = dir / "script.py";
+    LedgerFile::write(ours.string(), entries);
+    std::ofstream(script) << "import plistlib, sys\n"
+                             "entries = plistlib.load(open(sys.argv[1], 'rb'))\n"
+                             "open(sys.argv[2], 'wb').write(plistlib.dumps(entries, fmt=plistlib.FMT_BINARY))\n"
+                             "open(sys.argv[3], 'wb').write(plistlib.dumps(entries, fmt=plistlib.FMT_XML))\n";
+    const auto run = testing::runCommand("python3 " + script.string() + " " + ours.string() + " "
+        + (dir / "theirs.plist").string() + " " + (dir / "theirs.xml").string() + " 2>&1");
+    ASSERT_EQ(run.status, 0) << run.out;
+    expectSameLists(entries, LedgerFile::read((dir / "theirs.plist").string()));
+    expectSameLists(entries, LedgerFile::read((dir / "theirs.xml").string()));
 }
 
 } // namespace

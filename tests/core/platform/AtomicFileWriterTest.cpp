@@ -4,6 +4,7 @@
 #include "platform/AtomicFileWriter.h"
 
 #include "core/support/TestSupport.h"
+#include "core/support/Unprivileged.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,6 @@
 #include <fstream>
 #include <functional>
 #include <optional>
-#include <sys/fsuid.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -57,37 +57,6 @@ mode_t modeOf(const fs::path& path, bool followLinks = true)
     return info.st_mode;
 }
 
-// The superuser is bound by permissions only through its file-system
-// identity: while this lives, files are checked and made as "nobody", to whom
-// the folder and its files are handed first. Unprivileged runs need nothing.
-class AsNobody {
-public:
-    explicit AsNobody(const fs::path& folder)
-    {
-        if (::geteuid() != 0)
-            return;
-        for (const auto& item : fs::recursive_directory_iterator(folder))
-            EXPECT_EQ(::lchown(item.path().c_str(), kNobody, kNobody), 0);
-        EXPECT_EQ(::chown(folder.c_str(), kNobody, kNobody), 0);
-        ::setfsgid(kNobody);
-        ::setfsuid(kNobody);
-        active_ = true;
-    }
-    ~AsNobody()
-    {
-        if (active_) {
-            ::setfsuid(0);
-            ::setfsgid(0);
-        }
-    }
-    AsNobody(const AsNobody&) = delete;
-    AsNobody& operator=(const AsNobody&) = delete;
-    static constexpr uid_t kNobody = 65534;
-
-private:
-    bool active_ = false;
-};
-
 using AtomicFileWriterTest = testing::TempDirTest;
 
 TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLinks)
@@ -104,7 +73,7 @@ TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLink
     ASSERT_EQ(::chmod(file.c_str(), 0604), 0);
     const bool root = ::geteuid() == 0;
     if (root) {
-        ASSERT_EQ(::chown(file.c_str(), AsNobody::kNobody, AsNobody::kNobody), 0);
+        ASSERT_EQ(::chown(file.c_str(), testing::Unprivileged::kNobody, testing::Unprivileged::kNobody), 0);
     }
     EXPECT_EQ(failureOf(file, "zwei, laenger"), std::nullopt);
     EXPECT_EQ(readFile(file), "zwei, laenger");
@@ -112,7 +81,7 @@ TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLink
     ASSERT_EQ(::stat(file.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 07777, 0604u);
     if (root) {
-        EXPECT_EQ(info.st_uid, AsNobody::kNobody);
+        EXPECT_EQ(info.st_uid, testing::Unprivileged::kNobody);
     }
 
     // Links stay links: a chain of a relative and an absolute link, and a
@@ -154,33 +123,35 @@ struct Target {
     const char* name;
     std::function<fs::path(const fs::path& dir)> make;
     std::optional<Kind> failure;
+    const char* reason; // the message after "PATH: "
     mode_t typeAfter; // what the name is afterwards, links followed
 };
 
 TEST_F(AtomicFileWriterTest, NonRegularTargetsAreWrittenThroughOrRefusedButNeverReplaced)
 {
     const Target targets[] = {
-        { "null device", [](const fs::path& d) { return deviceNode(d, "null", 3); }, std::nullopt, S_IFCHR },
-        { "full device", [](const fs::path& d) { return deviceNode(d, "full", 7); }, Kind::WriteFailed, S_IFCHR },
+        { "null device", [](const fs::path& d) { return deviceNode(d, "null", 3); }, std::nullopt, "", S_IFCHR },
+        { "full device", [](const fs::path& d) { return deviceNode(d, "full", 7); }, Kind::WriteFailed,
+            "cannot write: No space left on device", S_IFCHR },
         { "pipe no program reads",
             [](const fs::path& d) {
                 EXPECT_EQ(::mkfifo((d / "leer").c_str(), 0600), 0);
                 return d / "leer";
             },
-            Kind::NotRegularFile, S_IFIFO },
+            Kind::NotRegularFile, "cannot write to the pipe: no program reads from it", S_IFIFO },
         { "directory",
             [](const fs::path& d) {
                 fs::create_directory(d / "Ordner");
                 return d / "Ordner";
             },
-            Kind::NotRegularFile, S_IFDIR },
+            Kind::NotRegularFile, "not a regular file: a directory", S_IFDIR },
         { "link to a directory",
             [](const fs::path& d) {
                 fs::create_directory(d / "Ziel");
                 fs::create_symlink(d / "Ziel", d / "zum-Ordner");
                 return d / "zum-Ordner";
             },
-            Kind::NotRegularFile, S_IFDIR },
+            Kind::NotRegularFile, "not a regular file: a directory", S_IFDIR },
     };
     for (const Target& target : targets) {
         SCOPED_TRACE(target.name);
@@ -191,7 +162,7 @@ TEST_F(AtomicFileWriterTest, NonRegularTargetsAreWrittenThroughOrRefusedButNever
         std::string message;
         EXPECT_EQ(failureOf(path, "Inhalt", &message), target.failure) << message;
         if (target.failure) {
-            EXPECT_EQ(message.rfind(path.string() + ": ", 0), 0u) << message;
+            EXPECT_EQ(message, path.string() + ": " + target.reason);
         }
         EXPECT_EQ(modeOf(path) & S_IFMT, target.typeAfter);
         EXPECT_EQ(fs::is_symlink(path), wasLink);
@@ -271,7 +242,7 @@ TEST_F(AtomicFileWriterTest, FailuresSayTheirKindAndLeaveTheOldFileWholeAndNoTem
         AtomicFileWriter::write(file.string(), old);
         std::string message;
         {
-            AsNobody nobody(dir);
+            testing::Unprivileged nobody(dir);
             const fs::path target = cause.apply(dir, file);
             EXPECT_EQ(failureOf(target, replacement, &message), cause.kind) << message;
             cause.remove(dir, file);
