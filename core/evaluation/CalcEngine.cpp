@@ -34,6 +34,19 @@ std::optional<float>& einnahmenLimit()
 
 void CalcEngine::calculate(EinnahmeList entries)
 {
+    run(std::move(entries), nullptr, einnahmenLimit());
+    if (limitWarning_)
+        playSound("Ping");
+}
+
+void CalcEngine::calculateSnapshot(EinnahmeList snapshot, const SnapshotGate& gate, std::optional<float> limit)
+{
+    run(std::move(snapshot), &gate, limit);
+}
+
+void CalcEngine::run(EinnahmeList entries, const SnapshotGate* gate, std::optional<float> limit)
+{
+    limit_ = limit;
     einnahmen_ = std::move(entries);
     ergebnisString_.clear();
     ergebnisStringRows_ = 0;
@@ -42,7 +55,7 @@ void CalcEngine::calculate(EinnahmeList entries)
         ergebnisStringAsArray_.clear();
         return;
     }
-    digest();
+    digest(gate);
     appendTotals();
     appendRate19();
     appendRate7();
@@ -54,14 +67,14 @@ void CalcEngine::calculate(EinnahmeList entries)
     appendMonths();
     appendQuarters();
     splitLines();
-    groups_.reset(); // it holds views of the entries' texts
+    runTexts_.clear();
 }
 
 // One pass over the entries in list order: each entry's net amount, kind and
 // rate class, the sums of the first seven blocks and the per-category sums.
 // Every sum is its own single-precision accumulator, so adding each entry to
 // all of its sums in one pass gives the same values as one pass per block.
-void CalcEngine::digest()
+void CalcEngine::digest(const SnapshotGate* gate)
 {
     const std::size_t count = einnahmen_.size();
     if (rows_.capacity() < count) {
@@ -78,6 +91,12 @@ void CalcEngine::digest()
         sums = Sums {};
     incomeByGroup_.clear();
     expenseByGroup_.clear();
+    runTexts_.clear();
+    // Under a gate, the entries are read in batches, each under its lock.
+    constexpr std::size_t kBatch = 4096;
+    std::unique_lock<std::mutex> batch;
+    if (gate)
+        batch = gate->lockBatch();
     // The entries and their category texts lie wherever the allocator put
     // them: fetch the entries well ahead, and their texts once the entries
     // are in the cache.
@@ -90,12 +109,16 @@ void CalcEngine::digest()
             __builtin_prefetch(ahead);
             __builtin_prefetch(reinterpret_cast<const char*>(ahead) + 64);
         }
-        if (i + kTextAhead < count) {
+        if (gate && i % kBatch == 0 && i != 0) {
+            batch.unlock();
+            batch.lock();
+        }
+        if (i + kTextAhead < count && !gate) {
             const Einnahme& ahead = *einnahmen_[i + kTextAhead];
             __builtin_prefetch(&ahead.kategorie());
             __builtin_prefetch(&ahead.art());
         }
-        const Einnahme& e = *einnahmen_[i];
+        const Einnahme& e = gate ? gate->values(*einnahmen_[i]) : *einnahmen_[i];
         Row& row = rows_[i];
         const float brutto = e.brutto();
         const float steuersatz = e.steuersatz();
@@ -127,6 +150,9 @@ void CalcEngine::digest()
             add(blockSums_[kNonEU]);
 
         const std::uint32_t group = groups_.add(e.kategorie(), income);
+        const CategoryGroups::Group& named = groups_.groups()[group];
+        if (named.first == i || named.firstIncome == i || named.firstExpense == i)
+            runTexts_.emplace(static_cast<std::uint32_t>(i), e.kategorie());
         if (group >= incomeByGroup_.size()) {
             incomeByGroup_.resize(group + 1);
             expenseByGroup_.resize(group + 1);
@@ -190,11 +216,8 @@ void CalcEngine::appendSeparatorLine()
 void CalcEngine::appendTotals()
 {
     const Sums& sums = blockSums_[kAll];
-    const std::optional<float>& limit = einnahmenLimit();
-    if (limit && sums.bruttoEinnahme > *limit) {
-        playSound("Ping");
-        limitWarning_ = LimitWarning { sums.bruttoEinnahme, *limit };
-    }
+    if (limit_ && sums.bruttoEinnahme > *limit_)
+        limitWarning_ = LimitWarning { sums.bruttoEinnahme, *limit_ };
     appendBlock(sums,
         { "Bruttoeinnahme:\t\t ", "Nettoeinnahme:\t\t ", "Steuerbetrag:\t\t\t ", "BruttoAusgabe:  \t\t ",
             "NettoAusgabe:  \t\t " },
@@ -265,7 +288,7 @@ void CalcEngine::appendNonEU()
 void CalcEngine::appendCategoryLine(const char* prefix, std::uint32_t entryIndex, float amount, const char* end)
 {
     ergebnisString_ += prefix;
-    ergebnisString_ += einnahmen_[entryIndex]->kategorie();
+    ergebnisString_ += runTexts_.at(entryIndex);
     ergebnisString_ += "):\t\t ";
     AmountFormat::append(ergebnisString_, amount);
     ergebnisString_ += end;

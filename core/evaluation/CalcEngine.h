@@ -3,10 +3,12 @@
 #include "evaluation/CategoryGroups.h"
 #include "evaluation/LimitWarning.h"
 #include "model/Einnahme.h"
+#include "model/SnapshotGate.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace saldo {
@@ -18,13 +20,18 @@ namespace saldo {
 class CalcEngine {
 public:
     void calculate(EinnahmeList entries);
+    // The same report, computed by a worker thread over a snapshot of a list
+    // while the main thread goes on (see SnapshotGate). It plays no sound:
+    // the caller plays "Ping" on the main thread when it has a limitWarning().
+    // The income limit is the one in force when the caller took the snapshot.
+    void calculateSnapshot(EinnahmeList snapshot, const SnapshotGate& gate, std::optional<float> limit);
 
     const EinnahmeList& einnahmen() const { return einnahmen_; }
     const std::string& ergebnisString() const { return ergebnisString_; }
     std::int64_t ergebnisStringRows() const { return ergebnisStringRows_; }
     const std::vector<std::string>& ergebnisStringAsArray() const { return ergebnisStringAsArray_; }
     // Set when the last calculate found the gross income over the income
-    // limit (the calculate that played "Ping"), so that a view can say so
+    // limit (a calculate plays "Ping" then), so that a view can say so
     // without evaluating the list a second time.
     const std::optional<LimitWarning>& limitWarning() const { return limitWarning_; }
 
@@ -66,7 +73,8 @@ private:
         const char* nettoAusgabe;
     };
 
-    void digest();
+    void run(EinnahmeList entries, const SnapshotGate* gate, std::optional<float> limit);
+    void digest(const SnapshotGate* gate);
     void appendTotals();
     void appendRate19();
     void appendRate7();
@@ -82,6 +90,7 @@ private:
     void tallyPeriods(double earliest, double latest);
     void appendBlock(const Sums& sums, const BlockLabels& labels, const char* lastEnd);
     void appendLine(const char* label, float amount, const char* end);
+    // The category text of the entry at `entryIndex`, one that starts a run or a kind of a run.
     void appendCategoryLine(const char* prefix, std::uint32_t entryIndex, float amount, const char* end);
     void appendPeriods(const PeriodTables tables[], const char* const names[], int periods);
     void splitLines();
@@ -91,11 +100,16 @@ private:
     std::int64_t ergebnisStringRows_ = 0;
     std::vector<std::string> ergebnisStringAsArray_;
     std::optional<LimitWarning> limitWarning_;
+    std::optional<float> limit_; // the income limit of the calculate under way
 
     // Working state of one calculate: the sums every step writes from, taken in
     // list order, one entry at a time (kept between calls only for its memory).
     std::vector<Row> rows_;
     CategoryGroups groups_;
+    // The category texts of the entries a category line names (the first of a
+    // run, of its income, of its expenses), by entry index: copied while the
+    // entries are read, so that the text is written from the values read.
+    std::unordered_map<std::uint32_t, std::string> runTexts_;
     Sums blockSums_[7];
     std::vector<GroupSums> incomeByGroup_, expenseByGroup_;
     PeriodTables months_[12];

@@ -53,6 +53,7 @@ void CategoryGroups::reset()
 {
     slots_.assign(256, Slot {});
     used_ = 0;
+    owned_.clear();
     byNfc_.clear();
     groups_.clear();
     count_ = 0;
@@ -69,7 +70,9 @@ std::uint32_t CategoryGroups::add(std::string_view kategorie, bool income)
         const Slot& slot = slots_[i];
         if (slot.group == kNone) {
             group = groupOfNewBytes(kategorie);
-            insert(hash, kategorie, group);
+            // The table keeps its own copy of each distinct byte string, so
+            // that it never refers to an entry's text after the entry was read.
+            insert(hash, owned_.emplace_back(kategorie), group);
             break;
         }
         if (slot.hash == hash && slot.bytes.size() == kategorie.size()

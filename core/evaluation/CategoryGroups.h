@@ -3,6 +3,7 @@
 #include "model/Einnahme.h"
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -31,7 +32,7 @@ public:
 
     const std::vector<Group>& groups() const { return groups_; }
 
-    // Forgets every entry added so far (the table holds views of their texts).
+    // Forgets every entry added so far.
     void reset();
 
 private:
@@ -45,6 +46,7 @@ private:
     void grow();
 
     std::vector<Slot> slots_; // open addressing over the raw bytes; size a power of two
+    std::deque<std::string> owned_; // the distinct byte strings the slots refer to
     std::size_t used_ = 0;
     std::unordered_map<std::string, std::uint32_t> byNfc_; // NFC form -> group
     std::vector<Group> groups_;

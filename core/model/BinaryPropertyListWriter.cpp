@@ -93,21 +93,25 @@ bool isAscii(std::string_view text)
 
 } // namespace
 
-BinaryPropertyListWriter::BinaryPropertyListWriter(std::uint64_t objectCount)
-    : objectCount_(objectCount)
+BinaryPropertyListWriter::BinaryPropertyListWriter(std::uint64_t objectCount, const SnapshotGate* gate)
+    : gate_(gate)
+    , objectCount_(objectCount)
     , refSize_(bytesFor(objectCount - 1))
 {
 }
 
-std::string BinaryPropertyListWriter::write(const EinnahmeList& entries)
+std::string BinaryPropertyListWriter::write(const EinnahmeList& entries, const SnapshotGate* gate)
 {
-    BinaryPropertyListWriter counter(1);
-    const std::uint64_t count = kFirstEntryObject + counter.countObjects(entries, 0) + 1;
+    std::unique_lock<std::mutex> batch;
+    if (gate)
+        batch = gate->lockBatch();
+    BinaryPropertyListWriter counter(1, gate);
+    const std::uint64_t count = kFirstEntryObject + counter.countObjects(entries, 0, &batch) + 1;
     // The table of shared values numbers objects in 32 bits: some 390 million
     // entries, far more than fit in memory.
     if (count >= UINT32_MAX)
         throw LedgerFileError("too many entries for one file");
-    BinaryPropertyListWriter writer(count);
+    BinaryPropertyListWriter writer(count, gate);
     writer.offsets_.reserve(static_cast<std::size_t>(count));
     writer.out_.reserve(static_cast<std::size_t>(count) * 20 + 64);
     writer.out_ = "bplist00";
@@ -131,17 +135,20 @@ std::string BinaryPropertyListWriter::write(const EinnahmeList& entries)
     std::array<ValueHashes, kRing> ring;
     const std::size_t n = entries.size();
     for (std::size_t i = 0; i < std::min(n, kAhead); ++i)
-        ring[i] = hashesOf(*entries[i]);
+        ring[i] = hashesOf(writer.at(*entries[i]));
     for (std::size_t i = 0; i < n; ++i) {
+        // An entry changed between batches was kept as it was when its
+        // hashes were taken: it is written with the values they came from.
+        writer.nextBatch(batch, i);
         if (i + kAhead < n) {
             ValueHashes& ahead = ring[(i + kAhead) % kRing];
-            ahead = hashesOf(*entries[i + kAhead]);
+            ahead = hashesOf(writer.at(*entries[i + kAhead]));
             writer.prefetchSlots(ahead);
         }
         if (i + kNear < n)
             writer.prefetchValues(ring[(i + kNear) % kRing]);
         writer.path_.setLast(i + 1);
-        top.push_back(writer.writeEntry(*entries[i], ring[i % kRing]));
+        top.push_back(writer.writeEntry(writer.at(*entries[i]), ring[i % kRing]));
     }
     writer.path_.pop();
     const std::uint64_t root = writer.writeArray(top);
@@ -149,19 +156,22 @@ std::string BinaryPropertyListWriter::write(const EinnahmeList& entries)
     return std::move(writer.out_);
 }
 
-std::uint64_t BinaryPropertyListWriter::countObjects(const EinnahmeList& entries, std::size_t depth)
+std::uint64_t BinaryPropertyListWriter::countObjects(
+    const EinnahmeList& entries, std::size_t depth, std::unique_lock<std::mutex>* batch)
 {
     std::uint64_t count = 0;
     path_.push(0);
     for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (batch)
+            nextBatch(*batch, i);
         path_.setLast(i + 1);
         if (!entries[i])
             throw LedgerFileError(path_.describe() + ": no entry");
-        const EinnahmeList& children = entries[i]->childTransactions();
+        const EinnahmeList& children = at(*entries[i]).childTransactions();
         if (!children.empty() && depth >= LedgerEntryPath::kMaxNesting)
             throw LedgerFileError(path_.describe() + ": split bookings nested deeper than "
                 + std::to_string(LedgerEntryPath::kMaxNesting) + " levels");
-        count += kObjectsPerEntry + countObjects(children, depth + 1);
+        count += kObjectsPerEntry + countObjects(children, depth + 1, nullptr);
     }
     path_.pop();
     return count;
@@ -208,7 +218,7 @@ std::uint64_t BinaryPropertyListWriter::writeEntry(const Einnahme& entry, const 
         for (std::size_t i = 0; i < entry.childTransactions().size(); ++i) {
             path_.setLast(i + 1);
             // Recursion may reallocate childRefs_, so index it afresh each time.
-            const Einnahme& child = *entry.childTransactions()[i];
+            const Einnahme& child = at(*entry.childTransactions()[i]);
             const std::uint64_t object = writeEntry(child, hashesOf(child));
             childRefs_[level].push_back(object);
         }

@@ -2,6 +2,7 @@
 
 #include "model/Einnahme.h"
 #include "model/LedgerEntryPath.h"
+#include "model/SnapshotGate.h"
 
 #include <cstdint>
 #include <string>
@@ -19,15 +20,30 @@ namespace saldo {
 // big-endian UTF-16; amounts and rates are 4-byte reals, dates 8-byte. Object
 // references and offsets take the fewest bytes that can hold them. Fails as a
 // whole with LedgerFileError (text that is not UTF-8, split bookings nested
-// deeper than the readers accept); never drops an entry.
+// deeper than the readers accept); never drops an entry. Given a gate, it
+// reads the entries as a worker reads a snapshot (see SnapshotGate).
 class BinaryPropertyListWriter {
 public:
-    static std::string write(const EinnahmeList& entries);
+    static std::string write(const EinnahmeList& entries, const SnapshotGate* gate = nullptr);
 
 private:
-    explicit BinaryPropertyListWriter(std::uint64_t objectCount);
+    BinaryPropertyListWriter(std::uint64_t objectCount, const SnapshotGate* gate);
 
-    std::uint64_t countObjects(const EinnahmeList& entries, std::size_t depth);
+    // The values to write of an entry: its own, or those the gate kept.
+    const Einnahme& at(const Einnahme& entry) const { return gate_ ? gate_->values(entry) : entry; }
+    // Under a gate, the lock of the current batch of top-level entries is
+    // given up and taken again every so many entries, so that the main thread
+    // never waits long to change one.
+    static constexpr std::size_t kBatch = 4096;
+    void nextBatch(std::unique_lock<std::mutex>& lock, std::size_t i) const
+    {
+        if (gate_ && i % kBatch == 0 && i != 0) {
+            lock.unlock();
+            lock.lock();
+        }
+    }
+
+    std::uint64_t countObjects(const EinnahmeList& entries, std::size_t depth, std::unique_lock<std::mutex>* batch);
     // The hashes of an entry's eight shared values, in the order they are coded.
     struct ValueHashes {
         std::uint64_t values[8];
@@ -52,6 +68,7 @@ private:
     void finish(std::uint64_t topObject);
     void narrowReferences(unsigned refSize);
 
+    const SnapshotGate* gate_;
     std::string out_;
     std::vector<std::uint64_t> offsets_;
     std::uint64_t objectCount_;

@@ -95,6 +95,11 @@ EinnahmeList LedgerFile::decode(std::string_view bytes)
     return XmlPropertyListReader::readEntries(bytes);
 }
 
+std::string LedgerFile::encode(const EinnahmeList& snapshot, const SnapshotGate& gate)
+{
+    return BinaryPropertyListWriter::write(snapshot, &gate);
+}
+
 std::string LedgerFile::encode(const EinnahmeList& entries)
 {
     return BinaryPropertyListWriter::write(entries);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/Einnahme.h"
+#include "model/SnapshotGate.h"
 
 #include <stdexcept>
 #include <string>
@@ -28,6 +29,8 @@ public:
 
     // Encodes the entries as a binary property list.
     static std::string encode(const EinnahmeList& entries);
+    // The same for a worker thread that encodes a snapshot (see SnapshotGate).
+    static std::string encode(const EinnahmeList& snapshot, const SnapshotGate& gate);
 
     // Whole-file helpers. Reading names the file in its error. Writing encodes
     // first (LedgerFileError when the entries cannot be encoded, and nothing is

@@ -80,18 +80,6 @@ QStringList AutosaveStore::files()
     return paths;
 }
 
-bool AutosaveStore::write(const QString& filePath, const QByteArray& bytes)
-{
-    QSaveFile file(filePath);
-    bool written = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size();
-    if (!written)
-        file.cancelWriting();
-    written = file.commit() && written;
-    if (!written)
-        std::cerr << "saldo: " << filePath.toStdString() << ": " << file.errorString().toStdString() << '\n';
-    return written;
-}
-
 void AutosaveStore::remove(const QString& filePath)
 {
     QFile::remove(filePath);

@@ -34,9 +34,6 @@ public:
     // The ledger files in the folder, oldest first.
     static QStringList files();
 
-    // Writes the bytes atomically; false (with the reason on standard error) on failure.
-    static bool write(const QString& filePath, const QByteArray& bytes);
-
     // Removes the file; the lock goes with its owner.
     static void remove(const QString& filePath);
 };

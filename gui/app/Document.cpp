@@ -24,14 +24,11 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QLockFile>
-#include <QSaveFile>
 #include <QUndoStack>
 
 #include <cmath>
 #include <iostream>
 
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace saldo::gui {
 
@@ -64,6 +61,8 @@ Document::Document(UserDefaults& defaults, QObject* parent)
 Document::~Document()
 {
     autosaveTimer_.stop();
+    // A save still under way ends before the entries it reads go.
+    saving_.reset();
     // The window and its panes go first, while the entries they show live.
     window_.reset();
 }
@@ -139,6 +138,7 @@ bool Document::reloadFromFile()
 {
     if (isUntitled())
         return false;
+    finishBackgroundSave();
     QFile file(filePath_);
     const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     if (!file.isOpen() || !readFromData(bytes)) {
@@ -277,6 +277,16 @@ void Document::noteChangeOutsideVerbs()
     updateChangeCount(ChangeType::Done);
 }
 
+SnapshotGate& Document::summaryGate() const
+{
+    return entries_->summaryGate();
+}
+
+void Document::changeInPlace(Einnahme& entry, const std::function<void(Einnahme&)>& change)
+{
+    entries_->changeEntry(entry, change);
+}
+
 void Document::clearUndoHistory()
 {
     clearingHistory_ = true;
@@ -294,53 +304,6 @@ void Document::sortEinnahmen(std::optional<std::string_view> key, bool ascending
     entries_->sortEinnahmen(key, ascending);
 }
 
-std::optional<QByteArray> Document::dataOfType()
-{
-    try {
-        const std::string bytes = LedgerFile::encode(backupEinnahmen());
-        diagnosticLine("data saved");
-        return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    } catch (const std::exception& error) {
-        std::cerr << "saldo: " << error.what() << '\n';
-    }
-    errorCode_ = kFileErrorCode;
-    return std::nullopt;
-}
-
-bool Document::writeFile(const QString& path, const QByteArray& data, QString* reason)
-{
-    // QSaveFile would rename over a file that the user made read-only; a save
-    // must not undo that. (Asked with the effective identity, which is also the
-    // file-system identity the writes below run under.)
-    if (::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), F_OK, AT_EACCESS) == 0
-        && ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) != 0) {
-        *reason = QStringLiteral("Die Datei ist schreibgeschützt.");
-        return false;
-    }
-    // QSaveFile writes a temporary file beside the target and renames it over
-    // the target only when everything was written, keeping the target's
-    // permissions; it never falls back to writing the target directly. It is
-    // opened unbuffered: a write error of data still held in its buffer would
-    // go unnoticed by commit(), which would then rename a short file over the
-    // good one.
-    QSaveFile file(path);
-    bool written
-        = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(data) == data.size() && file.flush();
-    if (!written)
-        file.cancelWriting();
-    written = file.commit() && written;
-    if (!written) {
-        *reason = file.error() == QFileDevice::OpenError
-            ? QStringLiteral("Die Datei kann in diesem Ordner nicht angelegt werden.")
-            : QStringLiteral("Die Datei konnte nicht vollständig geschrieben werden; ist der "
-                             "Datenträger voll?");
-        const QString detail = file.errorString();
-        if (!detail.isEmpty() && detail != QLatin1String("Unknown error"))
-            *reason += QStringLiteral(" (%1)").arg(detail);
-    }
-    return written;
-}
-
 void Document::reportSaveFailure(const QString& path, const QString& reason)
 {
     std::cerr << "saldo: " << path.toStdString() << ": " << reason.toStdString() << '\n';
@@ -349,7 +312,7 @@ void Document::reportSaveFailure(const QString& path, const QString& reason)
     saveFailureShown_ = true;
     Dialogs::instance().showError(window_.get(),
         QStringLiteral("Das Dokument „%1“ konnte nicht gesichert werden.").arg(QFileInfo(path).fileName()),
-        QStringLiteral("%1\nDie Änderungen bleiben im Fenster erhalten. Saldo versucht alle paar Sekunden, "
+        QStringLiteral("%1\nDie Aenderungen bleiben im Fenster erhalten. Saldo versucht alle paar Sekunden, "
                        "erneut zu sichern, und meldet sich, sobald es wieder scheitert, nachdem es einmal "
                        "gelungen ist.")
             .arg(reason));
@@ -358,23 +321,69 @@ void Document::reportSaveFailure(const QString& path, const QString& reason)
 bool Document::saveTo(const QString& path)
 {
     autosaveTimer_.stop();
-    const std::optional<QByteArray> data = dataOfType();
-    QString reason = QStringLiteral("Die Einträge konnten nicht kodiert werden.");
-    if (!data || !writeFile(path, *data, &reason)) {
+    finishBackgroundSave();
+    const BackgroundSave::Outcome outcome = BackgroundSave::writeNow(backupEinnahmen(), path);
+    if (!noteSaved(path, outcome, changeCount_))
+        return false;
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    setFilePath(canonical.isEmpty() ? path : canonical);
+    dropRecoveryCopy();
+    return true;
+}
+
+bool Document::noteSaved(const QString& path, const BackgroundSave::Outcome& outcome, long long changeCountSaved)
+{
+    if (outcome.encoded)
+        diagnosticLine("data saved");
+    if (!outcome.written) {
         errorCode_ = kFileErrorCode;
-        reportSaveFailure(path, reason);
+        reportSaveFailure(path, outcome.reason);
         // Try again at the next autosave, whether or not anything changes.
         if (isDocumentEdited())
             autosaveTimer_.start();
         return false;
     }
     saveFailureShown_ = false;
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    setFilePath(canonical.isEmpty() ? path : canonical);
-    noteFileContents(*data);
-    dropRecoveryCopy();
-    updateChangeCount(ChangeType::Cleared);
+    diskStamp_ = outcome.stamp;
+    diskHash_ = outcome.hash;
+    declinedStamp_.reset();
+    // A change made while the entries were written is saved by the next save.
+    if (changeCount_ == changeCountSaved)
+        updateChangeCount(ChangeType::Cleared);
     return true;
+}
+
+void Document::startBackgroundSave(const QString& path, SaveTarget target)
+{
+    savingTarget_ = target;
+    savingPath_ = path;
+    changeCountAtSave_ = changeCount_;
+    saving_ = std::make_unique<BackgroundSave>(backupEinnahmen(), entries_->saveGate(), path);
+    connect(saving_.get(), &BackgroundSave::finished, this, [this] {
+        finishBackgroundSave();
+        if (saveAgain_) {
+            saveAgain_ = false;
+            autosave();
+        }
+    });
+}
+
+bool Document::isSaving() const
+{
+    return saving_ != nullptr;
+}
+
+void Document::finishBackgroundSave()
+{
+    if (!saving_)
+        return;
+    const BackgroundSave::Outcome outcome = saving_->wait();
+    saving_.reset();
+    if (savingTarget_ == SaveTarget::File) {
+        noteSaved(savingPath_, outcome, changeCountAtSave_);
+    } else if (!outcome.written) {
+        std::cerr << "saldo: " << savingPath_.toStdString() << ": " << outcome.reason.toStdString() << '\n';
+    }
 }
 
 bool Document::save()
@@ -475,30 +484,29 @@ void Document::autosave()
     // A question about the file is open: its answer decides.
     if (!isDocumentEdited() || asking_)
         return;
-    if (isUntitled())
-        writeRecoveryCopy();
-    else
-        saveInPlace(SaveKind::Automatic);
-}
-
-void Document::writeRecoveryCopy()
-{
-    if (recoveryPath_.isEmpty())
-        recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
-    if (recoveryPath_.isEmpty())
+    // One save at a time: a change made meanwhile is saved right after it.
+    if (saving_) {
+        saveAgain_ = true;
         return;
-    try {
-        const std::string bytes = LedgerFile::encode(backupEinnahmen());
-        AutosaveStore::write(recoveryPath_, QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
-    } catch (const std::exception& error) {
-        std::cerr << "saldo: " << error.what() << '\n';
     }
+    // The entries are coded and written on a worker thread; the window goes
+    // on meanwhile (see BackgroundSave).
+    if (isUntitled()) {
+        if (recoveryPath_.isEmpty())
+            recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
+        if (!recoveryPath_.isEmpty())
+            startBackgroundSave(recoveryPath_, SaveTarget::Recovery);
+        return;
+    }
+    if (mayOverwriteFile(SaveKind::Automatic))
+        startBackgroundSave(filePath_, SaveTarget::File);
 }
 
 void Document::dropRecoveryCopy()
 {
     if (recoveryPath_.isEmpty())
         return;
+    finishBackgroundSave();
     AutosaveStore::remove(recoveryPath_);
     recoveryLock_.reset();
     recoveryPath_.clear();
@@ -507,6 +515,7 @@ void Document::dropRecoveryCopy()
 bool Document::canClose()
 {
     autosaveTimer_.stop();
+    finishBackgroundSave();
     bool agreed = false;
     // A save in place may also end in reloading the file, which leaves the
     // document unchanged: nothing left to ask.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/BackgroundSave.h"
 #include "app/DocumentChange.h"
 #include "app/FileStamp.h"
 #include "entrylist/CellEdit.h"
@@ -23,6 +24,7 @@ class QUndoStack;
 
 namespace saldo {
 class SearchOutcome;
+class SnapshotGate;
 }
 
 namespace saldo::gui {
@@ -79,6 +81,9 @@ public:
     const EinnahmeList& einnahmen() const;
     const EinnahmeList& backupEinnahmen() const;
     DocumentEntries& entries() const { return *entries_; }
+    // The gate through which the summary panel's worker reads the shown
+    // entries while the window goes on.
+    SnapshotGate& summaryGate() const;
     EntryTableModel* model() const;
 
     // --- verbs: each change is one command on the undo stack (push runs it) ---
@@ -110,6 +115,9 @@ public:
     // A change the user made outside the verbs (a split booking edited in
     // place in the split-booking editor): only marks the document changed.
     void noteChangeOutsideVerbs();
+    // Changes an entry the document holds (a split booking edited in place)
+    // without a verb, past the workers that may be reading it meanwhile.
+    void changeInPlace(Einnahme& entry, const std::function<void(Einnahme&)>& change);
 
     // Not changes of the ledger: a search shows a subset, a sort an order.
     void applySearch(const SearchOutcome& outcome);
@@ -122,9 +130,10 @@ public:
     // The preferences the document's window reads (the category list).
     UserDefaults& defaults() const { return defaults_; }
 
-    // The file's bytes: the complete list, encoded. Writes "data saved" on
-    // success; nothing when encoding fails.
-    std::optional<QByteArray> dataOfType();
+    // True while an automatic save runs on its worker thread.
+    bool isSaving() const;
+    // Waits for a save under way and takes its outcome in.
+    void finishBackgroundSave();
 
     // Saves into the document's file now. False for an untitled document, a
     // failed write (reported once until a save succeeds again), or a file
@@ -185,9 +194,13 @@ private:
     // missing (then it is written again), or the user chose to overwrite it.
     bool mayOverwriteFile(SaveKind kind);
     void noteFileContents(const QByteArray& bytes);
-    void writeRecoveryCopy();
+    enum class SaveTarget { File, Recovery };
+    void startBackgroundSave(const QString& path, SaveTarget target);
+    // Takes a save's outcome in: "data saved", the file's stamp and hash, the
+    // document saved unless it changed since `changeCountSaved`; or the
+    // failure reported. Answers whether the file was written.
+    bool noteSaved(const QString& path, const BackgroundSave::Outcome& outcome, long long changeCountSaved);
     void dropRecoveryCopy();
-    bool writeFile(const QString& path, const QByteArray& data, QString* reason);
     void reportSaveFailure(const QString& path, const QString& reason);
     // Pushes an "Eingabe" step from the entry's values to `after`, unless they are the same.
     bool pushFieldChange(const EinnahmePtr& entry, Einnahme::Stored after);
@@ -214,6 +227,13 @@ private:
 
     QString recoveryPath_;
     std::unique_ptr<QLockFile> recoveryLock_;
+
+    // The automatic save under way, where it writes, and the change count it saves.
+    std::unique_ptr<BackgroundSave> saving_;
+    SaveTarget savingTarget_ = SaveTarget::File;
+    QString savingPath_;
+    long long changeCountAtSave_ = 0;
+    bool saveAgain_ = false;
 };
 
 } // namespace saldo::gui

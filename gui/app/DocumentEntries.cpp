@@ -192,12 +192,17 @@ void DocumentEntries::setFields(const EinnahmePtr& entry, Einnahme::Stored field
     what.kind = DocumentChange::Kind::EntriesEdited;
     what.entries = {entry};
     run(what, [&] {
-        entry->setStored(std::move(fields));
+        changeEntry(*entry, [&](Einnahme& e) { e.setStored(std::move(fields)); });
         const auto& shown = lists_.einnahmen();
         for (std::size_t row = 0; row < shown.size(); ++row)
             if (shown[row] == entry)
                 model_->rowChanged(static_cast<int>(row));
     });
+}
+
+void DocumentEntries::changeEntry(Einnahme& entry, const std::function<void(Einnahme&)>& change)
+{
+    saveGate_.change(entry, [&](Einnahme& e) { summaryGate_.change(e, change); });
 }
 
 void DocumentEntries::replace(const EinnahmePtr& current, const EinnahmePtr& replacement)

@@ -2,6 +2,7 @@
 
 #include "app/DocumentChange.h"
 #include "entrylist/EntryLists.h"
+#include "model/SnapshotGate.h"
 #include "platform/UserDefaults.h"
 
 #include <QObject>
@@ -54,6 +55,15 @@ public:
     void undoDeletion(const DeletionRecord& record);
     // Gives the entry these field values.
     void setFields(const EinnahmePtr& entry, Einnahme::Stored fields);
+    // Changes an entry of the document (a split booking edited in its editor
+    // included) in place, past the gates of the workers that may be reading
+    // it. Every change of an entry's values goes through here.
+    void changeEntry(Einnahme& entry, const std::function<void(Einnahme&)>& change);
+
+    // The gates of the two workers that read entries while the window goes
+    // on: the automatic save and the summary panel's evaluation.
+    SnapshotGate& saveGate() { return saveGate_; }
+    SnapshotGate& summaryGate() { return summaryGate_; }
     // Puts `replacement` in the places of `current` and selects it.
     void replace(const EinnahmePtr& current, const EinnahmePtr& replacement);
     // Takes the entry at a shown row out of both lists, and puts one back.
@@ -76,6 +86,8 @@ private:
 
     EntryLists lists_;
     EntryTableModel* model_ = nullptr;
+    SnapshotGate saveGate_;
+    SnapshotGate summaryGate_;
 };
 
 }  // namespace saldo::gui

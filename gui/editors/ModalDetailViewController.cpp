@@ -39,6 +39,9 @@ ModalDetailViewController::ModalDetailViewController(Document& document, const U
         form_->setKategorien(*kategorien);
 
     model_ = new SplitBookingTableModel(copy_, defaults, this);
+    model_->setChangeShared([this](Einnahme& entry, const std::function<void(Einnahme&)>& change) {
+        document_.changeInPlace(entry, change);
+    });
     setUpTable();
 
     add_ = new QPushButton(QStringLiteral("&Hinzufuegen"), this);

@@ -77,13 +77,20 @@ bool SplitBookingTableModel::setData(const QModelIndex& index, const QVariant& v
         diagnosticLine(CellEdit::diagnosticText(index.row(), index.column(), text->text));
 
     const Einnahme::Stored before = child->stored();
-    const CellEdit::Outcome outcome = CellEdit::apply(*child, column, *edit, CellEdit::Table::SplitBookings);
+    CellEdit::Outcome outcome = CellEdit::Outcome::NothingStored;
+    const auto apply
+        = [&](Einnahme& entry) { outcome = CellEdit::apply(entry, column, *edit, CellEdit::Table::SplitBookings); };
+    const bool shared = shared_.count(child.get()) != 0;
+    if (shared && changeShared_)
+        changeShared_(*child, apply);
+    else
+        apply(*child);
     if (outcome == CellEdit::Outcome::Refused)
         playSound("Basso");
     // The whole row: a refused value shows the stored one again, a new gross
     // amount or rate a new net amount, a new kind a new circle.
     emit dataChanged(this->index(index.row(), 0), this->index(index.row(), kColumnCount - 1));
-    if (shared_.count(child.get()) && !Einnahme::sameValues(before, child->stored()))
+    if (shared && !Einnahme::sameValues(before, child->stored()))
         emit sharedSplitBookingEdited();
     return outcome == CellEdit::Outcome::Stored;
 }

@@ -7,6 +7,7 @@
 
 #include <QAbstractTableModel>
 
+#include <functional>
 #include <optional>
 #include <unordered_set>
 
@@ -40,6 +41,11 @@ public:
 
     EinnahmePtr splitBookingAt(int row) const;
 
+    // How a split booking the source holds too is changed (the document's
+    // way past its readers); without one, it is changed directly.
+    using ChangeShared = std::function<void(Einnahme&, const std::function<void(Einnahme&)>&)>;
+    void setChangeShared(ChangeShared change) { changeShared_ = std::move(change); }
+
     // Appends a split booking "Neu" (gross 0, rate 0) and answers its row.
     int addChildEntry();
     // Removes the split booking at `row`; false when there is none.
@@ -53,6 +59,7 @@ private:
     EinnahmePtr copy_;
     EntryCells cells_;
     std::unordered_set<const Einnahme*> shared_;
+    ChangeShared changeShared_;
 };
 
 } // namespace saldo::gui

@@ -3,6 +3,8 @@
 #include "app/Document.h"
 #include "evaluation/CalcEngine.h"
 #include "evaluation/ReportTextView.h"
+#include "model/SnapshotGate.h"
+#include "platform/Sound.h"
 
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -13,7 +15,7 @@ namespace saldo::gui {
 SummaryViewController::SummaryViewController(const Document& document, QWidget* parent)
     : QWidget(parent)
     , document_(document)
-    , calcEngine_(sharedCalcEngine())
+    , calcEngine_(std::make_unique<CalcEngine>())
 {
     resultTextView_ = new QPlainTextEdit(this);
     resultTextView_->setObjectName(QStringLiteral("resultTextView"));
@@ -34,12 +36,16 @@ SummaryViewController::SummaryViewController(const Document& document, QWidget* 
 
     timer_.setInterval(kRefreshIntervalMs);
     timer_.setSingleShot(false);
-    connect(&timer_, &QTimer::timeout, this, &SummaryViewController::updateLabels);
+    connect(&timer_, &QTimer::timeout, this, &SummaryViewController::refresh);
 }
 
 SummaryViewController::~SummaryViewController()
 {
     timer_.stop();
+    if (running_.valid()) {
+        running_.wait();
+        document_.summaryGate().close();
+    }
 }
 
 void SummaryViewController::viewDidLoad()
@@ -59,10 +65,35 @@ void SummaryViewController::showEvent(QShowEvent* event)
 
 void SummaryViewController::updateLabels()
 {
-    calcEngine_.calculate(document_.einnahmen());
-    resultTextView_->setPlainText(QString::fromStdString(calcEngine_.ergebnisString()));
+    refresh();
+    finishRefresh();
+}
+
+void SummaryViewController::refresh()
+{
+    if (running_.valid())
+        return;
+    // Main thread: the snapshot (the shown list's entries, kept alive by it),
+    // the gate opened before the worker reads, the income limit in force now.
+    SnapshotGate& gate = document_.summaryGate();
+    gate.open();
+    running_ = std::async(std::launch::async,
+        [this, snapshot = document_.einnahmen(), &gate, limit = einnahmenLimit()]() mutable {
+            calcEngine_->calculateSnapshot(std::move(snapshot), gate, limit);
+            QMetaObject::invokeMethod(this, &SummaryViewController::finishRefresh, Qt::QueuedConnection);
+        });
+}
+
+void SummaryViewController::finishRefresh()
+{
+    if (!running_.valid())
+        return;
+    running_.get();
+    document_.summaryGate().close();
+    resultTextView_->setPlainText(QString::fromStdString(calcEngine_->ergebnisString()));
     // The engine noted the limit as it added the income up: no second pass.
-    if (const auto& warning = calcEngine_.limitWarning()) {
+    if (const auto& warning = calcEngine_->limitWarning()) {
+        playSound("Ping");
         limitWarning_->setText(QString::fromStdString(warning->text()));
         limitWarning_->show();
     } else {

@@ -52,6 +52,7 @@ protected:
         }
         EXPECT_TRUE(document->autosaveTimer().isActive());
         QMetaObject::invokeMethod(&document->autosaveTimer(), "timeout");
+        document->finishBackgroundSave();
         return document;
     }
 
@@ -95,6 +96,7 @@ TEST_F(DocumentRecoveryTest, AChangedUntitledDocumentKeepsACopyUntilSavedUnderAN
     // Later changes go into the same copy.
     document->addEntry();
     QMetaObject::invokeMethod(&document->autosaveTimer(), "timeout");
+    document->finishBackgroundSave();
     EXPECT_EQ(AutosaveStore::files(), QStringList { copy });
     EXPECT_EQ(decodeFile(copy).size(), 4u);
 
@@ -150,6 +152,7 @@ TEST_F(DocumentRecoveryTest, TheNextStartOffersEachCopyLeftByACrash)
     // The restored document keeps its copy up to date, under the same name.
     restored->addEntry();
     QMetaObject::invokeMethod(&restored->autosaveTimer(), "timeout");
+    restored->finishBackgroundSave();
     EXPECT_EQ(decodeFile(restoredCopy).size(), keptFirst ? 5u : 3u);
 
     // A second start while both are running finds nothing to offer.

@@ -41,6 +41,7 @@ protected:
     {
         ASSERT_TRUE(document.autosaveTimer().isActive()) << "no autosave is due";
         QMetaObject::invokeMethod(&document.autosaveTimer(), "timeout");
+        document.finishBackgroundSave();
     }
 
     InMemoryUserDefaults defaults;

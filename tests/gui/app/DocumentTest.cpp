@@ -72,8 +72,26 @@ TEST_F(DocumentTest, AChangeIsSavedAfterTheAutosaveDelayAndEachChangeRestartsIt)
     document->editCell(0, EntryColumn::Name, CellEdit::Text { "Posten eins" });
     EXPECT_GT(timer.remainingTime(), remainingBefore);
 
+    // The entries are written on a worker. A change made meanwhile is not in
+    // the file, and the next save writes it.
+    const auto names = [&] {
+        std::vector<std::string> names;
+        for (const auto& entry : decodeFile(document->filePath()))
+            names.push_back(entry->name());
+        return names;
+    };
     QMetaObject::invokeMethod(&timer, "timeout");
-    EXPECT_EQ(decodeFile(document->filePath()).size(), 3u);
+    EXPECT_TRUE(document->isSaving());
+    document->editCell(0, EntryColumn::Name, CellEdit::Text { "Posten zwei" });
+    document->finishBackgroundSave();
+    EXPECT_EQ(names().size(), 3u);
+    EXPECT_EQ(names()[0], "Posten eins");
+    EXPECT_TRUE(document->windowController()->isWindowModified());
+    ASSERT_TRUE(timer.isActive());
+
+    QMetaObject::invokeMethod(&timer, "timeout");
+    document->finishBackgroundSave();
+    EXPECT_EQ(names()[0], "Posten zwei");
     EXPECT_FALSE(timer.isActive());
     EXPECT_FALSE(document->windowController()->isWindowModified());
 }

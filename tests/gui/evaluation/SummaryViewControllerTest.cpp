@@ -42,6 +42,7 @@ TEST(SummaryViewControllerTest, ShowsTheReportOfTheShownEntriesAtOnceAndThenAtEa
     summary->viewDidLoad(); // already started: neither a second timer nor a refresh
     EXPECT_EQ(summary->resultTextView()->toPlainText(), whole);
     QMetaObject::invokeMethod(const_cast<QTimer*>(&summary->timer()), "timeout");
+    summary->finishRefresh(); // the tick's evaluation runs on a worker
     EXPECT_EQ(summary->resultTextView()->toPlainText(), reportOf(document->einnahmen()));
 
     document->replaceAllEntries({});
