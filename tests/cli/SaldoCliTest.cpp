@@ -82,7 +82,7 @@ TEST_F(SaldoCliTest, UsageErrorsExitWithTwo)
     }
 }
 
-TEST_F(SaldoCliTest, UnreadableFilesExitWithOneAndNameFileAndReason)
+TEST_F(SaldoCliTest, UnreadableFilesAndRefusedTargetsExitWithOneAndOneLine)
 {
     const fs::path missing = dir / "fehlt.saldo";
     CliRun run = cli("dump " + missing.string());
@@ -105,6 +105,15 @@ TEST_F(SaldoCliTest, UnreadableFilesExitWithOneAndNameFileAndReason)
     run = cli("convert " + corrupt.string() + " " + out.string());
     EXPECT_EQ(run.status, 1);
     EXPECT_FALSE(fs::exists(out));
+
+    // A target the writer refuses: one line, status 1, the directory left as it is.
+    fs::create_directory(dir / "Ordner");
+    LedgerFile::write(out.string(), sampleEntries());
+    run = cli("convert " + out.string() + " " + (dir / "Ordner").string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "saldo-cli: " + (dir / "Ordner").string() + ": not a regular file: a directory\n");
+    EXPECT_TRUE(fs::is_directory(dir / "Ordner"));
 }
 
 TEST_F(SaldoCliTest, DumpWritesOneLinePerEntryWithSplitBookingsIndented)
@@ -127,6 +136,9 @@ TEST_F(SaldoCliTest, DumpWritesOneLinePerEntryWithSplitBookingsIndented)
     const CliRun check = cli("check " + file.string());
     EXPECT_EQ(check.status, 0);
     EXPECT_EQ(check.out, file.string() + ": 1 entries, 1 split bookings\n");
+    const CliRun csv = cli("csv " + file.string());
+    EXPECT_EQ(csv.status, 0) << csv.err;
+    EXPECT_EQ(csv.out, CsvExport::encode(LedgerFile::read(file.string())));
 }
 
 TEST_F(SaldoCliTest, ConvertWritesTheLedgerFormatAndReportFollowsTheZone)
@@ -148,29 +160,6 @@ TEST_F(SaldoCliTest, ConvertWritesTheLedgerFormatAndReportFollowsTheZone)
             EXPECT_EQ(report.out, readFile(testing::reportData(ledger + std::string(suffix) + ".expected.txt")));
         }
     }
-}
-
-TEST_F(SaldoCliTest, CsvPrintsTheSpreadsheetTable)
-{
-    const fs::path file = dir / "klein.saldo";
-    LedgerFile::write(file.string(), sampleEntries());
-    const CliRun run = cli("csv " + file.string());
-    EXPECT_EQ(run.status, 0) << run.err;
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.out, CsvExport::encode(LedgerFile::read(file.string())));
-}
-
-// A target the writer refuses: one line, status 1, the directory left as it is.
-TEST_F(SaldoCliTest, ConvertReportsARefusedTargetInOneLine)
-{
-    const fs::path in = dir / "in.saldo";
-    LedgerFile::write(in.string(), sampleEntries());
-    fs::create_directory(dir / "Ordner");
-    const CliRun run = cli("convert " + in.string() + " " + (dir / "Ordner").string());
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "saldo-cli: " + (dir / "Ordner").string() + ": not a regular file: a directory\n");
-    EXPECT_TRUE(fs::is_directory(dir / "Ordner"));
 }
 
 } // namespace

@@ -131,14 +131,11 @@ TEST_F(EinnahmeTest, FieldsAreReadableByKeyName)
 {
     auto e = Einnahme::make("Honorar", "8400 Erlöse 19% Gesch. ", 119.0f, 19.0f);
     e->setIsNonEU(true);
-    EXPECT_EQ(std::get<std::string>(*e->valueForKey("name")), "Honorar");
     EXPECT_EQ(std::get<std::string>(*e->valueForKey("kategorie")), "8400 Erlöse 19% Gesch. ");
     EXPECT_EQ(std::get<bool>(*e->valueForKey("isNonEU")), true);
     EXPECT_EQ(std::get<bool>(*e->valueForKey("innergemeinschaftlicherErwerb")), false);
-    EXPECT_EQ(std::get<float>(*e->valueForKey("brutto")), 119.0f);
     EXPECT_EQ(std::get<float>(*e->valueForKey("netto")), e->netto());
     EXPECT_EQ(std::get<double>(*e->valueForKey("datum")), fixedNow);
-    EXPECT_TRUE(std::get<EinnahmeList>(*e->valueForKey("childTransactions")).empty());
     for (auto key : kEinnahmeKeys)
         EXPECT_TRUE(e->valueForKey(key).has_value()) << key;
     EXPECT_FALSE(e->valueForKey("noneu").has_value());

