@@ -5,6 +5,7 @@
 // offscreen. Read medians with --benchmark_repetitions=5.
 //   gui_bench [benchmark options]
 //   gui_bench --write-ledger COUNT FILE    writes a ledger of COUNT entries
+#include "app/BackgroundSave.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
@@ -64,7 +65,7 @@ void BM_OpenDocumentUntilPainted(benchmark::State& state)
 }
 BENCHMARK(BM_OpenDocumentUntilPainted)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(1);
 
-// A save as the autosave does it: the entries coded, written beside the file,
+// A save by hand (Sichern): the entries coded, written beside the file,
 // flushed to disk and renamed over it. The window waits for all of it.
 void BM_SaveDocument(benchmark::State& state)
 {
@@ -82,6 +83,54 @@ void BM_SaveDocument(benchmark::State& state)
 }
 BENCHMARK(BM_SaveDocument)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
+// The time the main thread is held by one autosave of N entries: the
+// snapshot taken and the worker started, then, when the worker is done, the
+// outcome noted. The worker's coding and writing are not counted.
+void BM_AutosaveMainThreadHold(benchmark::State& state)
+{
+    const std::string bytes = LedgerFile::encode(ledgerOf(static_cast<std::size_t>(state.range(0))));
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    document.readFromData(QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    const QString path = QDir::temp().filePath(QStringLiteral("saldo-autosave-bench.saldo"));
+    if (!document.saveTo(path))
+        state.SkipWithError("the first save failed");
+        for (auto _ : state) {
+        state.PauseTiming();
+        document.noteChangeOutsideVerbs();
+        state.ResumeTiming();
+        document.autosave();
+        state.PauseTiming();
+        if (!document.isSaving())
+            state.SkipWithError("no save started");
+        document.waitForBackgroundSave();
+        state.ResumeTiming();
+        document.finishBackgroundSave();
+    }
+    QFile::remove(path);
+}
+BENCHMARK(BM_AutosaveMainThreadHold)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// The time the main thread is held by one refresh of the summary panel: the
+// snapshot taken and the worker started, then the text replaced.
+void BM_SummaryMainThreadHold(benchmark::State& state)
+{
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    document.replaceAllEntries(ledgerOf(static_cast<std::size_t>(state.range(0))));
+    SummaryViewController summary(document);
+    for (auto _ : state) {
+        summary.refresh();
+        state.PauseTiming();
+        summary.waitForWorker();
+        state.ResumeTiming();
+        summary.finishRefresh();
+    }
+}
+BENCHMARK(BM_SummaryMainThreadHold)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// A whole refresh, the worker's evaluation included (what the panel waits
+// for before its text changes).
 void BM_SummaryRefresh(benchmark::State& state)
 {
     InMemoryUserDefaults defaults;

@@ -38,6 +38,8 @@ public:
     // Waits for the worker (at once when it is done) and answers its outcome;
     // the gate is closed then. Only once.
     Outcome wait();
+    // Waits for the worker only; wait() still answers the outcome.
+    void waitForWorker() const { result_.wait(); }
 
 signals:
     void finished();

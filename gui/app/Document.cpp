@@ -373,6 +373,12 @@ bool Document::isSaving() const
     return saving_ != nullptr;
 }
 
+void Document::waitForBackgroundSave() const
+{
+    if (saving_)
+        saving_->waitForWorker();
+}
+
 void Document::finishBackgroundSave()
 {
     if (!saving_)

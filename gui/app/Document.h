@@ -134,6 +134,8 @@ public:
     bool isSaving() const;
     // Waits for a save under way and takes its outcome in.
     void finishBackgroundSave();
+    // Waits for a save under way without taking its outcome in (benchmarks).
+    void waitForBackgroundSave() const;
 
     // Saves into the document's file now. False for an untitled document, a
     // failed write (reported once until a save succeeds again), or a file

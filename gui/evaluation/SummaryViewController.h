@@ -55,6 +55,12 @@ public slots:
     void refresh();
     // Waits for a running evaluation and shows its result; nothing when none runs.
     void finishRefresh();
+    // Waits for a running evaluation without showing it (benchmarks).
+    void waitForWorker() const
+    {
+        if (running_.valid())
+            running_.wait();
+    }
 
 protected:
     void showEvent(QShowEvent* event) override;

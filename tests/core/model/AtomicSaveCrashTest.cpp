@@ -1,6 +1,10 @@
 // A save killed at any moment must leave either the old or the new complete
-// file behind, never a mixture, a truncated file or no file at all.
+// file behind, never a mixture, a truncated file or no file at all. The large
+// contents are saved as the window's autosave does: coded on a worker thread
+// through the snapshot gate while the main thread changes entries.
 #include "model/LedgerFile.h"
+#include "model/SnapshotGate.h"
+#include "platform/AtomicFileWriter.h"
 
 #include <gtest/gtest.h>
 
@@ -77,7 +81,25 @@ TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
                 if (::write(announce[1], &marker, 1) != 1)
                     ::_exit(4);
                 try {
-                    LedgerFile::write(path.string(), n % 2 == 0 ? large : small);
+                    if (n % 2 != 0) {
+                        LedgerFile::write(path.string(), small);
+                        continue;
+                    }
+                    SnapshotGate gate;
+                    gate.open();
+                    std::thread worker([&, snapshot = large] {
+                        try {
+                            AtomicFileWriter::write(path.string(), LedgerFile::encode(snapshot, gate));
+                        } catch (...) {
+                            ::_exit(3);
+                        }
+                    });
+                    for (std::size_t i = 0; i < large.size(); i += 1000)
+                        gate.change(*large[i], [](Einnahme& e) { e.setName("Waehrenddessen"); });
+                    worker.join();
+                    gate.close();
+                    for (std::size_t i = 0; i < large.size(); i += 1000)
+                        large[i]->setName("Gross Rechnung " + std::to_string(i));
                 } catch (...) {
                     ::_exit(3);
                 }
