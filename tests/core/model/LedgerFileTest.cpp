@@ -2,8 +2,6 @@
 // plistlib, and the whole-file helpers.
 #include "model/LedgerFile.h"
 
-#include "model/BinaryPropertyListReader.h"
-
 #include "core/support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -90,24 +88,6 @@ TEST(LedgerFileTest, RoundTripKeepsEveryFieldToTheLastBit)
     const std::string bytes = LedgerFile::encode(entries);
     expectSameLists(entries, LedgerFile::decode(bytes));
     EXPECT_EQ(LedgerFile::encode(LedgerFile::decode(bytes)), bytes);
-}
-
-TEST(LedgerFileTest, EmptyAndLargeListsRoundTrip)
-{
-    EXPECT_TRUE(LedgerFile::decode(LedgerFile::encode({})).empty());
-
-    // Long enough to be decoded by two threads, each half into its place.
-    // Before sharing equal values the count (11 objects per entry) would need
-    // three-byte references; shared, it is 14 + 5 per entry + 5, so the
-    // references are narrowed to two bytes.
-    const auto count = static_cast<int>(BinaryPropertyListReader::kSplitFrom + 7);
-    ASSERT_LT(14 + 5 * count + 5, 1 << 16);
-    EinnahmeList many;
-    for (int i = 0; i < count; ++i)
-        many.push_back(entry("Eintrag " + std::to_string(i), static_cast<float>(i) / 3.0f, 19.0f, i * 86400.25));
-    const std::string bytes = LedgerFile::encode(many);
-    EXPECT_EQ(static_cast<unsigned char>(bytes[bytes.size() - 25]), 2u) << "object reference size";
-    expectSameLists(many, LedgerFile::decode(bytes));
 }
 
 TEST(LedgerFileTest, WriterRefusesWhatNoReaderWouldAccept)
