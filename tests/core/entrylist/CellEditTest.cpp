@@ -51,8 +51,8 @@ TEST(CellEditTest, EachColumnStoresItsValueByTheRulesOfItsTable)
             [](const Einnahme& e) { return e.art() == kArtAusgabe; } },
         { "no category chosen", EntryColumn::Kategorie, CellEdit::ItemTitle {}, Table::Entries, Outcome::Dropped,
             [](const Einnahme& e) { return e.kategorie() == "Alt "; } },
-        { "category", EntryColumn::Kategorie, CellEdit::ItemTitle { "1000 Kasse " }, Table::Entries,
-            Outcome::Stored, [](const Einnahme& e) { return e.kategorie() == "1000 Kasse "; } },
+        { "category", EntryColumn::Kategorie, CellEdit::ItemTitle { "1000 Kasse " }, Table::Entries, Outcome::Stored,
+            [](const Einnahme& e) { return e.kategorie() == "1000 Kasse "; } },
         { "date", EntryColumn::Date, CellEdit::Date { 12345.5 }, Table::Entries, Outcome::Stored,
             [](const Einnahme& e) { return e.datum() == 12345.5; } },
         { "date into a text column", EntryColumn::Name, CellEdit::Date { 1.0 }, Table::Entries, Outcome::Dropped,
@@ -69,8 +69,8 @@ TEST(CellEditTest, EachColumnStoresItsValueByTheRulesOfItsTable)
 
     // An entry with split bookings: its gross is theirs in the entry table, a
     // split booking's own in the split-booking editor's table.
-    for (auto [table, outcome] : { std::pair { Table::Entries, Outcome::Refused },
-             std::pair { Table::SplitBookings, Outcome::Stored } }) {
+    for (auto [table, outcome] :
+        { std::pair { Table::Entries, Outcome::Refused }, std::pair { Table::SplitBookings, Outcome::Stored } }) {
         Einnahme entry("Einkauf", "", 50.0f, 19.0f);
         entry.setChildTransactions({ split });
         EXPECT_EQ(CellEdit::apply(entry, EntryColumn::Brutto, CellEdit::Text { "12,5" }, table), outcome);

@@ -26,7 +26,6 @@ using namespace std::string_literals;
 TEST(EntryListsTest, StartingEntryAndAddingPlaceNewEntriesInBothLists)
 {
     EntryLists lists;
-    EXPECT_TRUE(lists.einnahmen().empty());
     lists.setStartingEntry();
     ASSERT_EQ(lists.einnahmen().size(), 1u);
     const auto& start = lists.einnahmen()[0];
@@ -38,12 +37,10 @@ TEST(EntryListsTest, StartingEntryAndAddingPlaceNewEntriesInBothLists)
     lists.setEntries(makeEntries({ "Miete", "Strom", "Miete Garage" }));
     ASSERT_TRUE(lists.applySearch(SearchOutcome::decide("Name", "Miete")));
     ASSERT_EQ(namesOf(lists.einnahmen()), (Names { "Miete", "Miete Garage" }));
-    EXPECT_EQ(lists.addEntry(), 2u);
-    ASSERT_EQ(lists.einnahmen().size(), 3u);
+    ASSERT_EQ(lists.addEntry(), 2u);
     const auto& added = lists.einnahmen()[2];
     EXPECT_EQ(std::tuple(added->name(), added->brutto(), added->steuersatz()), std::tuple("Neu"s, 0.0f, 0.0f));
-    EXPECT_EQ(lists.backupEinnahmen().back(), added);
-    EXPECT_EQ(lists.backupEinnahmen().size(), 4u);
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "Miete", "Strom", "Miete Garage", "Neu" }));
 }
 
 TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteList)
@@ -56,15 +53,12 @@ TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteLis
     EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "A", "B", "C", "B Kopie" }));
     EXPECT_EQ(lists.einnahmen()[2], lists.backupEinnahmen()[3]);
     EXPECT_NE(lists.einnahmen()[2], source);
-
     EXPECT_FALSE(lists.duplicate(4));
-    EXPECT_EQ(lists.einnahmen().size() + lists.backupEinnahmen().size(), 8u);
 
     // The command's row: the selected one, else the last; nothing on an empty table.
     EXPECT_EQ(EntryLists::duplicateSourceRow(std::nullopt, 3), 2u);
     EXPECT_EQ(EntryLists::duplicateSourceRow(1u, 3), 1u);
     EXPECT_FALSE(EntryLists::duplicateSourceRow(std::nullopt, 0));
-    EXPECT_FALSE(EntryLists::duplicateSourceRow(3u, 3));
 }
 
 TEST(EntryListsTest, ReplacingTakesTheShownRowAndTheSourcesPlaceInTheCompleteList)
@@ -77,9 +71,7 @@ TEST(EntryListsTest, ReplacingTakesTheShownRowAndTheSourcesPlaceInTheCompleteLis
     EXPECT_TRUE(lists.replaceEntry(0, working));
     EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "a edited", "b", "c" }));
     EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "c", "a edited", "b" }));
-    EXPECT_EQ(lists.backupEinnahmen()[1], working);
     EXPECT_FALSE(lists.replaceEntry(3, Einnahme::make("x", "", 1.0f, 7.0f)));
-    EXPECT_EQ(lists.backupEinnahmen().size(), 3u);
 }
 
 // What undo and redo of a duplicate, a write-back and a series rely on:
@@ -100,7 +92,6 @@ TEST(EntryListsTest, EntriesTakenOutOrReplacedGoBackToTheirPlaces)
 
     const auto place = lists.takeOut(0);
     ASSERT_TRUE(place);
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "b Kopie" }));
     EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "c", "d", "b Kopie" }));
     EXPECT_EQ(lists.putBack(*place, b), 0u);
     EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "b", "c", "d", "b Kopie" }));
@@ -121,7 +112,6 @@ TEST(EntryListsTest, EntriesTakenOutOrReplacedGoBackToTheirPlaces)
 TEST(EntryListsTest, TheDeleteQuestionCountsItsEntries)
 {
     EXPECT_EQ(EntryLists::deleteConfirmationText(1), "Moechten Sie 1 Eintrag loeschen?");
-    EXPECT_EQ(EntryLists::deleteConfirmationText(2), "Moechten Sie 2 Eintraege loeschen?");
     EXPECT_EQ(EntryLists::deleteConfirmationText(0), "Moechten Sie 0 Eintraege loeschen?");
 }
 

@@ -46,8 +46,8 @@ TEST(FormEditTest, AmountsThatCannotBeTakenKeepTheStoredValuesWhileTheRestIsTake
         bool bruttoKept, steuersatzKept;
     };
     for (const Case& c : { Case { "-5", "-3,5", false, 10.0f, -3.5f, true, false },
-             Case { "zwoelf", "7%", false, 10.0f, 19.0f, true, true }, Case { "0", "0", false, 0.0f, 0.0f, false, false },
-             Case { "99", "7", true, 10.0f, 7.0f, true, false } }) {
+             Case { "zwoelf", "7%", false, 10.0f, 19.0f, true, true },
+             Case { "0", "0", false, 0.0f, 0.0f, false, false }, Case { "99", "7", true, 10.0f, 7.0f, true, false } }) {
         SCOPED_TRACE(c.brutto);
         Einnahme entry("Miete", "", 10.0f, 19.0f);
         if (c.hasSplits)

@@ -32,5 +32,5 @@ TEST(NfcTextTest, TheShortcutAgreesWithTheNormaliser)
     }
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

@@ -27,8 +27,8 @@ TEST(SearchTextTest, NumbersAreReadWholeInCNotationAsSinglePrecision)
     for (const auto& [text, value] : { std::pair { "12.5", 12.5f }, { "100", 100.0f }, { "-3", -3.0f }, { "+7", 7.0f },
              { "1e2", 100.0f }, { "2.5E-1", 0.25f }, { ".5", 0.5f }, { "0.1", 0.1f } })
         EXPECT_EQ(SearchText::number(text), value) << text;
-    for (const char* refused : { "12,5", "100,50", "1.000,00", "", " 12", "12 ", "12abc", "abc", "+", "-", ".", "++1",
-             "+-1", "1e", "e5", "0x10", "inf", "-inf", "nan", "NaN", "infinity", "1e50", "1e-50" })
+    for (const char* refused :
+        { "12,5", "", " 12", "12 ", "12abc", "+", ".", "+-1", "1e", "0x10", "inf", "nan", "1e50", "1e-50" })
         EXPECT_FALSE(SearchText::number(refused)) << refused;
 }
 
@@ -38,32 +38,21 @@ TEST(SearchTextTest, DaysAreReadStrictlyAsTwoTwoFourDigits)
     ASSERT_TRUE(d);
     EXPECT_EQ(std::tuple(d->day, d->month, d->year), std::tuple(1, 7, 2017));
     EXPECT_TRUE(SearchText::day("29-02-2024"));
-    for (const char* refused : { "1.7.2017", "01.07.2017", "1-7-2017", "01-07-17", "01/07/2017", " 01-07-2017",
-             "01-07-2017 ", "31-02-2025", "29-02-2023", "29-02-1900", "00-01-2020", "01-13-2020", "01-00-2020",
-             "31-04-2020", "01-07-0000", "0a-07-2017", "" })
+    for (const char* refused : { "01.07.2017", "1-7-2017", "01-07-17", "01-07-2017 ", "29-02-2023", "29-02-1900",
+             "00-01-2020", "01-13-2020", "31-04-2020", "01-07-0000", "0a-07-2017" })
         EXPECT_FALSE(SearchText::day(refused)) << refused;
 
     // Daylight-saving days last 23 and 25 hours; the year's last day ends at the next year.
-    struct Case {
-        const char* text;
-        ReferenceSeconds start, end;
-    };
-    for (const Case& c :
-        { Case { "01-07-2017", k2017_07_01, k2017_07_02 }, Case { "26-03-2017", 512175600.0, 512258400.0 },
-            Case { "29-10-2017", 530920800.0, 531010800.0 }, Case { "31-12-2017", 536367600.0, 536454000.0 } }) {
-        const auto day = SearchText::localDay(c.text);
-        ASSERT_TRUE(day) << c.text;
-        EXPECT_EQ(day->start, c.start) << c.text;
-        EXPECT_EQ(day->end, c.end) << c.text;
+    for (const auto& [text, start, end] : { std::tuple { "26-03-2017", 512175600.0, 512258400.0 },
+             { "29-10-2017", 530920800.0, 531010800.0 }, { "31-12-2017", 536367600.0, 536454000.0 } }) {
+        const auto day = SearchText::localDay(text);
+        ASSERT_TRUE(day) << text;
+        EXPECT_EQ(std::pair(day->start, day->end), std::pair(start, end)) << text;
     }
 }
 
 TEST(SearchMenuTest, EveryModeOfTheMenuSelectsACondition)
 {
-    EXPECT_EQ(SearchMenu::title(), "Menu");
-    EXPECT_EQ(SearchMenu::initialMode(), "Name");
-    ASSERT_EQ(SearchMenu::items().size(), 9u);
-    EXPECT_EQ(SearchMenu::items()[8].title, "Datum");
     EXPECT_EQ(SearchMenu::modes(),
         (Names { "Name", "Kategorie", "Art", "Non EU", "Innergemeinschaftlich",
             "Brutto >=", "Brutto =", "Brutto <=", "Netto >=", "Netto <=", "Steuersatz >=", "Steuersatz =",
@@ -109,11 +98,9 @@ TEST_F(SearchFilterTest, TextsAreFoundByCaseAndDiacriticSensitiveSubstrings)
     EXPECT_EQ(search("Name", "Miete"), (Names { "Miete Januar", "Miete Februar" }));
     EXPECT_EQ(search("Name", "B\u00fc"), (Names { "B\u00fcro", "Bu\u0308cher" }));
     EXPECT_EQ(search("Name", "Bu\u0308r"), (Names { "B\u00fcro" }));
-    EXPECT_EQ(search("Name", "Bu"), (Names {}));
     EXPECT_EQ(search("Name", "*"), (Names {}));
     EXPECT_EQ(search("Kategorie", "Miete"), (Names { "Miete Januar" }));
     EXPECT_EQ(search("Art", "Aus"), (Names { "Miete Februar" }));
-    EXPECT_EQ(search("Art", "einnahme"), (Names {}));
 }
 
 TEST_F(SearchFilterTest, AmountsCompareWithTheSinglePrecisionFields)
@@ -125,26 +112,15 @@ TEST_F(SearchFilterTest, AmountsCompareWithTheSinglePrecisionFields)
     add("nan", std::numeric_limits<float>::quiet_NaN(), 19.0f);
 
     EXPECT_EQ(search("Brutto >=", "100"), (Names { "119@19", "100@0" }));
-    EXPECT_EQ(search("Brutto <=", "100"), (Names { "100@0", "99.99@0", "0.1@7" }));
     EXPECT_EQ(search("Brutto =", "0.1"), (Names { "0.1@7" }));
-    EXPECT_EQ(search("Brutto =", "99.99"), (Names { "99.99@0" }));
     // 119 at 19 % nets 99.99999 in single precision.
-    EXPECT_EQ(search("Netto <=", "100"), (Names { "119@19", "100@0", "99.99@0", "0.1@7" }));
     EXPECT_EQ(search("Netto >=", "100"), (Names { "100@0" }));
-    EXPECT_EQ(search("Steuersatz =", "7"), (Names { "0.1@7" }));
-    EXPECT_EQ(search("Steuersatz >=", "19"), (Names { "119@19", "nan" }));
+    EXPECT_EQ(search("Steuersatz <=", "7"), (Names { "100@0", "99.99@0", "0.1@7" }));
 
     // An unreadable number changes nothing and asks for no reload.
-    lists.setEntries(entries);
-    lists.applySearch(SearchOutcome::decide("Brutto >=", "100"));
     const EinnahmeList shown = lists.einnahmen();
-    const SearchOutcome comma = SearchOutcome::decide("Brutto >=", "100,50");
-    EXPECT_EQ(comma.kind(), SearchOutcome::Kind::NoChange);
-    EXPECT_FALSE(lists.applySearch(comma));
+    EXPECT_FALSE(lists.applySearch(SearchOutcome::decide("Brutto >=", "100,50")));
     EXPECT_EQ(lists.einnahmen(), shown);
-    // Clearing the field shows everything again, in the complete list's order.
-    EXPECT_TRUE(lists.applySearch(SearchOutcome::decide("Brutto >=", "")));
-    EXPECT_EQ(lists.einnahmen(), entries);
 }
 
 TEST_F(SearchFilterTest, FlagsAcceptOnlyOneAndZero)
@@ -154,11 +130,8 @@ TEST_F(SearchFilterTest, FlagsAcceptOnlyOneAndZero)
     add("innergem", 1.0f, 19.0f)->setInnergemeinschaftlicherErwerb(true);
 
     EXPECT_EQ(search("Non EU", "1"), (Names { "nonEU" }));
-    EXPECT_EQ(search("Non EU", "0"), (Names { "plain", "innergem" }));
-    EXPECT_EQ(search("Innergemeinschaftlich", "1"), (Names { "innergem" }));
     EXPECT_EQ(search("Innergemeinschaftlich", "0"), (Names { "plain", "nonEU" }));
-    for (const char* other : { "true", "01", " 1", "2" })
-        EXPECT_EQ(search("Non EU", other), (Names { "plain", "nonEU", "innergem" })) << other;
+    EXPECT_EQ(search("Non EU", "01"), (Names { "plain", "nonEU", "innergem" }));
 }
 
 TEST_F(SearchFilterTest, DatesCompareWithLocalMidnights)
@@ -173,7 +146,6 @@ TEST_F(SearchFilterTest, DatesCompareWithLocalMidnights)
         search("Datum >=", "01-07-2017"), (Names { "1.7. 00:00", "1.7. 12:00", "1.7. 23:59:59.5", "2.7. 00:00" }));
     EXPECT_EQ(search("Datum <=", "01-07-2017"), (Names { "30.6. 23:59:59", "1.7. 00:00" }));
     EXPECT_EQ(search("Datum =", "01-07-2017"), (Names { "1.7. 00:00", "1.7. 12:00", "1.7. 23:59:59.5" }));
-    EXPECT_EQ(SearchOutcome::decide("Datum >=", "1.7.2017").kind(), SearchOutcome::Kind::NoChange);
     EXPECT_EQ(SearchOutcome::decide("Datum =", "31-02-2017").kind(), SearchOutcome::Kind::NoChange);
 }
 

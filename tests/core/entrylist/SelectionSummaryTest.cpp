@@ -30,5 +30,5 @@ TEST(SelectionSummaryTest, HeadingThenTheReportOfTheSelectedRowsInRowOrder)
     EXPECT_EQ(selectionSummary(shown, { 4 }), heading);
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

@@ -29,7 +29,9 @@ EinnahmeList makeLedger(int count, const std::string& prefix)
     for (int i = 0; i < count; ++i) {
         Einnahme::Stored s;
         s.name = prefix + " Rechnung " + std::to_string(i);
-        s.kategorie = i % 2 ? "8400 Erl\xC3\xB6se 19% Gesch. " : "4930 B\xC3\xBC" "robedarf Gesch. ";
+        s.kategorie = i % 2 ? "8400 Erl\xC3\xB6se 19% Gesch. "
+                            : "4930 B\xC3\xBC"
+                              "robedarf Gesch. ";
         s.art = i % 3 ? "Einnahme" : "Ausgabe";
         s.brutto = static_cast<float>(i) * 1.25f + 0.5f;
         s.steuersatz = 19.0f;
@@ -43,7 +45,7 @@ EinnahmeList makeLedger(int count, const std::string& prefix)
 std::string readAll(const std::filesystem::path& path)
 {
     std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    return { std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>() };
 }
 
 TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
@@ -140,5 +142,5 @@ TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
     std::filesystem::remove_all(dir);
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

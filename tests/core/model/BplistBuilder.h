@@ -7,11 +7,9 @@
 
 #include <bit>
 #include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace saldo::test {
@@ -41,6 +39,14 @@ inline int depthOf(const Einnahme* e)
     return levels;
 }
 
+inline std::string bigEndian(std::uint64_t value, unsigned bytes)
+{
+    std::string out;
+    for (unsigned i = 0; i < bytes; ++i)
+        out.push_back(static_cast<char>(value >> (8 * (bytes - 1 - i))));
+    return out;
+}
+
 // Trailer fields to put in place of the true ones.
 struct BplistTrailer {
     std::optional<std::uint64_t> objectCount = {}, topObject = {}, offsetTable = {};
@@ -52,6 +58,7 @@ struct BplistTrailer {
 // are `refSize` bytes wide, offsets `offsetSize` bytes.
 class BplistBuilder {
 public:
+    using Values = std::map<std::string, std::optional<std::size_t>>;
     unsigned refSize = 1;
     unsigned offsetSize = 2;
 
@@ -60,33 +67,64 @@ public:
         objects_.push_back(std::move(bytes));
         return objects_.size() - 1;
     }
-    std::size_t ascii(const std::string& text) { return raw(lengthMarker(0x50, text.size()) + text); }
+    std::size_t ascii(const std::string& text) { return raw(marker(0x50, text.size()) + text); }
     std::size_t utf16(const std::vector<std::uint16_t>& units)
     {
-        std::string bytes = lengthMarker(0x60, units.size());
+        std::string bytes = marker(0x60, units.size());
         for (const auto u : units)
             bytes += bigEndian(u, 2);
         return raw(bytes);
     }
-    std::size_t boolean(bool value) { return raw(std::string(1, value ? '\x09' : '\x08')); }
-    std::size_t real4(float value) { return raw(join({ "\x22", bigEndian(std::bit_cast<std::uint32_t>(value), 4) })); }
-    std::size_t real8(double value) { return raw(join({ "\x23", bigEndian(std::bit_cast<std::uint64_t>(value), 8) })); }
-    std::size_t integer(std::uint64_t value, unsigned bytes)
+    std::size_t real4(float v) { return raw('\x22' + bigEndian(std::bit_cast<std::uint32_t>(v), 4)); }
+    std::size_t real8(double v, char type = '\x23')
     {
-        return raw(std::string(1, static_cast<char>(0x10 | std::countr_zero(bytes))) + bigEndian(value, bytes));
+        return raw(type + bigEndian(std::bit_cast<std::uint64_t>(v), 8));
     }
-    std::size_t date(double value) { return raw(join({ "\x33", bigEndian(std::bit_cast<std::uint64_t>(value), 8) })); }
-    std::size_t array(const std::vector<std::size_t>& refs)
+    std::size_t integer(std::uint64_t v, unsigned bytes)
     {
-        return raw(lengthMarker(0xA0, refs.size()) + refs_(refs));
+        return raw(static_cast<char>(0x10 | std::countr_zero(bytes)) + bigEndian(v, bytes));
     }
+    std::size_t array(const std::vector<std::size_t>& refs) { return raw(marker(0xA0, refs.size()) + refs_(refs)); }
     std::size_t dict(const std::vector<std::size_t>& keys, const std::vector<std::size_t>& values)
     {
-        return raw(lengthMarker(0xD0, keys.size()) + refs_(keys) + refs_(values));
+        return raw(marker(0xD0, keys.size()) + refs_(keys) + refs_(values));
     }
     // Replaces an object's bytes after the fact (to point an array at itself).
     void replace(std::size_t object, std::string bytes) { objects_[object] = std::move(bytes); }
     std::string ref(std::size_t object) const { return bigEndian(object, refSize); }
+
+    // A complete entry dictionary. `values` replaces the value of a key; a key
+    // mapped to nullopt is left out; `extra` adds keys after the twelve.
+    std::size_t entry(const Values& values = {}, const std::vector<std::pair<std::string, std::size_t>>& extra = {})
+    {
+        std::vector<std::size_t> keys, vals;
+        for (const char* name : kEntryKeys) {
+            const auto found = values.find(name);
+            if (found == values.end())
+                keys.push_back(key(name)), vals.push_back(defaultValue(name));
+            else if (found->second)
+                keys.push_back(key(name)), vals.push_back(*found->second);
+        }
+        for (const auto& [name, value] : extra)
+            keys.push_back(key(name)), vals.push_back(value);
+        return dict(keys, vals);
+    }
+
+    std::string build(std::size_t top, const BplistTrailer& t = {}) const
+    {
+        std::string out = "bplist00", table;
+        for (const auto& object : objects_) {
+            table += bigEndian(out.size(), offsetSize);
+            out += object;
+        }
+        const std::uint64_t tableAt = out.size();
+        out += table + std::string(6, '\0');
+        out.push_back(static_cast<char>(t.offsetSize.value_or(offsetSize)));
+        out.push_back(static_cast<char>(t.refSize.value_or(refSize)));
+        out += bigEndian(t.objectCount.value_or(objects_.size()), 8);
+        out += bigEndian(t.topObject.value_or(top), 8);
+        return out + bigEndian(t.offsetTable.value_or(tableAt), 8);
+    }
 
     // The object of a key string, made once per key.
     std::size_t key(const std::string& name)
@@ -95,83 +133,24 @@ public:
         return found != keys_.end() ? found->second : keys_[name] = ascii(name);
     }
 
-    // A complete entry dictionary. `values` replaces the value of a key; a key
-    // mapped to nullopt is left out; `extra` adds keys after the twelve.
-    std::size_t entry(const std::map<std::string, std::optional<std::size_t>>& values = {},
-        const std::vector<std::pair<std::string, std::size_t>>& extra = {})
-    {
-        std::vector<std::size_t> keys, vals;
-        for (const char* name : kEntryKeys) {
-            const auto found = values.find(name);
-            if (found != values.end() && !found->second)
-                continue;
-            keys.push_back(key(name));
-            vals.push_back(found != values.end() ? *found->second : defaultValue(name));
-        }
-        for (const auto& [name, value] : extra) {
-            keys.push_back(key(name));
-            vals.push_back(value);
-        }
-        return dict(keys, vals);
-    }
-
-    std::string build(std::size_t top, const BplistTrailer& t = {}) const
-    {
-        std::string out = "bplist00";
-        std::vector<std::uint64_t> offsets;
-        for (const auto& object : objects_) {
-            offsets.push_back(out.size());
-            out += object;
-        }
-        const std::uint64_t table = out.size();
-        for (const auto offset : offsets)
-            out += bigEndian(offset, offsetSize);
-        out.append(6, '\0');
-        out.push_back(static_cast<char>(t.offsetSize.value_or(offsetSize)));
-        out.push_back(static_cast<char>(t.refSize.value_or(refSize)));
-        out += bigEndian(t.objectCount.value_or(objects_.size()), 8);
-        out += bigEndian(t.topObject.value_or(top), 8);
-        out += bigEndian(t.offsetTable.value_or(table), 8);
-        return out;
-    }
-
-    // Concatenation by appending (operator+ on short literals trips a false
-    // -Wrestrict warning in GCC 12 at -O3).
-    static std::string join(std::initializer_list<std::string_view> parts)
-    {
-        std::string out;
-        for (const auto part : parts)
-            out.append(part);
-        return out;
-    }
-
-    static std::string bigEndian(std::uint64_t value, unsigned bytes)
-    {
-        std::string out;
-        for (unsigned i = 0; i < bytes; ++i)
-            out.push_back(static_cast<char>(value >> (8 * (bytes - 1 - i))));
-        return out;
-    }
-
     std::size_t defaultValue(const std::string& name)
     {
         if (name == "innergemeinschaftlicherErwerb" || name == "isNonEU")
-            return boolean(false);
+            return raw("\x08");
         if (name == "brutto" || name == "steuersatz")
             return real4(name == "brutto" ? 119.0f : 19.0f);
         if (name == "datum")
-            return date(700000000.5);
+            return real8(700000000.5, '\x33');
         if (name == "childTransactions")
             return array({});
         return ascii(name == "name" ? "Miete" : name == "art" ? "Einnahme" : "");
     }
 
 private:
-    std::string lengthMarker(unsigned type, std::size_t length) const
+    static std::string marker(unsigned type, std::size_t length)
     {
-        if (length < 15)
-            return std::string(1, static_cast<char>(type | length));
-        return join({ std::string(1, static_cast<char>(type | 0x0F)), "\x11", bigEndian(length, 2) });
+        const std::string head(1, static_cast<char>(type | std::min<std::size_t>(length, 15)));
+        return length < 15 ? head : head + "\x11" + bigEndian(length, 2);
     }
     std::string refs_(const std::vector<std::size_t>& objects) const
     {

@@ -36,18 +36,19 @@ TEST(DecimalCommaTextTest, ParseReadsTheGermanAndTheCWayAndRefusesTheRest)
         const char* text;
         float value;
     };
-    for (const Case& c : {Case{"12,50", 12.5f}, Case{"12.50", 12.5f}, Case{"1234,56", 1234.56f},
-             Case{"1.234,56", 1234.56f}, Case{"1234.56", 1234.56f}, Case{"12,5", 12.5f}, Case{" 7 ", 7.0f},
-             Case{"-5", -5.0f}, Case{"+3,25", 3.25f}, Case{"1.234.567,5", 1234567.5f}, Case{"1.234", 1234.0f},
-             Case{"12.345.678", 12345678.0f}, Case{"0.125", 0.125f}, Case{"1234.567", 1234.567f},
-             Case{"1.2345", 1.2345f}, Case{",5", 0.5f}, Case{"5,", 5.0f}, Case{"1e3", 1000.0f}}) {
+    for (const Case& c :
+        { Case { "12,50", 12.5f }, Case { "12.50", 12.5f }, Case { "1234,56", 1234.56f }, Case { "1.234,56", 1234.56f },
+            Case { "1234.56", 1234.56f }, Case { "12,5", 12.5f }, Case { " 7 ", 7.0f }, Case { "-5", -5.0f },
+            Case { "+3,25", 3.25f }, Case { "1.234.567,5", 1234567.5f }, Case { "1.234", 1234.0f },
+            Case { "12.345.678", 12345678.0f }, Case { "0.125", 0.125f }, Case { "1234.567", 1234.567f },
+            Case { "1.2345", 1.2345f }, Case { ",5", 0.5f }, Case { "5,", 5.0f }, Case { "1e3", 1000.0f } }) {
         SCOPED_TRACE(c.text);
         auto parsed = DecimalCommaText::parse(c.text);
         ASSERT_TRUE(parsed.has_value());
         EXPECT_EQ(*parsed, c.value);
     }
-    for (const char* text : {"", "  ", ",", "abc", "12abc", "12 €", "1,2,3", "1,234.5", "1..234,5", ".234,5",
-             "12.34,5", "1.2345,6", "--5", "+-5", "-", "inf", "-inf", "nan", "1e39", "1e50", "0x10", "1,5e3"}) {
+    for (const char* text : { "", "  ", ",", "abc", "12abc", "12 €", "1,2,3", "1,234.5", "1..234,5", ".234,5",
+             "12.34,5", "1.2345,6", "--5", "+-5", "-", "inf", "-inf", "nan", "1e39", "1e50", "0x10", "1,5e3" }) {
         SCOPED_TRACE(text);
         EXPECT_FALSE(DecimalCommaText::parse(text).has_value());
     }
@@ -59,7 +60,7 @@ TEST(DecimalCommaTextTest, EditableTextReadsBackAsTheSameFloat)
 {
     std::mt19937 rng(20250101u);
     std::uniform_real_distribution<float> amounts(0.0f, 1.0e6f);
-    std::uniform_int_distribution<std::uint32_t> bits(0, 0x7f7fffffu);  // every finite positive float
+    std::uniform_int_distribution<std::uint32_t> bits(0, 0x7f7fffffu); // every finite positive float
     for (int i = 0; i < 20000; ++i) {
         float value = 0.0f;
         if (i % 2 == 0) {

@@ -26,9 +26,13 @@ TEST(KategorienTest, DefaultChartHasItsRowsInOrderWithTheirFinalBlanks)
     const auto rows = Kategorien::defaultKategorien();
     ASSERT_EQ(rows.size(), 174u);
     EXPECT_EQ(rows.front(), "0027 EDV-Software Gesch. ");
-    EXPECT_EQ(rows[6], "0410 Gesch\xC3\xA4" "ftsausstattung Gesch. ");
+    EXPECT_EQ(rows[6],
+        "0410 Gesch\xC3\xA4"
+        "ftsausstattung Gesch. ");
     EXPECT_EQ(rows[46], "2340 Einstellungen in Sonderposten mit ");
-    EXPECT_EQ(rows[47], "R\xC3\xBC" "cklagenanteil (steuerfre Gesch. ");
+    EXPECT_EQ(rows[47],
+        "R\xC3\xBC"
+        "cklagenanteil (steuerfre Gesch. ");
     EXPECT_EQ(rows[117], "4822 Abschreibungen auf Immatrielle ");
     EXPECT_EQ(rows[148], "8500 Provisionserl\xC3\xB6se Gesch. ");
     EXPECT_EQ(rows[149], "8510 Provisionserl\xC3\xB6se Gesch. ");
@@ -50,10 +54,10 @@ TEST(KategorienTest, DefaultChartIsStoredOnlyWhenNothingIsStored)
     InMemoryUserDefaults empty;
     empty.setStringArray("Kategorien", {});
     Kategorien::storeDefaultKategorienIfMissing(empty);
-    EXPECT_EQ(empty.stringArray("Kategorien"), std::vector<std::string>{});
+    EXPECT_EQ(empty.stringArray("Kategorien"), std::vector<std::string> {});
 
     InMemoryUserDefaults scalar;
-    scalar.setRawValue("Kategorien", {false, {}});
+    scalar.setRawValue("Kategorien", { false, {} });
     Kategorien::storeDefaultKategorienIfMissing(scalar);
     EXPECT_TRUE(scalar.hasValue("Kategorien"));
     EXPECT_FALSE(scalar.stringArray("Kategorien").has_value());
@@ -68,15 +72,15 @@ TEST(KategorienTest, ReadersFallBackAsEachNeeds)
     EXPECT_EQ(defaults.writeCount(), 0);
 
     // An array holding a number: not a string list, for every reader.
-    defaults.setRawValue("Kategorien", {true, {std::string("1000 Kasse Kasse "), std::nullopt}});
+    defaults.setRawValue("Kategorien", { true, { std::string("1000 Kasse Kasse "), std::nullopt } });
     EXPECT_FALSE(Kategorien::storedList(defaults).has_value());
     EXPECT_EQ(Kategorien::listOrDefault(defaults).size(), 174u);
-    EXPECT_TRUE(defaults.hasValue("Kategorien"));  // left as it was
+    EXPECT_TRUE(defaults.hasValue("Kategorien")); // left as it was
 
-    defaults.setStringArray("Kategorien", {"Eigene "});
-    EXPECT_EQ(Kategorien::storedList(defaults), std::vector<std::string>{"Eigene "});
-    EXPECT_EQ(Kategorien::listOrDefault(defaults), std::vector<std::string>{"Eigene "});
+    defaults.setStringArray("Kategorien", { "Eigene " });
+    EXPECT_EQ(Kategorien::storedList(defaults), std::vector<std::string> { "Eigene " });
+    EXPECT_EQ(Kategorien::listOrDefault(defaults), std::vector<std::string> { "Eigene " });
 }
 
-}  // namespace
-}  // namespace saldo
+} // namespace
+} // namespace saldo

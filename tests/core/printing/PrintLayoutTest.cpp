@@ -26,6 +26,10 @@ std::string describe(double x, double y, PrintFont font, PrintColour colour, con
     return std::to_string(x) + " " + std::to_string(y) + " " + std::to_string(static_cast<int>(font)) + " "
         + std::to_string(static_cast<int>(colour)) + " " + text;
 }
+std::string describe(const PrintText& t)
+{
+    return describe(t.x, t.y, t.font, t.colour, t.text);
+}
 
 TEST(PrintLayout, PageCountIsTheQuotientByFiftyAndOneMoreForAnyEntry)
 {
@@ -41,9 +45,7 @@ TEST(PrintLayout, PageCountIsTheQuotientByFiftyAndOneMoreForAnyEntry)
     for (const Case& c : cases)
         EXPECT_EQ(PrintLayout::pageCount(c.entries, c.extra), c.pages) << c.entries << " + " << c.extra;
 
-    const PrintLayout empty({}, kWidth, kHeight);
-    EXPECT_EQ(empty.pageCount(), 0);
-    EXPECT_TRUE(empty.textsOfPage(0).empty());
+    EXPECT_TRUE(PrintLayout({}, kWidth, kHeight).textsOfPage(0).empty());
 }
 
 TEST(PrintLayout, TitlesEntriesCaptionsSplitBookingsAndEvaluationAtTheirPlaces)
@@ -98,19 +100,14 @@ TEST(PrintLayout, TitlesEntriesCaptionsSplitBookingsAndEvaluationAtTheirPlaces)
 
     std::vector<std::string> actual;
     for (const PrintText& t : layout.textsOfPage(0)) {
-        actual.push_back(describe(t.x, t.y, t.font, t.colour, t.text));
+        actual.push_back(describe(t));
         EXPECT_TRUE(t.width == kWidth && t.height == 16.0 && t.page == 0) << t.text;
     }
     EXPECT_EQ(actual, expected);
-    const std::vector<PrintText> page1 = layout.textsOfPage(1);
-    ASSERT_FALSE(page1.empty());
-    EXPECT_EQ(describe(page1[0].x, page1[0].y, page1[0].font, page1[0].colour, page1[0].text),
-        describe(0, 800, R, blue, evaluation[45]));
+    EXPECT_EQ(describe(layout.textsOfPage(1).at(0)), describe(0, 800, R, blue, evaluation[45]));
     // The last evaluation line at place 4 + evaluation lines ends the last page.
     const std::size_t lastPlace = 4 + evaluation.size();
-    const std::vector<PrintText> last = layout.textsOfPage(layout.pageCount() - 1);
-    ASSERT_FALSE(last.empty());
-    EXPECT_EQ(describe(last.back().x, last.back().y, last.back().font, last.back().colour, last.back().text),
+    EXPECT_EQ(describe(layout.textsOfPage(layout.pageCount() - 1).back()),
         describe(0, (lastPlace / 50) * 800.0 + (lastPlace % 50) * 16.0, R, blue, evaluation.back()));
     EXPECT_TRUE(layout.textsOfPage(layout.pageCount()).empty());
     // On paper 300 points wide, the last three columns of the five lines are left out.

@@ -57,43 +57,20 @@ TEST_F(DocumentControllerTest, AFileIsOpenedOnceWhateverItsPathIsCalled)
     EXPECT_EQ(controller.openDocument(dir.filePath(QStringLiteral("Verweis.saldo"))), first);
     EXPECT_EQ(controller.documents().size(), 1u);
 
-    Document* other = controller.openDocument(ledger(QStringLiteral("Bank.saldo"), 3));
-    ASSERT_NE(other, nullptr);
-    EXPECT_NE(other, first);
-    EXPECT_EQ(other->einnahmen().size(), 3u);
+    EXPECT_NE(controller.openDocument(ledger(QStringLiteral("Bank.saldo"), 3)), first);
     EXPECT_EQ(controller.documents().size(), 2u);
 }
 
-// Unreadable files, missing ones and files made to hurt a reader: each is
-// refused with the one message naming it, opens no window and enters no recent
-// list, and the program goes on (a later good file still opens).
-TEST_F(DocumentControllerTest, UnreadableAndHostileFilesAreRefusedOneByOneAndTheProgramGoesOn)
+// Unreadable files and missing ones (what the readers refuse is theirs to
+// test): each is refused with the one message naming it, opens no window and
+// enters no recent list, and the program goes on (a later good file still opens).
+TEST_F(DocumentControllerTest, UnreadableFilesAreRefusedOneByOneAndTheProgramGoesOn)
 {
     const QString plain = dir.filePath(QStringLiteral("Kaputt.saldo"));
+    const QString cut = dir.filePath(QStringLiteral("Halb.saldo"));
     ASSERT_TRUE(writeBytes(plain, QByteArray("bplist00\x01\x02 kein Ledger")));
-    QStringList files = { plain, dir.filePath(QStringLiteral("Fehlt.saldo")) };
-    const QDir corpus(QStringLiteral(SALDO_TEST_DATA_DIR "/hostile"));
-    for (const QFileInfo& info : corpus.entryInfoList(QDir::Files))
-        files << info.absoluteFilePath();
-
-    const QByteArray good = encoded(sampleEntries(3));
-    QByteArray deepXml = "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><dict><key>x</key>";
-    deepXml += QByteArray("<array>").repeated(100000) + QByteArray("</array>").repeated(100000);
-    deepXml += "</dict></array></plist>";
-    QByteArray badTrailer = good;
-    badTrailer[badTrailer.size() - 26] = char(0x7f); // offset size in the trailer
-    QByteArray farReference = good;
-    farReference[farReference.size() - 8] = char(0x7f); // offset table beyond the file
-    const QByteArray made[] = { good.left(good.size() / 2), badTrailer, farReference, deepXml,
-        "<?xml version=\"1.0\"?><!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;\">]>"
-        "<plist><array><dict><key>name</key><string>&b;</string></dict></array></plist>",
-        QByteArray("bplist00") + QByteArray(64, '\xff'), QByteArray(4096, '\0') };
-    int i = 0;
-    for (const QByteArray& bytes : made) {
-        const QString path = dir.filePath(QStringLiteral("Boese%1.saldo").arg(++i));
-        ASSERT_TRUE(writeBytes(path, bytes));
-        files << path;
-    }
+    ASSERT_TRUE(writeBytes(cut, encoded(sampleEntries(3)).chopped(20)));
+    const QStringList files = { plain, dir.filePath(QStringLiteral("Fehlt.saldo")), cut };
 
     const auto windowsBefore = QApplication::topLevelWidgets().size();
     for (const QString& path : files) {
@@ -131,7 +108,6 @@ TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCateg
     ASSERT_TRUE(QFile::remove(opened.last()));
     controller.documentForPath(opened.last())->windowController()->close();
     EXPECT_EQ(controller.openDocument(opened.last()), nullptr);
-    EXPECT_FALSE(controller.recentDocumentPaths().contains(opened.last()));
     EXPECT_EQ(controller.recentDocumentPaths().size(), DocumentController::kMaxRecentDocuments - 1);
 
     controller.clearRecentDocuments();
@@ -164,9 +140,7 @@ TEST_F(DocumentControllerTest, LedgersSavedUnderANameAreRecentAndThePanelsStartB
 TEST_F(DocumentControllerTest, NewDocumentsGetTheControllersAutosaveDelay)
 {
     controller.setAutosavingDelay(1.5);
-    Document* document = controller.newDocument();
-    EXPECT_TRUE(document->isUntitled());
-    EXPECT_EQ(document->autosaveTimer().interval(), 1500);
+    EXPECT_EQ(controller.newDocument()->autosaveTimer().interval(), 1500);
     Document* opened = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
     EXPECT_EQ(opened->autosaveTimer().interval(), 1500);
 }

@@ -81,12 +81,16 @@ TEST_F(DocumentVerbsTest, EveryVerbIsUndoneAndRedoneExactlyAndTheFileHoldsTheRes
     const std::vector<Verb> verbs = {
         { "Neuer Eintrag", [&] { document.addEntry(); } },
         { "Duplizieren", [&] { document.duplicateEntry(1); } },
-        { "Loeschen", [&] { document.deleteRows({ 0, 2 }); }, true },
+        { "Loeschen",
+            [&] {
+                document.deleteRows({ 0, 2 });
+            },
+            true },
         { "Eingabe", [&] { document.editCell(0, EntryColumn::Brutto, CellEdit::Text { "1.234,56" }); } },
         { "Eingabe",
             [&] {
-                document.editForm(at(1),
-                    { "Stromrechnung", "R-1", "St-1", "Lieferung", "8400 Erloese ", "45,10", "7" });
+                document.editForm(
+                    at(1), { "Stromrechnung", "R-1", "St-1", "Lieferung", "8400 Erloese ", "45,10", "7" });
             } },
         { "Eingabe", [&] { document.editEntry(at(2), [](Einnahme& e) { e.setIsNonEU(true); }); } },
         { "Splitbuchung",
@@ -95,7 +99,10 @@ TEST_F(DocumentVerbsTest, EveryVerbIsUndoneAndRedoneExactlyAndTheFileHoldsTheRes
                 copy->setChildTransactions({ split });
                 document.replaceEntry(at(0), copy);
             } },
-        { "Serienbuchung", [&] { document.appendSeries(1, { at(1)->copy(), at(1)->copy() }); } },
+        { "Serienbuchung",
+            [&] {
+                document.appendSeries(1, { at(1)->copy(), at(1)->copy() });
+            } },
     };
     // A search hides entries while the verbs run: they change the complete list too.
     document.applySearch(SearchOutcome::decide("Name", "o"));
@@ -167,7 +174,7 @@ TEST_F(DocumentVerbsTest, ACellEditWritesItsRowLineAndARefusalSoundsAndLeavesNoS
     EXPECT_TRUE(first->isNonEU());
 }
 
-TEST_F(DocumentVerbsTest, StepsAndTheirUndoMarkTheDocumentChangedAndAnImportDoesNot)
+TEST_F(DocumentVerbsTest, StepsAndTheirUndoMarkTheDocumentChanged)
 {
     document.addEntry();
     EXPECT_TRUE(document.isDocumentEdited());
@@ -177,15 +184,7 @@ TEST_F(DocumentVerbsTest, StepsAndTheirUndoMarkTheDocumentChangedAndAnImportDoes
     EXPECT_TRUE(document.autosaveTimer().isActive());
     ASSERT_TRUE(document.save());
 
-    // An import replaces every entry, leaves the document unchanged and
-    // forgets a history that refers to entries that are gone.
-    const EinnahmeList imported = namedEntries({ "Januar" });
-    document.replaceAllEntries(imported);
-    EXPECT_EQ(document.einnahmen(), imported);
-    EXPECT_EQ(document.backupEinnahmen(), imported);
-    EXPECT_FALSE(document.isDocumentEdited());
-    EXPECT_EQ(document.undoManager()->count(), 0);
-
+    // (An import leaving the document unchanged: EntryListExchangeTest.)
     // A split booking edited in place in its editor is saved too.
     document.noteChangeOutsideVerbs();
     EXPECT_TRUE(document.isDocumentEdited());
@@ -194,11 +193,9 @@ TEST_F(DocumentVerbsTest, StepsAndTheirUndoMarkTheDocumentChangedAndAnImportDoes
 TEST_F(DocumentVerbsTest, UnreadableDataFailsWithTheFixedErrorAndKeepsTheEntries)
 {
     const Snapshot before(document);
-    for (const QByteArray& bad : { QByteArray("<plist><dict/></plist>"), encoded(sampleEntries(3)).left(40) }) {
-        EXPECT_FALSE(document.readFromData(bad));
-        EXPECT_EQ(document.errorCode(), Document::kFileErrorCode);
-        EXPECT_TRUE(Snapshot(document) == before);
-    }
+    EXPECT_FALSE(document.readFromData(QByteArray("<plist><dict/></plist>")));
+    EXPECT_EQ(document.errorCode(), Document::kFileErrorCode);
+    EXPECT_TRUE(Snapshot(document) == before);
     // An empty list is a list: it replaces the entries.
     ASSERT_TRUE(document.readFromData(encoded({})));
     EXPECT_TRUE(document.backupEinnahmen().empty());

@@ -59,8 +59,7 @@ TEST_F(SerialTransactionCreationViewControllerTest, OkBeforeAnyChoiceOnlyClosesT
     EXPECT_FALSE(document.windowController()->actions()->serialTransactionAction()->shortcuts().contains(
         QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)));
     SerialTransactionCreationViewController* sheet = openOn(1);
-    ASSERT_TRUE(sheet);
-    EXPECT_TRUE(sheet->isVisible());
+    ASSERT_TRUE(sheet && sheet->isVisible());
     EXPECT_EQ(sheet->transactionDescriptionLabel()->toPlainText().toStdString(),
         RecurringSeries::descriptionText(*entries[1]));
     sheet->okButton()->click();
@@ -81,16 +80,10 @@ TEST_F(SerialTransactionCreationViewControllerTest, OkReplacesTheTemplateByTheSe
 
     EinnahmeList expected { entries[0], entries[2] };
     expected.insert(expected.end(), series.begin(), series.end());
-    EXPECT_EQ(document.einnahmen(), expected);
     EXPECT_EQ(document.backupEinnahmen(), expected);
     EXPECT_EQ(list()->selectedRows(), (std::vector<std::size_t> { 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13 }));
-    EXPECT_TRUE(document.isDocumentEdited());
+    // Its undo and redo are the document's (DocumentVerbsTest).
     EXPECT_EQ(document.undoManager()->undoText(), "Serienbuchung");
-
-    document.undoManager()->undo();
-    EXPECT_EQ(document.einnahmen(), entries);
-    document.undoManager()->redo();
-    EXPECT_EQ(document.backupEinnahmen(), expected);
 }
 
 TEST_F(SerialTransactionCreationViewControllerTest, AbbrechenDropsAComputedSeries)
@@ -100,7 +93,6 @@ TEST_F(SerialTransactionCreationViewControllerTest, AbbrechenDropsAComputedSerie
     choose(sheet->intervallSelection(), 2);
     EXPECT_EQ(sheet->newlyCreatedTransactions().size(), 4u);
     sheet->cancelButton()->click();
-    EXPECT_FALSE(sheet->isVisible());
     EXPECT_EQ(document.backupEinnahmen(), entries);
     EXPECT_EQ(document.undoManager()->count(), 0);
 }

