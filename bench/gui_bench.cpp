@@ -25,6 +25,8 @@
 #include <QTableView>
 #include <benchmark/benchmark.h>
 
+#include <memory>
+
 #include "GuiBenchMain.h"
 
 #include "RealisticLedger.h"
@@ -65,6 +67,28 @@ void BM_OpenDocumentUntilPainted(benchmark::State& state)
 }
 BENCHMARK(BM_OpenDocumentUntilPainted)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(1);
 
+// What opening adds after the file is read: the window with its table model,
+// the first paint and the first summary.
+void BM_OpenDocumentAfterRead(benchmark::State& state)
+{
+    const std::string bytes = LedgerFile::encode(ledgerOf(static_cast<std::size_t>(state.range(0))));
+    const QByteArray data(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    InMemoryUserDefaults defaults;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto document = std::make_unique<Document>(defaults);
+        document->readFromData(data);
+        state.ResumeTiming();
+        document->makeWindowControllers();
+        document->windowController()->show();
+        benchmark::DoNotOptimize(document->windowController()->grab());
+        state.PauseTiming();
+        document.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_OpenDocumentAfterRead)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(1);
+
 // A save by hand (Sichern): the entries coded, written beside the file,
 // flushed to disk and renamed over it. The window waits for all of it.
 void BM_SaveDocument(benchmark::State& state)
@@ -95,7 +119,7 @@ void BM_AutosaveMainThreadHold(benchmark::State& state)
     const QString path = QDir::temp().filePath(QStringLiteral("saldo-autosave-bench.saldo"));
     if (!document.saveTo(path))
         state.SkipWithError("the first save failed");
-        for (auto _ : state) {
+    for (auto _ : state) {
         state.PauseTiming();
         document.noteChangeOutsideVerbs();
         state.ResumeTiming();
@@ -112,14 +136,20 @@ void BM_AutosaveMainThreadHold(benchmark::State& state)
 BENCHMARK(BM_AutosaveMainThreadHold)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // The time the main thread is held by one refresh of the summary panel: the
-// snapshot taken and the worker started, then the text replaced.
+// snapshot taken and the worker started, then the text replaced. One amount
+// changes before each refresh, so that the report's text is a new one.
 void BM_SummaryMainThreadHold(benchmark::State& state)
 {
     InMemoryUserDefaults defaults;
     Document document(defaults);
     document.replaceAllEntries(ledgerOf(static_cast<std::size_t>(state.range(0))));
     SummaryViewController summary(document);
+    float brutto = 100.0f;
     for (auto _ : state) {
+        state.PauseTiming();
+        brutto += 1.0f;
+        document.editEntry(document.einnahmen().front(), [&](Einnahme& e) { e.setBrutto(brutto); });
+        state.ResumeTiming();
         summary.refresh();
         state.PauseTiming();
         summary.waitForWorker();

@@ -16,6 +16,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
+#include <QSignalBlocker>
 #include <QTableView>
 #include <benchmark/benchmark.h>
 
@@ -119,6 +120,7 @@ void BM_HeaderClick(benchmark::State& state)
     Pane p(static_cast<std::size_t>(state.range(0)));
     const int column = static_cast<int>(state.range(1));
     QTableView* table = p.vc.tableView();
+    QHeaderView* header = table->horizontalHeader();
     QLineEdit* field = p.search->searchField();
     for (auto _ : state) {
         state.PauseTiming();
@@ -126,8 +128,15 @@ void BM_HeaderClick(benchmark::State& state)
         field->setText(QStringLiteral("x"));
         field->clear();
         table->selectRow(static_cast<int>(p.vc.einnahmen().size() / 2));
+        {
+            const QSignalBlocker quiet(header);
+            header->setSortIndicator(-1, Qt::AscendingOrder);
+        }
         state.ResumeTiming();
-        table->sortByColumn(column, Qt::AscendingOrder); // what a click does
+        // What a click does: the header moves its indicator and the view sorts
+        // once. (QTableView::sortByColumn would sort twice here with sorting
+        // enabled.)
+        header->setSortIndicator(column, Qt::AscendingOrder);
         benchmark::DoNotOptimize(p.vc.grab());
     }
 }

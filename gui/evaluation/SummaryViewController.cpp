@@ -54,7 +54,9 @@ void SummaryViewController::viewDidLoad()
         return;
     timerStarted_ = true;
     timer_.start();
-    updateLabels();
+    // The first report is worked out on the worker like every later one: the
+    // window paints at once and the text follows when it is ready.
+    refresh();
 }
 
 void SummaryViewController::showEvent(QShowEvent* event)
@@ -65,6 +67,7 @@ void SummaryViewController::showEvent(QShowEvent* event)
 
 void SummaryViewController::updateLabels()
 {
+    finishRefresh(); // a refresh under way worked on an older snapshot
     refresh();
     finishRefresh();
 }
@@ -90,7 +93,13 @@ void SummaryViewController::finishRefresh()
         return;
     running_.get();
     document_.summaryGate().close();
-    resultTextView_->setPlainText(QString::fromStdString(calcEngine_->ergebnisString()));
+    // An unchanged report is left as it stands: the reader keeps the place
+    // he scrolled to and the window is not laid out again for nothing.
+    const std::string& text = calcEngine_->ergebnisString();
+    if (text != shownText_) {
+        shownText_ = text;
+        resultTextView_->setPlainText(QString::fromStdString(shownText_));
+    }
     // The engine noted the limit as it added the income up: no second pass.
     if (const auto& warning = calcEngine_->limitWarning()) {
         playSound("Ping");

@@ -5,6 +5,7 @@
 
 #include <future>
 #include <memory>
+#include <string>
 
 class QLabel;
 class QPlainTextEdit;
@@ -41,8 +42,8 @@ public:
     QLabel* limitWarningLabel() const { return limitWarning_; }
     const QTimer& timer() const { return timer_; }
 
-    // Starts the refresh timer and refreshes once at once; a second call does
-    // nothing. Runs when the panel is first shown, that is after the document
+    // Starts the refresh timer and a first refresh at once (its text follows
+    // when the worker is done); a second call does nothing. Runs when the panel is first shown, that is after the document
     // has handed its entries to the entry list.
     void viewDidLoad();
 
@@ -71,6 +72,7 @@ private:
     QLabel* limitWarning_ = nullptr;
     std::unique_ptr<CalcEngine> calcEngine_;
     std::future<void> running_;
+    std::string shownText_; // the report now in resultTextView_
     QTimer timer_;
     bool timerStarted_ = false;
 };
