@@ -1,6 +1,7 @@
 #include "entrylist/SortOrdering.h"
 
 #include "entrylist/NfcText.h"
+#include "model/HugePageMemory.h"
 #include "model/UnicodeText.h"
 
 #include <algorithm>
@@ -12,9 +13,6 @@
 #include <deque>
 #include <future>
 #include <limits>
-#include <cstdlib>
-#include <new>
-#include <sys/mman.h>
 #include <utility>
 
 namespace saldo {
@@ -100,44 +98,40 @@ template <typename T> bool numberLess(T a, T b)
     return a < b;
 }
 
-// An allocator whose vectors leave their elements uninitialised until written:
-// the key arrays of a sort are written in full by two threads, so zeroing
-// them first on one thread would only cost time.
-template <typename T> struct DefaultInit : std::allocator<T> {
+// An allocator whose vectors leave their elements uninitialised until written
+// (the key arrays of a sort are written in full by two threads, so zeroing
+// them first on one thread would only cost time).
+template <typename T> struct KeyAllocator : std::allocator<T> {
     template <typename U> struct rebind {
-        using other = DefaultInit<U>;
+        using other = KeyAllocator<U>;
     };
-    DefaultInit() = default;
-    template <typename U> DefaultInit(const DefaultInit<U>&) noexcept { }
-    // A large array is asked for in huge pages: a fresh mapping of 4 KiB
-    // pages costs one page fault per 4 KiB on first write, which for the tens
-    // of megabytes of a million keys is a good part of the sort.
+    KeyAllocator() = default;
+    template <typename U> KeyAllocator(const KeyAllocator<U>&) noexcept { }
+    // A large array is a mapping of its own, in huge pages: fresh memory in
+    // 4 KiB pages costs one page fault per 4 KiB on first write, which for
+    // the tens of megabytes of a million keys is a good part of the sort.
+    static bool isLarge(std::size_t n) { return n * sizeof(T) >= 2 * HugePageMemory::kHugePage; }
     T* allocate(std::size_t n)
     {
-        const std::size_t bytes = n * sizeof(T);
-        if (bytes < kHugePage * 2)
+        if (!isLarge(n))
             return std::allocator<T>::allocate(n);
-        void* p = nullptr;
-        if (posix_memalign(&p, kHugePage, bytes) != 0)
-            throw std::bad_alloc();
-        madvise(p, bytes, MADV_HUGEPAGE);
-        return static_cast<T*>(p);
+        HugePageMemory memory(n * sizeof(T), HugePageMemory::Backing::Huge);
+        return static_cast<T*>(memory.detach());
     }
     void deallocate(T* p, std::size_t n)
     {
-        if (n * sizeof(T) < kHugePage * 2)
-            std::allocator<T>::deallocate(p, n);
+        if (isLarge(n))
+            HugePageMemory::release(p, n * sizeof(T));
         else
-            std::free(p);
+            std::allocator<T>::deallocate(p, n);
     }
-    static constexpr std::size_t kHugePage = 2u << 20;
     template <typename U> void construct(U* p) noexcept { ::new (static_cast<void*>(p)) U; }
     template <typename U, typename... Args> void construct(U* p, Args&&... args)
     {
         ::new (static_cast<void*>(p)) U(std::forward<Args>(args)...);
     }
 };
-template <typename T> using KeyVector = std::vector<T, DefaultInit<T>>;
+template <typename T> using KeyVector = std::vector<T, KeyAllocator<T>>;
 
 // Lists from this length on are sorted by two threads: the program's main
 // thread and one more (the machines it runs on have two cores or more).
