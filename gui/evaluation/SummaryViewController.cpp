@@ -93,8 +93,8 @@ void SummaryViewController::finishRefresh()
         return;
     running_.get();
     document_.summaryGate().close();
-    // An unchanged report is left as it stands: the reader keeps the place
-    // he scrolled to and the window is not laid out again for nothing.
+    // An unchanged report is left as it stands: it stays scrolled where it
+    // was, and the text is not laid out again for nothing.
     const std::string& text = calcEngine_->ergebnisString();
     if (text != shownText_) {
         shownText_ = text;

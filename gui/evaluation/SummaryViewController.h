@@ -43,8 +43,9 @@ public:
     const QTimer& timer() const { return timer_; }
 
     // Starts the refresh timer and a first refresh at once (its text follows
-    // when the worker is done); a second call does nothing. Runs when the panel is first shown, that is after the document
-    // has handed its entries to the entry list.
+    // when the worker is done); a second call does nothing. Runs when the
+    // panel is first shown, that is after the document has handed its entries
+    // to the entry list.
     void viewDidLoad();
 
 public slots:
