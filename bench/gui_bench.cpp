@@ -138,12 +138,22 @@ BENCHMARK(BM_AutosaveMainThreadHold)->Arg(100000)->Arg(1000000)->Unit(benchmark:
 // The time the main thread is held by one refresh of the summary panel: the
 // snapshot taken and the worker started, then the text replaced. One amount
 // changes before each refresh, so that the report's text is a new one.
+// A document of N entries without a window, with a summary panel over it.
+struct SummaryOfLedger {
+    explicit SummaryOfLedger(std::size_t count)
+    {
+        document.replaceAllEntries(ledgerOf(count));
+    }
+    InMemoryUserDefaults defaults;
+    Document document { defaults };
+    SummaryViewController summary { document };
+};
+
 void BM_SummaryMainThreadHold(benchmark::State& state)
 {
-    InMemoryUserDefaults defaults;
-    Document document(defaults);
-    document.replaceAllEntries(ledgerOf(static_cast<std::size_t>(state.range(0))));
-    SummaryViewController summary(document);
+    SummaryOfLedger bench(static_cast<std::size_t>(state.range(0)));
+    Document& document = bench.document;
+    SummaryViewController& summary = bench.summary;
     float brutto = 100.0f;
     for (auto _ : state) {
         state.PauseTiming();
@@ -163,10 +173,8 @@ BENCHMARK(BM_SummaryMainThreadHold)->Arg(100000)->Arg(1000000)->Unit(benchmark::
 // for before its text changes).
 void BM_SummaryRefresh(benchmark::State& state)
 {
-    InMemoryUserDefaults defaults;
-    Document document(defaults);
-    document.replaceAllEntries(ledgerOf(static_cast<std::size_t>(state.range(0))));
-    SummaryViewController summary(document);
+    SummaryOfLedger bench(static_cast<std::size_t>(state.range(0)));
+    SummaryViewController& summary = bench.summary;
     for (auto _ : state)
         summary.updateLabels();
     state.counters["text_bytes"] = static_cast<double>(summary.resultTextView()->toPlainText().toUtf8().size());

@@ -2,6 +2,7 @@
 
 #include "model/LedgerFile.h"
 #include "platform/AtomicFileWriter.h"
+#include "platform/FileWriteErrorText.h"
 
 #include <QByteArrayView>
 #include <QHash>
@@ -9,29 +10,6 @@
 namespace saldo::gui {
 
 namespace {
-
-QString reasonFor(const FileWriteError& error)
-{
-    QString reason;
-    switch (error.kind()) {
-    case FileWriteError::Kind::ReadOnly:
-        reason = QStringLiteral("Die Datei ist schreibgeschuetzt.");
-        break;
-    case FileWriteError::Kind::CannotCreate:
-        reason = QStringLiteral("Die Datei kann in diesem Ordner nicht angelegt werden.");
-        break;
-    case FileWriteError::Kind::WriteFailed:
-        reason = QStringLiteral("Die Datei konnte nicht vollstaendig geschrieben werden; ist der Datentraeger voll?");
-        break;
-    case FileWriteError::Kind::NotRegularFile:
-        reason = QStringLiteral("Unter diesem Namen steht keine gewoehnliche Datei (ein Ordner, ein Geraet "
-                                "oder eine Leitung); dort wird nichts gesichert.");
-        break;
-    }
-    if (!error.detail().empty())
-        reason += QStringLiteral(" (%1)").arg(QString::fromStdString(error.detail()));
-    return reason;
-}
 
 // Codes and writes; `encode` gives the bytes of the entries.
 template <typename Encode> BackgroundSave::Outcome writeFile(const QString& path, Encode encode)
@@ -45,7 +23,7 @@ template <typename Encode> BackgroundSave::Outcome writeFile(const QString& path
         outcome.written = true;
         outcome.stamp = FileStamp::of(path);
     } catch (const FileWriteError& error) {
-        outcome.reason = reasonFor(error);
+        outcome.reason = FileWriteErrorText::reason(error);
     } catch (const std::exception& error) {
         outcome.reason = QStringLiteral("Die Eintraege konnten nicht kodiert werden (%1).").arg(
             QString::fromStdString(error.what()));

@@ -132,26 +132,18 @@ void EntryForm::buildLayout()
     grid->addWidget(label(QStringLiteral("&Kategorie"), kategorie_), row, 0);
     grid->addWidget(kategorie_, row, 1, 1, 3);
     ++row;
-    grid->addWidget(label(QStringLiteral("Rechnungsnr."), rechnungsnummer_), row, 0);
-    grid->addWidget(rechnungsnummer_, row, 1);
-    grid->addWidget(label(QStringLiteral("Steuernr."), steuernummer_), row, 2);
-    grid->addWidget(steuernummer_, row, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("Leistungsart"), leistungsart_), row, 0);
-    grid->addWidget(leistungsart_, row, 1);
-    grid->addWidget(label(QStringLiteral("A&rt"), art_), row, 2);
-    grid->addWidget(art_, row, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("Br&utto"), brutto_), row, 0);
-    grid->addWidget(brutto_, row, 1);
-    grid->addWidget(label(QStringLiteral("Netto"), netto_), row, 2);
-    grid->addWidget(netto_, row, 3);
-    ++row;
-    grid->addWidget(label(QStringLiteral("&Steuersatz %"), steuersatz_), row, 0);
-    grid->addWidget(steuersatz_, row, 1);
-    grid->addWidget(label(QStringLiteral("&Datum"), datum_), row, 2);
-    grid->addWidget(datum_, row, 3);
-    ++row;
+    // A row of two labelled fields.
+    const auto pair = [&](const QString& leftText, QWidget* left, const QString& rightText, QWidget* right) {
+        grid->addWidget(label(leftText, left), row, 0);
+        grid->addWidget(left, row, 1);
+        grid->addWidget(label(rightText, right), row, 2);
+        grid->addWidget(right, row, 3);
+        ++row;
+    };
+    pair(QStringLiteral("Rechnungsnr."), rechnungsnummer_, QStringLiteral("Steuernr."), steuernummer_);
+    pair(QStringLiteral("Leistungsart"), leistungsart_, QStringLiteral("A&rt"), art_);
+    pair(QStringLiteral("Br&utto"), brutto_, QStringLiteral("Netto"), netto_);
+    pair(QStringLiteral("&Steuersatz %"), steuersatz_, QStringLiteral("&Datum"), datum_);
     grid->addWidget(innergem_, row, 0, 1, 2);
     grid->addWidget(nonEU_, row, 2, 1, 2);
     grid->setColumnStretch(1, 1);

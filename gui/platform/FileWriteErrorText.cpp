@@ -18,7 +18,8 @@ QString FileWriteErrorText::reason(const FileWriteError& error)
         text = QStringLiteral("Die Datei konnte nicht vollstaendig geschrieben werden; ist der Datentraeger voll?");
         break;
     case FileWriteError::Kind::NotRegularFile:
-        text = QStringLiteral("Unter diesem Namen steht ein Ordner oder eine Geraetedatei, keine Datei.");
+        text = QStringLiteral("Unter diesem Namen steht keine gewoehnliche Datei (ein Ordner, ein Geraet "
+                              "oder eine Leitung); dort wird nichts gesichert.");
         break;
     }
     if (!error.detail().empty())
