@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -48,7 +49,14 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     model_ = new CategoryListModel(Kategorien::listOrDefault(defaults_), this);
     connect(model_, &CategoryListModel::listEdited, this, &PreferencesViewController::storeList);
 
-    tableView_ = new QTableView(this);
+    // The category list and the income limit are the first page; the
+    // program's other settings follow, a page each.
+    pages_ = new QTabWidget(this);
+    pages_->setObjectName(QStringLiteral("pages"));
+    pages_->setDocumentMode(true);
+    auto* kategorienPage = new QWidget(pages_);
+
+    tableView_ = new QTableView(kategorienPage);
     tableView_->setObjectName(QStringLiteral("tableView"));
     tableView_->setModel(model_);
     tableView_->horizontalHeader()->hide();
@@ -80,14 +88,14 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     connect(tableKey(tableView_, { QKeySequence(Qt::Key_Delete) }), &QAction::triggered, this,
         &PreferencesViewController::removeEntry);
 
-    auto* kategorien = new QLabel(QStringLiteral("&Kategorien:"), this);
+    auto* kategorien = new QLabel(QStringLiteral("&Kategorien:"), kategorienPage);
     kategorien->setBuddy(tableView_);
 
-    auto* addButton = new QPushButton(QStringLiteral("&Hinzufuegen"), this);
+    auto* addButton = new QPushButton(QStringLiteral("&Hinzufuegen"), kategorienPage);
     addButton->setObjectName(QStringLiteral("addButton"));
     addButton->setAutoDefault(false);
     connect(addButton, &QPushButton::clicked, this, &PreferencesViewController::addEntry);
-    removeButton_ = new QPushButton(QStringLiteral("&Entfernen"), this);
+    removeButton_ = new QPushButton(QStringLiteral("&Entfernen"), kategorienPage);
     removeButton_->setObjectName(QStringLiteral("removeButton"));
     removeButton_->setAutoDefault(false);
     removeButton_->setEnabled(false);
@@ -95,15 +103,15 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     connect(tableView_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
         [this] { removeButton_->setEnabled(selectedRow().has_value()); });
 
-    maxEinnahmenLimit_ = new QLineEdit(this);
+    maxEinnahmenLimit_ = new QLineEdit(kategorienPage);
     maxEinnahmenLimit_->setObjectName(QStringLiteral("maxEinnahmenLimit"));
     maxEinnahmenLimit_->setPlaceholderText(QStringLiteral("keine"));
     maxEinnahmenLimit_->setToolTip(QStringLiteral("Bruttoeinnahmen in Euro, mit Dezimalpunkt (1000.50)"));
     connect(
         maxEinnahmenLimit_, &QLineEdit::editingFinished, this, &PreferencesViewController::maxEinnahmenLimitChanged);
-    auto* limitLabel = new QLabel(QStringLiteral("Einnahme&grenze (€):"), this);
+    auto* limitLabel = new QLabel(QStringLiteral("Einnahme&grenze (€):"), kategorienPage);
     limitLabel->setBuddy(maxEinnahmenLimit_);
-    auto* limitNote = new QLabel(QStringLiteral("Gilt bis Saldo endet; sie wird nicht gespeichert."), this);
+    auto* limitNote = new QLabel(QStringLiteral("Gilt bis Saldo endet; sie wird nicht gespeichert."), kategorienPage);
     limitNote->setEnabled(false);
 
     auto* buttons = new QHBoxLayout;
@@ -113,13 +121,18 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     auto* limit = new QHBoxLayout;
     limit->addWidget(limitLabel);
     limit->addWidget(maxEinnahmenLimit_, 1);
-    auto* layout = new QVBoxLayout(this);
+    auto* layout = new QVBoxLayout(kategorienPage);
     layout->addWidget(kategorien);
     layout->addWidget(tableView_, 1);
     layout->addLayout(buttons);
     layout->addSpacing(6);
     layout->addLayout(limit);
     layout->addWidget(limitNote);
+    pages_->addTab(kategorienPage, QStringLiteral("Kategorien"));
+
+    auto* window = new QVBoxLayout(this);
+    window->setContentsMargins(0, 0, 0, 0);
+    window->addWidget(pages_);
 
     auto* close = new QAction(this);
     close->setShortcuts(QKeySequence::Close);

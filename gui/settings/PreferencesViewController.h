@@ -10,6 +10,7 @@
 
 class QLineEdit;
 class QPushButton;
+class QTabWidget;
 class QTableView;
 
 namespace saldo::gui {
@@ -23,8 +24,10 @@ class CategoryListModel;
 // whole list and posts DetailViewUpdated, so that every open window reloads
 // its table and its category pop-ups. Until the first change nothing is
 // written, whatever is stored. It also sets the income limit, which lives in
-// memory only. One window serves the program: a second request brings it to
-// the front; closing it ends it, and the next request reads the list again.
+// memory only. The program's further settings (tax, DATEV, bank rules) have a
+// page each beside the categories. One window serves the program: a second
+// request brings it to the front; closing it ends it, and the next request
+// reads the list again.
 class PreferencesViewController : public QWidget {
     Q_OBJECT
 public:
@@ -41,6 +44,8 @@ public:
     // The open preferences window, or nullptr.
     static PreferencesViewController* openPreferences();
 
+    // The pages of the window: "Kategorien" first, then one page per further setting.
+    QTabWidget* pages() const { return pages_; }
     QTableView* tableView() const { return tableView_; }
     QLineEdit* maxEinnahmenLimit() const { return maxEinnahmenLimit_; }
     QPushButton* removeButton() const { return removeButton_; }
@@ -73,6 +78,7 @@ private:
 
     UserDefaults& defaults_;
     CategoryListModel* model_ = nullptr;
+    QTabWidget* pages_ = nullptr;
     QTableView* tableView_ = nullptr;
     QLineEdit* maxEinnahmenLimit_ = nullptr;
     QPushButton* removeButton_ = nullptr;
