@@ -1,6 +1,7 @@
 // saldo-cli: reads, converts, exports and evaluates ledger files from the command line.
 // Exit status 0 on success, 1 when a file cannot be read or written, 2 when the
 // command line is wrong. Every error is one line on standard error.
+#include "CliCommand.h"
 #include "EntryDump.h"
 
 #include "evaluation/CalcEngine.h"
@@ -19,12 +20,9 @@
 namespace {
 
 using saldo::EinnahmeList;
+using namespace saldo::cli;
 
-constexpr int kOk = 0;
-constexpr int kUnreadable = 1;
-constexpr int kUsage = 2;
-
-const char* const kUsageText = R"(Usage: saldo-cli COMMAND ARGUMENTS
+const char* const kUsageHead = R"(Usage: saldo-cli COMMAND ARGUMENTS
 
 Commands:
   dump FILE         print every entry on one line, split bookings indented below it
@@ -33,30 +31,13 @@ Commands:
                     OUT is replaced atomically, a device or a pipe is written through
   csv FILE          print the entries as a spreadsheet table (CSV: UTF-8, ";", CRLF)
   report FILE       print the evaluation report of the entries
-  help              print this text
+)";
+
+const char* const kUsageTail = R"(  help              print this text
   --version         print the version
 
 Exit status: 0 done, 1 a file could not be read or written, 2 wrong command line.
 )";
-
-int usageError(const std::string& message)
-{
-    std::fprintf(stderr, "saldo-cli: %s (see saldo-cli --help)\n", message.c_str());
-    return kUsage;
-}
-
-int fileError(const std::string& message)
-{
-    std::fprintf(stderr, "saldo-cli: %s\n", message.c_str());
-    return kUnreadable;
-}
-
-int finishOutput()
-{
-    if (std::fflush(stdout) != 0 || std::ferror(stdout))
-        return fileError(std::string("cannot write to standard output: ") + std::strerror(errno));
-    return kOk;
-}
 
 std::size_t countEntries(const EinnahmeList& entries)
 {
@@ -72,12 +53,19 @@ int run(const std::vector<std::string>& args)
         return usageError("no command given");
     const std::string& command = args[0];
     if (command == "help" || command == "--help" || command == "-h") {
-        std::fputs(kUsageText, stdout);
+        std::fputs(kUsageHead, stdout);
+        for (const CliCommand& further : furtherCommands())
+            std::fputs(further.usage, stdout);
+        std::fputs(kUsageTail, stdout);
         return finishOutput();
     }
     if (command == "--version" && args.size() == 1) {
         std::fputs("saldo-cli " SALDO_VERSION "\n", stdout);
         return finishOutput();
+    }
+    for (const CliCommand& further : furtherCommands()) {
+        if (command == further.name)
+            return further.run(std::vector<std::string>(args.begin() + 1, args.end()));
     }
     const std::size_t wanted = command == "convert" ? 3 : 2;
     if (command != "dump" && command != "check" && command != "convert" && command != "report" && command != "csv")
@@ -107,6 +95,29 @@ int run(const std::vector<std::string>& args)
 }
 
 } // namespace
+
+namespace saldo::cli {
+
+int usageError(const std::string& message)
+{
+    std::fprintf(stderr, "saldo-cli: %s (see saldo-cli --help)\n", message.c_str());
+    return kUsage;
+}
+
+int fileError(const std::string& message)
+{
+    std::fprintf(stderr, "saldo-cli: %s\n", message.c_str());
+    return kUnreadable;
+}
+
+int finishOutput()
+{
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+        return fileError(std::string("cannot write to standard output: ") + std::strerror(errno));
+    return kOk;
+}
+
+} // namespace saldo::cli
 
 int main(int argc, char** argv)
 {

@@ -1,0 +1,12 @@
+#include "CliCommand.h"
+
+namespace saldo::cli {
+
+const std::vector<CliCommand>& furtherCommands()
+{
+    static const std::vector<CliCommand> commands = {
+    };
+    return commands;
+}
+
+} // namespace saldo::cli
