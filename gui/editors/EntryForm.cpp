@@ -3,11 +3,11 @@
 #include "entrylist/StatusImages.h"
 #include "model/DecimalCommaText.h"
 #include "model/UnicodeText.h"
+#include "platform/DateField.h"
 #include "platform/DateTimes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -33,13 +33,6 @@ void showReadOnly(QLineEdit* field, bool readOnly)
     if (readOnly)
         palette.setColor(QPalette::Base, QColor(235, 235, 235));
     field->setPalette(palette);
-}
-
-QDateTime toDateTime(ReferenceSeconds datum)
-{
-    // A date the calendar cannot name shows the current moment.
-    const QDateTime local = DateTimes::toQDateTime(datum);
-    return local.isValid() ? local : QDateTime::currentDateTime();
 }
 
 } // namespace
@@ -77,13 +70,10 @@ EntryForm::EntryForm(QWidget* parent)
     art_->addItem(QStringLiteral("Einnahme"), QString::fromLatin1(kArtEinnahme));
     art_->addItem(QStringLiteral("Ausgabe"), QString::fromLatin1(kArtAusgabe));
 
-    datum_ = new QDateTimeEdit(this);
+    datum_ = new DateField(true, this);
     datum_->setObjectName(QStringLiteral("datum"));
-    datum_->setCalendarPopup(true);
-    datum_->setTimeSpec(Qt::LocalTime);
-    datum_->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
     // The whole date and time stays readable where the form is narrow.
-    datum_->setMinimumWidth(datum_->sizeHint().width());
+    datum_->setMinimumWidth(datum_->fontMetrics().horizontalAdvance(datum_->text()) + 2 * datum_->sizeHint().height());
 
     innergem_ = new QCheckBox(QStringLiteral("Innergemeinschaftlicher Erwerb"), this);
     innergem_->setObjectName(QLatin1String(kInnergemCheckBoxId));
@@ -180,8 +170,14 @@ void EntryForm::connectEdits()
     }
     for (QComboBox* popUp : { art_, kategorie_ })
         connect(popUp, &QComboBox::activated, this, [this, popUp] { emit popUpButtonChangedSelection(popUp); });
-    connect(datum_, &QDateTimeEdit::dateTimeChanged, this, [this] {
-        if (!filling_)
+    // A typed date counts on Return and when the field is left; a day picked
+    // in the calendar at once.
+    connect(datum_, &QLineEdit::editingFinished, this, [this] {
+        if (datum_->commit() == DateField::Outcome::Changed && !filling_)
+            emit datePickerValueChanged();
+    });
+    connect(datum_, &DateField::dateChosen, this, [this](bool changed) {
+        if (changed && !filling_)
             emit datePickerValueChanged();
     });
     for (QCheckBox* check : { innergem_, nonEU_ })
@@ -227,7 +223,7 @@ void EntryForm::fill(const Einnahme* e)
     }
     kategorie_->setCurrentIndex(kategorieIndex);
 
-    datum_->setDateTime(e ? toDateTime(e->datum()) : QDateTime::currentDateTime());
+    datum_->setDateTime(e ? DateTimes::toQDateTime(e->datum()) : QDateTime());
     innergem_->setChecked(e && e->innergemeinschaftlicherErwerb());
     nonEU_->setChecked(e && e->isNonEU());
     if (e)

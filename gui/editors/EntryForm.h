@@ -11,11 +11,12 @@
 
 class QCheckBox;
 class QComboBox;
-class QDateTimeEdit;
 class QLabel;
 class QLineEdit;
 
 namespace saldo::gui {
+
+class DateField;
 
 // The form over one entry that the detail panel and the split-booking editor
 // share: a control for every field (name, invoice and tax number, kind of
@@ -63,7 +64,7 @@ public:
     QLineEdit* nettoField() const { return netto_; }
     QLineEdit* steuersatzField() const { return steuersatz_; }
     QComboBox* artPopUp() const { return art_; }
-    QDateTimeEdit* datumPicker() const { return datum_; }
+    DateField* datumPicker() const { return datum_; }
     QCheckBox* innergemCheckBox() const { return innergem_; }
     QCheckBox* nonEUCheckBox() const { return nonEU_; }
     QLabel* imageView() const { return imageView_; }
@@ -98,7 +99,7 @@ private:
     QLineEdit* netto_ = nullptr;
     QLineEdit* steuersatz_ = nullptr;
     QComboBox* art_ = nullptr;
-    QDateTimeEdit* datum_ = nullptr;
+    DateField* datum_ = nullptr;
     QCheckBox* innergem_ = nullptr;
     QCheckBox* nonEU_ = nullptr;
     QLabel* imageView_ = nullptr;

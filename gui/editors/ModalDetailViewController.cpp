@@ -8,11 +8,11 @@
 #include "entrylist/EntryTableSetup.h"
 #include "entrylist/ViewController.h"
 #include "model/Kategorien.h"
+#include "platform/DateField.h"
 #include "platform/DateTimes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QPushButton>

@@ -1,6 +1,7 @@
 #include "entrylist/EntryCells.h"
 
 #include "entrylist/StatusImages.h"
+#include "model/DateText.h"
 #include "model/DecimalCommaText.h"
 #include "model/Kategorien.h"
 #include "platform/Calendar.h"
@@ -18,17 +19,11 @@ QString fromStd(const std::string& text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// "dd.MM.yyyy HH:mm" in local time.
+// "dd.MM.yyyy HH:mm" in local time, as the date field shows it.
 QString dateText(ReferenceSeconds datum)
 {
-    const Calendar::Fields f = Calendar::localFields(datum);
-    const QChar zero(u'0');
-    return QStringLiteral("%1.%2.%3 %4:%5")
-        .arg(f.day, 2, 10, zero)
-        .arg(f.month, 2, 10, zero)
-        .arg(f.year, 4, 10, zero)
-        .arg(f.hour, 2, 10, zero)
-        .arg(f.minute, 2, 10, zero);
+    const Calendar::LocalDateTime local { Calendar::localFields(datum), 0 };
+    return QString::fromStdString(DateText::format(local, false));
 }
 
 QString numberText(float value)

@@ -9,11 +9,11 @@
 #include "entrylist/FormEdit.h"
 #include "gui/support/Recorders.h"
 #include "model/Kategorien.h"
+#include "platform/DateField.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QLineEdit>
 #include <QTest>
 #include <QUndoStack>
@@ -162,7 +162,8 @@ TEST_F(DetailViewControllerTest, PopUpsBoxesAndTheDateAreStepsOfTheirOwn)
     EXPECT_FALSE(panel.nonEUCheckBox()->isChecked()); // the other box shows the cleared flag at once
 
     const QDateTime chosen(QDate(2024, 3, 1), QTime(9, 30, 15));
-    panel.datumPicker()->setDateTime(chosen); // as the picker reports a user's date
+    QTest::keyClicks(panel.datumPicker(), chosen.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
+    QTest::keyClick(panel.datumPicker(), Qt::Key_Return);
     // 2024-03-01 09:30:15 in Berlin is 08:30:15 UTC: 730974615 s after 2001-01-01.
     EXPECT_EQ(entry->datum(), 730974615.0);
     EXPECT_EQ(steps(), 4);
