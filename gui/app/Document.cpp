@@ -9,6 +9,7 @@
 #include "app/commands/ChangeEntryCommand.h"
 #include "app/commands/DeleteEntriesCommand.h"
 #include "app/commands/DuplicateEntryCommand.h"
+#include "app/commands/LoadEntriesCommand.h"
 #include "app/commands/ReplaceEntryCommand.h"
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/SearchOutcome.h"
@@ -51,9 +52,9 @@ Document::Document(UserDefaults& defaults, QObject* parent)
     setAutosavingDelay(DocumentController::kDefaultAutosavingDelay);
     connect(&autosaveTimer_, &QTimer::timeout, this, &Document::autosave);
     // Every step, its undo and its redo change the entries, so each marks the
-    // document changed; clearing the history changes nothing.
+    // document changed; clearing the history and loading a list do not.
     connect(undoStack_, &QUndoStack::indexChanged, this, [this] {
-        if (!clearingHistory_)
+        if (!quietStep_)
             updateChangeCount(ChangeType::Done);
     });
 }
@@ -268,8 +269,9 @@ void Document::appendSeries(std::size_t templateRow, EinnahmeList copies)
 
 void Document::replaceAllEntries(EinnahmeList entries)
 {
-    entries_->setEntries(std::move(entries), DocumentChange::Selection::KeepRows);
-    clearUndoHistory();
+    quietStep_ = true;
+    undoStack_->push(new LoadEntriesCommand(*entries_, std::move(entries)));
+    quietStep_ = false;
 }
 
 void Document::noteChangeOutsideVerbs()
@@ -289,9 +291,9 @@ void Document::changeInPlace(Einnahme& entry, const std::function<void(Einnahme&
 
 void Document::clearUndoHistory()
 {
-    clearingHistory_ = true;
+    quietStep_ = true;
     undoStack_->clear();
-    clearingHistory_ = false;
+    quietStep_ = false;
 }
 
 void Document::applySearch(const SearchOutcome& outcome)

@@ -108,9 +108,10 @@ public:
     // A recurring series: appends the copies, selects them and takes the
     // template at the shown row out ("Serienbuchung").
     void appendSeries(std::size_t templateRow, EinnahmeList copies);
-    // An imported list replaces all entries. The document is not marked
-    // changed, and the undo history, which refers to entries that are gone,
-    // is cleared. The selected row numbers stay selected.
+    // An imported list replaces all entries ("Eintraege laden"), and the
+    // selected row numbers stay selected. The load is one step that can be
+    // undone, bringing every entry back, but it does not mark the document
+    // changed: only its undo and redo do.
     void replaceAllEntries(EinnahmeList entries);
     // A change the user made outside the verbs (a split booking edited in
     // place in the split-booking editor): only marks the document changed.
@@ -213,7 +214,9 @@ private:
     DocumentEntries* entries_ = nullptr;
     std::unique_ptr<DocumentWindow> window_;
     QUndoStack* undoStack_ = nullptr;
-    bool clearingHistory_ = false;
+    // True while the undo stack moves without the document changing: its
+    // history cleared, or a load pushed.
+    bool quietStep_ = false;
     QTimer autosaveTimer_;
     long long changeCount_ = 0;
     int errorCode_ = 0;

@@ -38,6 +38,16 @@ void DocumentEntries::setEntries(EinnahmeList entries, DocumentChange::Selection
     run(what, [&] { model_->resetWith([&] { lists_.setEntries(std::move(entries)); }); });
 }
 
+void DocumentEntries::setLists(EinnahmeList einnahmen, EinnahmeList backupEinnahmen)
+{
+    DocumentChange what;
+    what.kind = DocumentChange::Kind::ListsReplaced;
+    what.selection = DocumentChange::Selection::KeepRows;
+    run(what, [&] {
+        model_->resetWith([&] { lists_.setLists(std::move(einnahmen), std::move(backupEinnahmen)); });
+    });
+}
+
 void DocumentEntries::applySearch(const SearchOutcome& outcome)
 {
     if (outcome.kind() == SearchOutcome::Kind::NoChange)

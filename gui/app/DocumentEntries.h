@@ -37,6 +37,8 @@ public:
 
     // Both lists become `entries`.
     void setEntries(EinnahmeList entries, DocumentChange::Selection selection = DocumentChange::Selection::KeepEntries);
+    // Both lists become what they were at another moment; the selected rows stay.
+    void setLists(EinnahmeList einnahmen, EinnahmeList backupEinnahmen);
     // The shown list becomes what a search text selects (nothing for NoChange).
     void applySearch(const SearchOutcome& outcome);
     // Reorders the shown list; the model, which asks for it, keeps its rows in step.

@@ -47,7 +47,8 @@ protected:
         EXPECT_NEAR(actual.greenF(), g, 1.0 / 255) << actual.name().toStdString();
         EXPECT_NEAR(actual.blueF(), b, 1.0 / 255) << actual.name().toStdString();
     }
-    int steps() const { return document.undoManager()->count(); }
+    // The steps after the fixture's own, the load of its entries.
+    int steps() const { return document.undoManager()->count() - 1; }
 
     InMemoryUserDefaults defaults;
     Document document { defaults };
