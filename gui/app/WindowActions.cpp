@@ -7,6 +7,7 @@
 #include "app/EntryListExchange.h"
 #include "app/ShortcutsDialog.h"
 #include "app/SplitViewController.h"
+#include "app/UndoKeysFallback.h"
 #include "entrylist/ViewController.h"
 #include "settings/PreferencesViewController.h"
 #include "printing/PrintController.h"
@@ -155,6 +156,8 @@ WindowActions::WindowActions(DocumentWindow& window)
     for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, quit_, undo_, redo_, addEntry_, duplicate_,
              splitBooking_, serialTransaction_, preferences_, shortcuts_ })
         window.addAction(action);
+    // Ctrl+Z in a form field with nothing of its own to undo undoes the document's last step.
+    new UndoKeysFallback(window, this);
 }
 
 void WindowActions::showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)

@@ -3,7 +3,10 @@
 // window's menus reaching the verbs and the undo stack.
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
+#include "app/SplitViewController.h"
 #include "app/WindowActions.h"
+#include "editors/DetailViewController.h"
+#include "entrylist/ViewController.h"
 #include "entrylist/SearchOutcome.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/Recorders.h"
@@ -11,6 +14,9 @@
 #include "platform/UserDefaults.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QLineEdit>
+#include <QTableView>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
@@ -134,6 +140,23 @@ TEST_F(DocumentTest, TheEditMenuRunsTheVerbsAndNamesTheStepToUndo)
     actions->undoAction()->trigger();
     EXPECT_EQ(actions->redoAction()->text(), QStringLiteral("Wieder&holen Duplizieren"));
     EXPECT_EQ(document->backupEinnahmen().size(), 4u);
+
+    // Ctrl+Z in a form field undoes the field's own typing first, then the
+    // document's last step (the field used to keep the key to itself).
+    QApplication::setActiveWindow(document->windowController());
+    SplitViewController* split = document->windowController()->splitViewController();
+    split->viewController()->tableView()->selectRow(0);
+    DetailViewController* detail = split->detailViewController();
+    detail->finishAnimationsForTesting();
+    QLineEdit* name = detail->nameField();
+    name->setFocus();
+    ASSERT_TRUE(name->hasFocus());
+    QTest::keyClicks(name, QStringLiteral("x"));
+    QTest::keyClick(name, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(document->backupEinnahmen().size(), 4u);
+    EXPECT_FALSE(name->isUndoAvailable());
+    QTest::keyClick(name, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(document->backupEinnahmen().size(), 3u);
 
     // Without a document controller the program-wide actions are off.
     EXPECT_FALSE(actions->newDocumentAction()->isEnabled());
