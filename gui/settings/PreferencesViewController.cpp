@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -230,6 +231,17 @@ void PreferencesViewController::showEvent(QShowEvent* event)
     setFixedSize(kWidth, kHeight);
     if (const std::optional<float>& limit = einnahmenLimit())
         maxEinnahmenLimit_->setText(limitText(*limit));
+}
+
+void PreferencesViewController::keyPressEvent(QKeyEvent* event)
+{
+    // Escape closes the window, as it closes a dialog. A cell being edited
+    // takes the key itself (its edit is abandoned) and the window stays.
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void PreferencesViewController::closeEvent(QCloseEvent* event)

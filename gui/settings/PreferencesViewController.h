@@ -24,7 +24,7 @@ class CategoryListModel;
 // whole list and posts DetailViewUpdated, so that every open window reloads
 // its table and its category pop-ups. Until the first change nothing is
 // written, whatever is stored. It also sets the income limit, which lives in
-// memory only. The program's further settings (tax, DATEV, bank rules) have a
+// memory only. Escape or Ctrl+W closes it. The program's further settings (tax, DATEV, bank rules) have a
 // page each beside the categories. One window serves the program: a second
 // request brings it to the front; closing it ends it, and the next request
 // reads the list again.
@@ -71,6 +71,7 @@ public slots:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:

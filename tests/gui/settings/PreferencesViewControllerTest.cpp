@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTableView>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -128,7 +129,15 @@ TEST(PreferencesViewControllerTest, OneWindowForEveryLedgerAndALimitReadInCNotat
     emit field->editingFinished();
     EXPECT_EQ(einnahmenLimit(), 1000.5f);
 
-    delete preferences;
+    // Escape in a cell being edited abandons the edit; in the table it closes the window.
+    preferences->tableView()->setCurrentIndex(preferences->tableView()->model()->index(0, 0));
+    preferences->tableView()->edit(preferences->tableView()->currentIndex());
+    QWidget* cell = preferences->tableView()->indexWidget(preferences->tableView()->currentIndex());
+    ASSERT_TRUE(cell);
+    QTest::keyClick(cell, Qt::Key_Escape);
+    EXPECT_TRUE(preferences->isVisible());
+    QTest::keyClick(preferences->tableView(), Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(PreferencesViewController::openPreferences());
     open->trigger();
     EXPECT_EQ(PreferencesViewController::openPreferences()->maxEinnahmenLimit()->text(), QStringLiteral("1000.5"));
