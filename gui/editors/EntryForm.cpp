@@ -73,7 +73,7 @@ EntryForm::EntryForm(QWidget* parent)
     datum_ = new DateField(true, this);
     datum_->setObjectName(QStringLiteral("datum"));
     // The whole date and time stays readable where the form is narrow.
-    datum_->setMinimumWidth(datum_->fontMetrics().horizontalAdvance(datum_->text()) + 2 * datum_->sizeHint().height());
+    datum_->setMinimumWidth(datum_->fontMetrics().horizontalAdvance(datum_->text()) + datum_->sizeHint().height() + 12);
 
     innergem_ = new QCheckBox(QStringLiteral("Innergemeinschaftlicher Erwerb"), this);
     innergem_->setObjectName(QLatin1String(kInnergemCheckBoxId));
