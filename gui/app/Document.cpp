@@ -10,6 +10,7 @@
 #include "app/commands/DeleteEntriesCommand.h"
 #include "app/commands/DuplicateEntryCommand.h"
 #include "app/commands/LoadEntriesCommand.h"
+#include "app/commands/RenameKategorieCommand.h"
 #include "app/commands/ReplaceEntryCommand.h"
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/SearchOutcome.h"
@@ -17,6 +18,7 @@
 #include "platform/Diagnostics.h"
 #include "platform/Dialogs.h"
 #include "platform/Sound.h"
+#include "settings/CategoryRename.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -272,6 +274,20 @@ void Document::replaceAllEntries(EinnahmeList entries)
     quietStep_ = true;
     undoStack_->push(new LoadEntriesCommand(*entries_, std::move(entries)));
     quietStep_ = false;
+}
+
+EinnahmeList Document::entriesWithKategorie(const std::string& kategorie) const
+{
+    return CategoryRename::entriesCarrying(backupEinnahmen(), kategorie);
+}
+
+std::size_t Document::renameKategorie(const std::string& from, const std::string& to)
+{
+    EinnahmeList renamed = entriesWithKategorie(from);
+    const std::size_t count = renamed.size();
+    if (count > 0)
+        undoStack_->push(new RenameKategorieCommand(*entries_, std::move(renamed), to));
+    return count;
 }
 
 void Document::noteChangeOutsideVerbs()

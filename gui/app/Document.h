@@ -15,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -113,6 +114,12 @@ public:
     // undone, bringing every entry back, but it does not mark the document
     // changed: only its undo and redo do.
     void replaceAllEntries(EinnahmeList entries);
+    // The entries (split bookings included) that carry this category.
+    EinnahmeList entriesWithKategorie(const std::string& kategorie) const;
+    // A category of the list was renamed: the entries that carry the old text
+    // take the new one, as one step ("Kategorie umbenennen"). Answers how
+    // many entries were renamed; none leaves no step.
+    std::size_t renameKategorie(const std::string& from, const std::string& to);
     // A change the user made outside the verbs (a split booking edited in
     // place in the split-booking editor): only marks the document changed.
     void noteChangeOutsideVerbs();

@@ -210,6 +210,19 @@ void DocumentEntries::setFields(const EinnahmePtr& entry, Einnahme::Stored field
     });
 }
 
+void DocumentEntries::changeEntries(
+    const EinnahmeList& entries, const std::function<void(Einnahme&, std::size_t)>& change)
+{
+    DocumentChange what;
+    what.kind = DocumentChange::Kind::EntriesEdited;
+    what.entries = entries;
+    run(what, [&] {
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            changeEntry(*entries[i], [&](Einnahme& e) { change(e, i); });
+        model_->reload();
+    });
+}
+
 void DocumentEntries::changeEntry(Einnahme& entry, const std::function<void(Einnahme&)>& change)
 {
     saveGate_.change(entry, [&](Einnahme& e) { summaryGate_.change(e, change); });

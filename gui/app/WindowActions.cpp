@@ -122,9 +122,12 @@ WindowActions::WindowActions(DocumentWindow& window)
     preferences_->setMenuRole(QAction::PreferencesRole);
     bearbeiten->addSeparator();
     bearbeiten->addAction(preferences_);
-    connect(preferences_, &QAction::triggered, this,
-        [&document] { PreferencesViewController::showPreferences(document.defaults()); });
-
+    connect(preferences_, &QAction::triggered, this, [&document, controller] {
+        if (controller)
+            controller->showPreferences();
+        else
+            PreferencesViewController::showPreferences(document.defaults());
+    });
     // Eintrag
     splitBooking_
         = makeAction(this, QStringLiteral("&Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });

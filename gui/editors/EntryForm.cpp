@@ -1,5 +1,6 @@
 #include "editors/EntryForm.h"
 
+#include "entrylist/EntryCells.h"
 #include "entrylist/StatusImages.h"
 #include "model/DecimalCommaText.h"
 #include "model/UnicodeText.h"
@@ -168,8 +169,12 @@ void EntryForm::connectEdits()
                 emit textFieldEdited();
         });
     }
+    // Choosing the entry's own category, which the list no longer holds, changes nothing.
     for (QComboBox* popUp : { art_, kategorie_ })
-        connect(popUp, &QComboBox::activated, this, [this, popUp] { emit popUpButtonChangedSelection(popUp); });
+        connect(popUp, &QComboBox::activated, this, [this, popUp](int index) {
+            if (popUp != kategorie_ || !isOwnKategorie(index))
+                emit popUpButtonChangedSelection(popUp);
+        });
     // A typed date counts on Return and when the field is left; a day picked
     // in the calendar at once.
     connect(datum_, &QLineEdit::editingFinished, this, [this] {
@@ -191,6 +196,7 @@ void EntryForm::setKategorien(const std::vector<std::string>& rows)
 {
     filling_ = true;
     kategorie_->clear();
+    ownKategorie_ = false;
     QStringList items;
     for (const std::string& row : rows)
         items << qs(row);
@@ -212,17 +218,7 @@ void EntryForm::fill(const Einnahme* e)
     steuersatz_->setText(qs(DecimalCommaText::editable(shownSteuersatz_)));
     art_->setCurrentIndex(e && UnicodeText::equal(e->art(), kArtEinnahme) ? 0 : 1);
 
-    int kategorieIndex = -1;
-    if (e) {
-        for (int i = 0; i < kategorie_->count(); ++i) {
-            if (UnicodeText::equal(kategorie_->itemText(i).toStdString(), e->kategorie())) {
-                kategorieIndex = i;
-                break;
-            }
-        }
-    }
-    kategorie_->setCurrentIndex(kategorieIndex);
-
+    showKategorie(e);
     datum_->setDateTime(e ? DateTimes::toQDateTime(e->datum()) : QDateTime());
     innergem_->setChecked(e && e->innergemeinschaftlicherErwerb());
     nonEU_->setChecked(e && e->isNonEU());
@@ -237,6 +233,39 @@ void EntryForm::fill(const Einnahme* e)
             : QString());
     markTaken();
     filling_ = false;
+}
+
+void EntryForm::showKategorie(const Einnahme* e)
+{
+    if (ownKategorie_) {
+        kategorie_->removeItem(1); // the separator
+        kategorie_->removeItem(0);
+        ownKategorie_ = false;
+    }
+    int index = -1;
+    if (e) {
+        for (int i = 0; i < kategorie_->count(); ++i) {
+            if (UnicodeText::equal(kategorie_->itemText(i).toStdString(), e->kategorie())) {
+                index = i;
+                break;
+            }
+        }
+    }
+    // A category the list no longer holds shows as itself, first and marked.
+    if (index < 0 && e && !e->kategorie().empty()) {
+        kategorie_->insertItem(0, EntryCells::notInList(qs(e->kategorie())));
+        QFont italic = kategorie_->font();
+        italic.setItalic(true);
+        kategorie_->setItemData(0, italic, Qt::FontRole);
+        kategorie_->insertSeparator(1);
+        ownKategorie_ = true;
+        index = 0;
+    }
+    kategorie_->setCurrentIndex(index);
+    kategorie_->setToolTip(ownKategorie_
+            ? QStringLiteral("Die Kategorie steht nicht in der Kategorienliste (Bearbeiten ▸ Einstellungen); "
+                             "der Eintrag behaelt sie.")
+            : QString());
 }
 
 void EntryForm::showDerivedBrutto(std::optional<float> brutto)
@@ -269,7 +298,7 @@ FormEdit::Texts EntryForm::texts() const
     texts.steuernummer = steuernummer_->text().toStdString();
     texts.leistungsart = leistungsart_->text().toStdString();
     // With no item of the entry's category in the list, the category stays.
-    if (kategorie_->currentIndex() >= 0)
+    if (kategorie_->currentIndex() >= 0 && !isOwnKategorie(kategorie_->currentIndex()))
         texts.kategorie = kategorie_->currentText().toStdString();
     texts.brutto = brutto_->text().toStdString();
     texts.steuersatz = steuersatz_->text().toStdString();

@@ -28,8 +28,9 @@ class DateField;
 // filling. What an edit changes is the owner's business. The form keeps its
 // display current by itself: the net amount follows the gross amount and
 // rate as they are typed, and a name too short to be taken is framed in red
-// with the reason as its tooltip. While split bookings decide the gross
-// amount, the gross field shows the amount the owner derives and is read-only.
+// with the reason as its tooltip; a category the list does not hold shows as
+// itself, marked, and is kept. While split bookings decide the gross amount,
+// the gross field shows the amount the owner derives and is read-only.
 class EntryForm : public QWidget {
     Q_OBJECT
 public:
@@ -86,6 +87,9 @@ signals:
 private:
     void buildLayout();
     void connectEdits();
+    // Selects the entry's category, first and marked when the list does not hold it.
+    void showKategorie(const Einnahme* e);
+    bool isOwnKategorie(int index) const { return ownKategorie_ && index == 0; }
     void updateNameHint();
     void previewNetto();
     QList<QLineEdit*> textFields() const;
@@ -109,6 +113,8 @@ private:
     float shownSteuersatz_ = 0.0f;
     // True while the form writes into its own controls: never an edit.
     bool filling_ = false;
+    // The category pop-up's first item is the entry's own category, not in the list.
+    bool ownKategorie_ = false;
 };
 
 } // namespace saldo::gui

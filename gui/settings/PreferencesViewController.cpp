@@ -49,6 +49,7 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     // either way nothing is written until the first change.
     model_ = new CategoryListModel(Kategorien::listOrDefault(defaults_), this);
     connect(model_, &CategoryListModel::listEdited, this, &PreferencesViewController::storeList);
+    connect(model_, &CategoryListModel::rowRenamed, this, &PreferencesViewController::kategorieRenamed);
 
     // The category list and the income limit are the first page; the
     // program's other settings follow, a page each.

@@ -23,4 +23,4 @@ void LoadEntriesCommand::undo()
     entries_.setLists(einnahmenBefore_, backupEinnahmenBefore_);
 }
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

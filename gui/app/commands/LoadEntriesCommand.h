@@ -26,4 +26,4 @@ private:
     EinnahmeList backupEinnahmenBefore_;
 };
 
-}  // namespace saldo::gui
+} // namespace saldo::gui

@@ -169,12 +169,21 @@ TEST_F(DetailViewControllerTest, PopUpsBoxesAndTheDateAreStepsOfTheirOwn)
     EXPECT_EQ(entry->datum(), 730974615.0);
     EXPECT_EQ(steps(), 4);
 
-    // A category outside the list is kept: the pop-up has no item chosen.
+    // A category outside the list (renamed in the preferences) shows as
+    // itself, marked, where it used to show as empty; it is kept, and
+    // choosing it again changes nothing.
     entry->setKategorie("0815 Gibt es nicht ");
     show(entry);
-    EXPECT_EQ(panel.kategoriePopUp()->currentIndex(), -1);
+    QComboBox* popUp = panel.kategoriePopUp();
+    EXPECT_EQ(popUp->currentText(), QStringLiteral("0815 Gibt es nicht  (nicht in der Liste)"));
+    EXPECT_EQ(popUp->count(), static_cast<int>(kList.size()) + 2); // the entry's own and a separator
+    emit popUp->activated(0);
     panel.textFieldEdited();
     EXPECT_EQ(entry->kategorie(), "0815 Gibt es nicht ");
+    popUp->setCurrentIndex(3);
+    emit popUp->activated(3);
+    EXPECT_EQ(entry->kategorie(), kList[1]);
+    EXPECT_EQ(popUp->count(), static_cast<int>(kList.size())); // in the list again
 }
 
 } // namespace
