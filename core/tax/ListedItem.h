@@ -26,6 +26,12 @@ struct ListedItem {
     // The gross amount as stored (also when it could not be taken).
     float brutto = 0.0f;
 
+    // The top-level entry's local day, "dd.MM.yyyy"; empty for a date the
+    // calendar cannot name.
+    std::string dayText() const;
+    // The gross amount, "1.234,56"; as stored ("nan", "inf") when it could not be taken.
+    std::string amountText() const;
+
     static ListedItem of(std::size_t top, ItemRow row, const char* reason, const Einnahme& item, ReferenceSeconds datum)
     {
         return ListedItem { top, rowText(row), reason, item.name(), datum, item.brutto() };
