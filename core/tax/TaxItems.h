@@ -146,7 +146,11 @@ void forEachItem(const EinnahmeList& entries, const SnapshotGate* gate, Wanted&&
     if (gate)
         batch = gate->lockBatch();
     std::vector<std::uint32_t> row { 0 };
+    // The entries lie wherever the allocator put them: fetch them well ahead.
+    constexpr std::size_t kAhead = 16;
     for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i + kAhead < entries.size())
+            __builtin_prefetch(entries[i + kAhead].get());
         if (gate && i % kBatch == 0 && i != 0) {
             batch.unlock();
             batch.lock();

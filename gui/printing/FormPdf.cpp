@@ -71,7 +71,7 @@ public:
             for (const FormTableModel::Row& row : model.rows())
                 if (c < row.cells.size())
                     widths[c] = std::max(widths[c], boldMetrics.horizontalAdvance(row.cells[c]));
-            widths[c] += 2 * kCellPadding;
+            widths[c] += 2 * kCellPadding + 2.0; // and a little slack against rounding
         }
         const int stretch = static_cast<int>(std::max_element(widths.begin(), widths.end()) - widths.begin());
         qreal others = 0;
