@@ -7,10 +7,8 @@
 #include "evaluation/ListedItemsView.h"
 #include "evaluation/UstvaTables.h"
 #include "platform/Calendar.h"
-#include "platform/Dialogs.h"
-#include "platform/FileWriteError.h"
-#include "platform/FileWriteErrorText.h"
 #include "printing/FormPdf.h"
+#include "printing/PdfFile.h"
 #include "tax/TaxSettings.h"
 #include "tax/UstvaForm.h"
 
@@ -31,7 +29,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 
 namespace saldo::gui {
 
@@ -296,38 +293,24 @@ void UstvaViewController::kopieren()
 
 bool UstvaViewController::alsPdfSichern()
 {
-    const QString base = QFileInfo(document_.displayName()).completeBaseName();
     const QString name
         = QStringLiteral("%1 Umsatzsteuer-Voranmeldung %2.pdf")
-              .arg(base, QString::fromStdString(kleinunternehmer_ ? std::to_string(period_.year()) : period_.text()));
+              .arg(QFileInfo(document_.displayName()).completeBaseName(),
+                  QString::fromStdString(kleinunternehmer_ ? std::to_string(period_.year()) : period_.text()));
     const QString folder = document_.isUntitled() ? QDir::homePath() : QFileInfo(document_.filePath()).path();
-    QString path = Dialogs::instance().getSaveFileName(
-        this, QStringLiteral("Als PDF sichern"), QDir(folder).filePath(name), QStringLiteral("PDF-Dateien (*.pdf)"));
-    if (path.isEmpty())
-        return false;
-    if (!path.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
-        path += QStringLiteral(".pdf");
-
-    FormPdf::Page page;
-    page.title = heading_->text();
-    page.subtitle = QStringLiteral("%1, erstellt am %2")
-                        .arg(document_.displayName(), QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
-    page.form = formModel_;
-    page.notes = notes_->text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const ListedItemsView* list : { nichtZugeordnet_, nichtTeil_, nichtCentgenau_ })
-        if (lists_->isTabVisible(lists_->indexOf(list)))
-            page.lists << FormPdf::List { list->title(), list->model() };
-    page.footer = QStringLiteral("Saldo sendet nichts an das Finanzamt: die Werte sind in ELSTER einzutragen.");
-    try {
-        FormPdf::write(path, page);
-        return true;
-    } catch (const FileWriteError& error) {
-        std::cerr << "saldo: " << error.what() << '\n';
-        Dialogs::instance().showError(this,
-            QStringLiteral("Das PDF „%1“ konnte nicht gesichert werden.").arg(QFileInfo(path).fileName()),
-            FileWriteErrorText::reason(error));
-        return false;
-    }
+    return PdfFile::saveWithDialog(this, QDir(folder).filePath(name), [this] {
+        FormPdf::Page page;
+        page.title = heading_->text();
+        page.subtitle = QStringLiteral("%1, erstellt am %2")
+                            .arg(document_.displayName(), QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
+        page.form = formModel_;
+        page.notes = notes_->text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        for (const ListedItemsView* list : { nichtZugeordnet_, nichtTeil_, nichtCentgenau_ })
+            if (lists_->isTabVisible(lists_->indexOf(list)))
+                page.lists << FormPdf::List { list->title(), list->model() };
+        page.footer = QStringLiteral("Saldo sendet nichts an das Finanzamt: die Werte sind in ELSTER einzutragen.");
+        return FormPdf::render(page);
+    });
 }
 
 } // namespace saldo::gui

@@ -2,12 +2,9 @@
 
 #include "evaluation/FormTableModel.h"
 #include "evaluation/ListedItemsModel.h"
-#include "platform/AtomicFileWriter.h"
+#include "printing/PdfFile.h"
 
-#include <QBuffer>
-#include <QFile>
 #include <QFontMetricsF>
-#include <QPageLayout>
 #include <QPainter>
 #include <QPdfWriter>
 
@@ -155,16 +152,9 @@ private:
 
 QByteArray FormPdf::render(const Page& page)
 {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    {
-        QPdfWriter writer(&buffer);
-        writer.setCreator(QStringLiteral("Saldo"));
+    return PdfFile::render([&](QPdfWriter& writer) {
         writer.setTitle(page.title);
         writer.setResolution(72);
-        writer.setPageLayout(
-            QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(), QPageLayout::Point));
         QPainter painter(&writer);
         PageWriter out(painter);
         // The footer first, at the foot of the page; the rest stays above it.
@@ -189,15 +179,7 @@ QByteArray FormPdf::render(const Page& page)
             if (page.lists[i].items)
                 out.list(page.lists[i], reserve);
         }
-    }
-    return bytes;
-}
-
-void FormPdf::write(const QString& path, const Page& page)
-{
-    const QByteArray bytes = render(page);
-    AtomicFileWriter::write(QFile::encodeName(path).toStdString(),
-        std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    });
 }
 
 } // namespace saldo::gui

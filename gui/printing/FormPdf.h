@@ -13,8 +13,7 @@ class ListedItemsModel;
 // A tax form window's figures on one A4 page, as a PDF: a title and a line
 // below it, the form's table (the widest column takes the room that is left
 // and wraps), notes, then the lists below the form, as many of their items as
-// fit, and a line saying how many more Saldo lists. Written through the
-// atomic writer: a failure leaves an earlier file as it was.
+// fit, and a line saying how many more Saldo lists (PdfFile saves it).
 class FormPdf {
 public:
     struct List {
@@ -31,8 +30,6 @@ public:
     };
 
     static QByteArray render(const Page& page);
-    // Throws FileWriteError when the file cannot be written.
-    static void write(const QString& path, const Page& page);
 };
 
 } // namespace saldo::gui
