@@ -14,6 +14,7 @@
 #include <map>
 #include <random>
 #include <sstream>
+#include <thread>
 
 namespace saldo::tax {
 namespace {
@@ -232,6 +233,53 @@ TEST(UstvaCalculation, RemainingPaymentIsTheFormulaOverThePrintedValues)
             + kz[85] - kz[66] - kz[61] - kz[62] - kz[67];
         EXPECT_EQ(kz[83], formula) << UstvaText::tsv(result);
         EXPECT_LE(std::llabs(result.differenceCents()), 4 * 19 + static_cast<std::int64_t>(items));
+    }
+}
+
+// A worker reads a snapshot through its gate while the main thread changes
+// entries and split bookings: the figures are those of the list as it was
+// when the gate opened. Also run under ThreadSanitizer (scripts/sanitize thread).
+TEST(UstvaCalculation, SnapshotGateKeepsTheFiguresOfTheOpenedList)
+{
+    const char* const categories[] = { "8400 Erlöse", "4930 Bürobedarf", "1800 Privat", "8125 EG", "€ ohne" };
+    EinnahmeList live;
+    for (int i = 0; i < 9000; ++i) {
+        auto e = item("e", categories[i % 5], i % 3 != 0, static_cast<float>(i % 997) + 0.19f, i % 4 ? 19.0f : 0.0f,
+            local(2025, 3, 1 + i % 28));
+        if (i % 10 == 0)
+            e->setChildTransactions({ item("a", categories[(i + 1) % 5], true, 11.9f, 19.0f),
+                item("b", categories[(i + 2) % 5], false, 5.35f, 7.0f) });
+        live.push_back(e);
+    }
+    const auto change = [&](SnapshotGate& gate, int round) {
+        for (std::size_t i = static_cast<std::size_t>(round) % 10; i < live.size(); i += 97) {
+            Einnahme& e = *live[i];
+            gate.change(e, [&](Einnahme& x) {
+                x.setKategorie(categories[static_cast<std::size_t>(round) % 5]);
+                x.setBrutto(x.brutto() + 1.0f);
+                x.setArt(x.art() == kArtEinnahme ? kArtAusgabe : kArtEinnahme);
+                x.setSteuersatz(7.0f);
+            });
+            if (!e.childTransactions().empty())
+                gate.change(*e.childTransactions()[0], [](Einnahme& child) { child.setBrutto(child.brutto() * 2.0f); });
+        }
+    };
+    const TaxPeriod march = *TaxPeriod::parse("2025-03");
+    for (int round = 0; round < 4; ++round) {
+        const std::string expected = UstvaText::tsv(calculate(live));
+        SnapshotGate gate;
+        gate.open();
+        // Changes before the worker starts, and while it reads.
+        change(gate, round);
+        std::string figures;
+        std::thread worker([&, snapshot = live] {
+            figures = UstvaText::tsv(UstvaCalculation::calculate(snapshot, march, *UstvaForm::forYear(2025), &gate));
+        });
+        change(gate, round + 5);
+        worker.join();
+        gate.close();
+        EXPECT_EQ(figures, expected) << "round " << round;
+        EXPECT_NE(UstvaText::tsv(calculate(live)), expected) << "round " << round;
     }
 }
 
