@@ -6,31 +6,17 @@
 // 100,000 entries. Run with --benchmark_repetitions=9 to read medians.
 #include "RealisticLedger.h"
 
-#include "model/LedgerFile.h"
 #include "tax/EuerEvaluation.h"
 
 #include <benchmark/benchmark.h>
-
-#include <map>
 
 namespace {
 
 using namespace saldo;
 
-// The realistic ledger as saldo-cli sees it: read from a file, so that its
-// entries lie together and repeated texts are held once.
-const EinnahmeList& ledger(std::size_t count)
-{
-    static std::map<std::size_t, EinnahmeList> read;
-    auto it = read.find(count);
-    if (it == read.end())
-        it = read.emplace(count, LedgerFile::decode(LedgerFile::encode(bench::realisticLedger(count)))).first;
-    return it->second;
-}
-
 void evaluate(benchmark::State& state)
 {
-    const EinnahmeList& entries = ledger(static_cast<std::size_t>(state.range(0)));
+    const EinnahmeList& entries = bench::cachedRealisticLedger(static_cast<std::size_t>(state.range(0)), true);
     const tax::EuerForm& form = *tax::EuerForm::forYear(2024);
     std::size_t listed = 0;
     for (auto _ : state) {
@@ -45,7 +31,7 @@ void evaluate(benchmark::State& state)
 // The items behind Zeile 51 (Arbeitsmittel), some 2 % of a ledger.
 void itemsBehindOneLine(benchmark::State& state)
 {
-    const EinnahmeList& entries = ledger(static_cast<std::size_t>(state.range(0)));
+    const EinnahmeList& entries = bench::cachedRealisticLedger(static_cast<std::size_t>(state.range(0)), true);
     const tax::EuerForm& form = *tax::EuerForm::forYear(2024);
     const std::size_t line = *form.indexOf(tax::EuerField::Arbeitsmittel);
     std::size_t count = 0;
