@@ -262,26 +262,6 @@ EuerPlacement EuerRules::place(const Einnahme& item, bool kleinunternehmer)
     return Pass(kleinunternehmer).place(item);
 }
 
-const EuerRules::Pass::Texts& EuerRules::Pass::classify(const Einnahme& item)
-{
-    const std::string* kategorie = &item.kategorie();
-    const std::string* art = &item.art();
-    const auto key = (reinterpret_cast<std::uintptr_t>(kategorie) >> 4) * 0x9E3779B97F4A7C15u
-        ^ (reinterpret_cast<std::uintptr_t>(art) >> 4);
-    Texts& slot = texts_[(key >> 40) % texts_.size()];
-    if (slot.kategorie != kategorie || slot.art != art) {
-        const std::optional<CategoryNumber> category = categoryNumber(*kategorie);
-        const std::optional<std::uint32_t> number
-            = category ? std::optional<std::uint32_t>(category->value) : std::nullopt;
-        slot.kategorie = kategorie;
-        slot.art = art;
-        slot.income = item.isIncome();
-        slot.hasNumber = number.has_value();
-        slot.rule = static_cast<std::uint8_t>(ruleIndex().find(slot.income, kleinunternehmer_, number));
-    }
-    return slot;
-}
-
 const EuerRules::Pass::Rate& EuerRules::Pass::rate(float steuersatz)
 {
     std::uint32_t bits = 0;
@@ -306,10 +286,14 @@ EuerPlacement EuerRules::Pass::place(const Einnahme& item)
         return p;
     }
     const std::int64_t c = gross.cents;
-    const Texts& texts = classify(item);
-    const bool income = texts.income;
+    const Category& category = categories_.get(&item.kategorie(), [&] {
+        const std::optional<CategoryNumber> number = categoryNumber(item.kategorie());
+        return number ? Category { true, number->value } : Category {};
+    });
+    const bool income = kinds_.get(&item.art(), [&] { return item.isIncome(); });
     const bool kleinunternehmer = kleinunternehmer_;
-    const Rule& rule = kRules[texts.rule];
+    const Rule& rule = kRules[ruleIndex().find(
+        income, kleinunternehmer, category.hasNumber ? std::optional<std::uint32_t>(category.number) : std::nullopt)];
     auto book = [&p](F field, std::int64_t cents) { p.bookings[p.bookingCount++] = { field, cents }; };
 
     if (rule.action == Action::NichtTeil) {
@@ -319,7 +303,7 @@ EuerPlacement EuerRules::Pass::place(const Einnahme& item)
         return p;
     }
     p.nichtCentgenau = !gross.centExact;
-    p.ohneKontonummer = !income && !texts.hasNumber;
+    p.ohneKontonummer = !income && !category.hasNumber;
     if (rule.action == Action::Brutto) {
         book(rule.field, c);
         return p;

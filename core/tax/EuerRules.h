@@ -2,11 +2,10 @@
 
 #include "model/Einnahme.h"
 #include "tax/EuerForm.h"
+#include "tax/PointerMemo.h"
 
 #include <array>
 #include <cstdint>
-#include <string>
-#include <vector>
 
 namespace saldo::tax {
 
@@ -66,26 +65,21 @@ public:
     static EuerPlacement place(const Einnahme& item, bool kleinunternehmer);
 
     // The same for the items of one pass over a ledger that does not change
-    // meanwhile. It remembers which rule a category and kind text meets, by
-    // the text's address (a ledger read from a file holds each text once),
-    // and what a rate is in hundredths, so that a million items cost little
-    // more than reading them.
+    // meanwhile. It remembers the account number of each category text and
+    // the kind of each kind text by the text's address, and what a rate is in
+    // hundredths, so that a million items cost little more than reading them.
     class Pass {
     public:
         explicit Pass(bool kleinunternehmer)
             : kleinunternehmer_(kleinunternehmer)
-            , texts_(4096)
         {
         }
         EuerPlacement place(const Einnahme& item);
 
     private:
-        struct Texts {
-            const std::string* kategorie = nullptr;
-            const std::string* art = nullptr;
-            std::uint8_t rule = 0;
-            bool income = false;
+        struct Category {
             bool hasNumber = false;
+            std::uint32_t number = 0;
         };
         struct Rate {
             std::uint32_t bits = 0;
@@ -93,11 +87,11 @@ public:
             bool valid = false;
             std::int64_t hundredths = 0;
         };
-        const Texts& classify(const Einnahme& item);
         const Rate& rate(float steuersatz);
 
         bool kleinunternehmer_;
-        std::vector<Texts> texts_;
+        PointerMemo<Category, 2048> categories_;
+        PointerMemo<bool, 16> kinds_;
         std::array<Rate, 16> rates_ {};
     };
 };
