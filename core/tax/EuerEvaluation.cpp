@@ -5,6 +5,7 @@
 #include "tax/TaxPeriod.h"
 
 #include <array>
+#include <cmath>
 #include <optional>
 
 namespace saldo::tax {
@@ -65,7 +66,7 @@ using Deltas = std::array<Delta, 9>;
 // The running amounts of the lines. An item's bookings go in whole or not at all.
 class LineSums {
 public:
-    LineSums(const EuerForm& form)
+    explicit LineSums(const EuerForm& form)
         : targets_(targetsOf(form))
         , sums_(form.lines().size())
     {
@@ -125,12 +126,20 @@ EuerResult run(const EinnahmeList& entries, const EuerForm& form, bool kleinunte
     Deltas deltas;
     EuerRules::Pass rules(kleinunternehmer);
     forEachItem(entries, [&](const Einnahme& item, const Einnahme& top, ItemRow row) {
-        if (!year->contains(top.datum()))
+        // An entry whose date is no point in time belongs to no year: it is
+        // listed in every year rather than lost.
+        const bool dated = std::isfinite(top.datum());
+        if (dated && !year->contains(top.datum()))
             return;
         ++result.itemCount;
         auto list = [&](std::vector<EuerListed>& to, const char* reason, std::int64_t cents, bool known) {
             to.push_back({ rowText(row), &item, cents, reason, row[0] - 1, known });
         };
+        if (!dated) {
+            const GrossCents gross = grossCents(item.brutto());
+            list(result.nichtZugeordnet, kDatumUngueltig, gross.cents, !gross.fault);
+            return;
+        }
         EuerPlacement placement = rules.place(item);
         std::size_t count = 0;
         if (!sums.add(placement, deltas, count)) {

@@ -74,6 +74,9 @@ constexpr Rule notDeductible(const char* numbers, const char* reason)
 }
 
 // SKR 03, the chart Saldo ships. The first rule that matches an item wins.
+// Money accounts come before a Kleinunternehmer's income, since money moved
+// between them is no income of his either; Skonti and Boni received come
+// before the other income, since they reduce expenses.
 const Rule kRules[] = {
     notPart("1000-1399", "Geldkonto"),
     notPart("1400 10000", "Forderung"),

@@ -88,7 +88,8 @@ TEST(EuerEvaluation, WorkedExample)
 
 TEST(EuerEvaluation, SplitBookingsLandOnTheirOwnLinesInTheYearOfTheirEntry)
 {
-    // The entry's date decides the year, not its split bookings' dates.
+    // The entry's date decides the year, not its split bookings' dates; an
+    // entry without a date is listed in every year.
     const ReferenceSeconds old = localTime(2024, 7, 1);
     const EinnahmeList ledger = {
         entry(false, "4900 Sammelbeleg", 0.0f, 0.0f, localTime(2025, 1, 1, 0.0),
@@ -101,12 +102,13 @@ TEST(EuerEvaluation, SplitBookingsLandOnTheirOwnLinesInTheYearOfTheirEntry)
             }),
         entry(false, "4930 Bürobedarf Gesch. ", 1000.0f, 19.0f, localTime(2025, 1, 1, -1.0)),
         entry(false, "4930 Bürobedarf Gesch. ", 5.0f, NAN, localTime(2026, 1, 1, -1.0)),
+        entry(false, "4930 Bürobedarf Gesch. ", 5.0f, 19.0f, NAN),
     };
     const EuerResult result = EuerEvaluation::evaluate(ledger, form2025(), false);
     EXPECT_EQ(EuerReport::tsv(result),
         "23\t159\t0.00\n43\t280\t10.00\n51\t229\t50.00\n57\t185\t11.40\n75\t199\t71.40\n92\t290\t-71.40\n"
-        "offen\t3\tSteuersatz ungueltig\n");
-    EXPECT_EQ(result.itemCount, 5u);
+        "offen\t3\tSteuersatz ungueltig\noffen\t4\tDatum ungueltig\n");
+    EXPECT_EQ(result.itemCount, 6u);
     EXPECT_EQ(rowsOf(result.nichtTeil), "1.3.1:Geldkonto ");
     EXPECT_EQ(rowsOf(result.nichtAbziehbar), "1.3.2:Gewerbesteuer ");
     ASSERT_EQ(result.nichtAbziehbar.size(), 1u);
