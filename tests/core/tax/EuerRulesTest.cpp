@@ -74,7 +74,6 @@ TEST(EuerRules, EveryRowOfTheChartPlacesItsItems)
              Case { { A, "0410 Geschäftsausstattung Gesch. " },
                  "57/185 19.00 | Anlagegut — ueber die AfA absetzen 100.00" },
              Case { { E, "8400 Erlöse 19% Gesch. " }, "15/112 100.00, 17/140 19.00" },
-             Case { { E, "8300 Erlöse 7% Gesch. ", 10.0f, 7.0f }, "15/112 9.35, 17/140 0.65" },
              Case { { E, "8125 Steuerfreie EG-Lieferungen", 50.0f, 0.0f, true }, "16/103 50.00" },
              Case { { E, "Honorar ohne Konto", 50.0f, 0.0f }, "16/103 50.00" },
              Case { { A, "8736 Gewährte Skonti 19% Gesch. " }, "15/112 -100.00, 17/140 -19.00" },
@@ -118,15 +117,12 @@ TEST(EuerRules, EveryRowOfTheChartPlacesItsItems)
              Case { { A, "Sonderposten" }, "60/183 100.00, 57/185 19.00 +ohne Nummer" },
              // A reverse-charge flag: the amount paid on the line, nothing on the VAT lines.
              Case { { A, "3425 Wareneingang EG 19% Gesch. ", 420.0f, 19.0f, true }, "27/100 420.00 +reverse charge" },
-             Case { { A, "4650 Bewirtungskosten Gesch. ", 100.0f, 19.0f, true },
-                 "63/175 70.00, 63/165 30.00 +reverse charge" },
              Case { { A, "0027 EDV-Software Gesch. ", 249.0f, 19.0f, true },
                  "Anlagegut — ueber die AfA absetzen 249.00 +reverse charge" },
              // What cannot be taken: the amount first, the rate where the row uses it.
              Case { { A, "4930 Bürobedarf Gesch. ", NAN }, "Betrag ungueltig" },
              Case { { E, "1200 Bank Bank ", 1e10f }, "Betrag zu gross" },
              Case { { A, "4930 Bürobedarf Gesch. ", 119.0f, 19.005f }, "Steuersatz ungueltig 119.00" },
-             Case { { E, "8400 Erlöse 19% Gesch. ", 119.0f, -19.0f }, "Steuersatz ungueltig 119.00" },
          })
         EXPECT_EQ(placed(c.item), c.expected) << c.item.kategorie;
 }
@@ -156,13 +152,10 @@ TEST(EuerRules, AKleinunternehmerBooksGrossAndDeductsNoInputTax)
     for (const Case& c : {
              Case { { E, "8400 Erlöse 19% Gesch. " }, "12/111 119.00" },
              Case { { E, "8100 Steuerfreie Umsätze §4 Nr.8 ff Gesch. ", 50.0f, NAN }, "12/111 50.00" },
-             Case { { E, "Honorar" }, "12/111 119.00" },
              Case { { E, "1790 USt. Vorjahr VorSt. " }, "18/141 119.00" },
              Case { { E, "1880 Unentgeltliche Wertabgaben Gesch. " }, "21/108 119.00" },
-             Case { { E, "1890 Privateinlagen Gesch. " }, "107/123 119.00" },
              Case { { E, "1200 Bank Bank " }, "Geldkonto 119.00" },
              Case { { A, "4930 Bürobedarf Gesch. " }, "51/229 119.00" },
-             Case { { A, "4650 Bewirtungskosten Gesch. ", 100.0f }, "63/175 70.00, 63/165 30.00" },
              Case { { A, "0410 Geschäftsausstattung Gesch. " }, "Anlagegut — ueber die AfA absetzen 119.00" },
              Case { { A, "8736 Gewährte Skonti 19% Gesch. " }, "12/111 -119.00" },
              Case { { A, "3425 Wareneingang EG 19% Gesch. ", 420.0f, 19.0f, true }, "27/100 420.00" },
