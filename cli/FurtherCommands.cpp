@@ -2,9 +2,13 @@
 
 namespace saldo::cli {
 
+// Defined in the file of each command.
+extern const CliCommand kEuerCommand;
+
 const std::vector<CliCommand>& furtherCommands()
 {
     static const std::vector<CliCommand> commands = {
+        kEuerCommand,
     };
     return commands;
 }
