@@ -1,12 +1,16 @@
 #include "CliCommand.h"
-#include "UstvaCommand.h"
 
 namespace saldo::cli {
+
+// Defined in the file of each command.
+extern const CliCommand kEuerCommand;
+extern const CliCommand kUstvaCommand;
 
 const std::vector<CliCommand>& furtherCommands()
 {
     static const std::vector<CliCommand> commands = {
-        ustvaCommand(),
+        kUstvaCommand,
+        kEuerCommand,
     };
     return commands;
 }

@@ -1,4 +1,5 @@
-#include "UstvaCommand.h"
+// saldo-cli ustva LEDGER PERIOD [--tsv]: the VAT return of a month, a quarter or a year.
+#include "CliCommand.h"
 
 #include "model/LedgerFile.h"
 #include "tax/CentText.h"
@@ -136,14 +137,10 @@ int run(const std::vector<std::string>& args)
 
 } // namespace
 
-const CliCommand& ustvaCommand()
-{
-    static const CliCommand command { "ustva",
-        "  ustva LEDGER PERIOD [--tsv]\n"
-        "                    print the VAT return (Umsatzsteuer-Voranmeldung) of a month (2025-03),\n"
-        "                    a quarter (2025-Q1) or a year (2025); --tsv: Kennzahl and value per line\n",
-        run };
-    return command;
-}
+extern const CliCommand kUstvaCommand = { "ustva",
+    "  ustva LEDGER PERIOD [--tsv]\n"
+    "                    print the VAT return (Umsatzsteuer-Voranmeldung) of a month (2025-03),\n"
+    "                    a quarter (2025-Q1) or a year (2025); --tsv: Kennzahl and value per line\n",
+    run };
 
 } // namespace saldo::cli

@@ -40,6 +40,9 @@ void forEachItem(const EinnahmeList& entries, const SnapshotGate* gate, Wanted&&
 inline constexpr const char* kBetragUngueltig = "Betrag ungueltig";
 inline constexpr const char* kBetragZuGross = "Betrag zu gross";
 inline constexpr const char* kSteuersatzUngueltig = "Steuersatz ungueltig";
+// Why an item whose top-level entry's date is not a point in time belongs to
+// no period: it is listed in every one.
+inline constexpr const char* kDatumUngueltig = "Datum ungueltig";
 // Listed beside an item that is placed, whose amount a float holds only to
 // about a cent.
 inline constexpr const char* kNichtCentgenau = "nicht centgenau";

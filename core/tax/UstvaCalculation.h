@@ -12,8 +12,8 @@
 
 namespace saldo::tax {
 
-// Why an item is listed although its place could be decided.
-inline constexpr const char* kDatumUngueltig = "Datum ungueltig";
+// Why an item is listed although its place could be decided: its sums would
+// leave what the form's arithmetic holds.
 inline constexpr const char* kSummeZuGross = "Summe zu gross";
 
 // The VAT return of one period: the sums of the boxes in cents, every item
