@@ -248,6 +248,7 @@ void UstvaViewController::showEvaluation()
     ustva_ = std::move(evaluation->ustva);
     kleinunternehmer_ = std::move(evaluation->kleinunternehmer);
     QStringList notes;
+    int stretched = 0; // the column that takes the room left: the label, the result
     if (ustva_) {
         heading_->setText(QStringLiteral("Umsatzsteuer-Voranmeldung %1 (Formular %2)")
                               .arg(QString::fromStdString(period_.germanName()))
@@ -261,22 +262,23 @@ void UstvaViewController::showEvaluation()
         lists_->setTabVisible(lists_->indexOf(nichtTeil_), true);
         lists_->setTabVisible(lists_->indexOf(nichtCentgenau_), !ustva_->nichtCentgenau.empty());
         spans_->setEnabled(true);
-        formView_->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
+        stretched = 2;
     } else if (kleinunternehmer_) {
         heading_->setText(QStringLiteral("Kleinunternehmer (§ 19 UStG): Einnahmen %1").arg(kleinunternehmer_->year));
         UstvaTables::showKleinunternehmer(*formModel_, *kleinunternehmer_);
         notes = UstvaTables::kleinunternehmerNotes(*kleinunternehmer_);
         nichtZugeordnet_->setTitle(QStringLiteral("nicht gezaehlt"));
         nichtZugeordnet_->setItems(kleinunternehmer_->notCounted);
-        nichtTeil_->hide();
+        lists_->setTabVisible(lists_->indexOf(nichtTeil_), false);
+        lists_->setTabVisible(lists_->indexOf(nichtCentgenau_), false);
         // Only the year counts.
         spans_->setEnabled(false);
-        formView_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
+        stretched = 3;
     }
     QHeaderView* header = formView_->horizontalHeader();
     for (int column = 0; column < formModel_->columnCount(); ++column)
-        if (header->sectionResizeMode(column) != QHeaderView::Stretch)
-            header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+        header->setSectionResizeMode(
+            column, column == stretched ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
     formView_->resizeRowsToContents();
     // The whole form without scrolling, as far as the screen allows.
     int height = header->height() + 2 * formView_->frameWidth();

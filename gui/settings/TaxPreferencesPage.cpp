@@ -18,7 +18,7 @@ TaxPreferencesPage::TaxPreferencesPage(UserDefaults& defaults, QWidget* parent)
     connect(kleinunternehmer_, &QCheckBox::toggled, this,
         [this](bool on) { tax::TaxSettings::setKleinunternehmer(defaults_, on); });
     auto* note = new QLabel(QStringLiteral("Ohne Umsatzsteuer: statt der Umsatzsteuer-Voranmeldung zeigt Saldo die "
-                                           "Einnahmen des Jahres und des Vorjahres gegen die Grenzen des § 19 UStG."),
+                                           "Einnahmen des Jahres und des Vorjahres gegen die Grenzen des § 19 UStG."),
         this);
     note->setWordWrap(true);
     note->setEnabled(false);

@@ -167,6 +167,7 @@ TEST_F(UstvaViewControllerTest, KleinunternehmerCopyAndPdf)
     EXPECT_EQ(shownColumn(0), (QStringList { "2024 (Vorjahr)", "2025" }));
     EXPECT_EQ(shownColumn(1), (QStringList { "0,00", "3.119,00" }));
     EXPECT_FALSE(ustva->periodChooser()->isEnabled());
+    EXPECT_FALSE(ustva->lists()->isTabVisible(1));
 
     ustva->kopieren();
     EXPECT_EQ(QApplication::clipboard()->text(), ustva->formModel()->tabSeparated());
