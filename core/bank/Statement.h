@@ -1,0 +1,22 @@
+#pragma once
+
+#include "bank/BankBooking.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace saldo {
+
+// What a statement file held: its bookings in file order, the format that
+// read it ("camt.053.001.08", or a CSV profile's name) and how many lines a
+// CSV reader passed over because they were no booking (a footer, a balance).
+struct Statement {
+    std::vector<BankBooking> bookings;
+    std::string format;
+    std::size_t skippedLines = 0;
+    // How many statements the file held (a camt message or a ZIP may hold several).
+    int statementCount = 1;
+};
+
+} // namespace saldo
