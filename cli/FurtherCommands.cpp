@@ -1,3 +1,4 @@
+#include "BankCommand.h"
 #include "CliCommand.h"
 
 namespace saldo::cli {
@@ -5,6 +6,7 @@ namespace saldo::cli {
 const std::vector<CliCommand>& furtherCommands()
 {
     static const std::vector<CliCommand> commands = {
+        kBankCommand,
     };
     return commands;
 }
