@@ -1,7 +1,5 @@
 #include "bank/DuplicateMatcher.h"
 
-#include "platform/Calendar.h"
-
 #include <cmath>
 
 namespace saldo {
@@ -13,15 +11,15 @@ std::size_t DuplicateMatcher::Hash::operator()(const Key& key) const
     return static_cast<std::size_t>(h ^ (key.income ? 0xA24BAED4963EE407ull : 0));
 }
 
-DuplicateMatcher::DuplicateMatcher(const EinnahmeList& ledger)
+DuplicateMatcher::DuplicateMatcher(const EinnahmeList& ledger, LocalDays& days)
 {
     ledger_.reserve(ledger.size());
     for (const EinnahmePtr& entry : ledger)
-        if (const std::optional<Key> key = keyOf(*entry))
+        if (const std::optional<Key> key = keyOf(*entry, days))
             ++ledger_[*key];
 }
 
-std::optional<DuplicateMatcher::Key> DuplicateMatcher::keyOf(const Einnahme& entry)
+std::optional<DuplicateMatcher::Key> DuplicateMatcher::keyOf(const Einnahme& entry, LocalDays& days)
 {
     const bool income = entry.art() == kArtEinnahme;
     if (!income && entry.art() != kArtAusgabe)
@@ -29,8 +27,7 @@ std::optional<DuplicateMatcher::Key> DuplicateMatcher::keyOf(const Einnahme& ent
     const double cents = std::round(static_cast<double>(entry.brutto()) * 100.0);
     if (!std::isfinite(entry.datum()) || !(std::fabs(cents) < 9e15))
         return std::nullopt;
-    const Calendar::Fields day = Calendar::localFields(entry.datum());
-    return Key { BankDate { day.year, day.month, day.day }.dayNumber(), static_cast<std::int64_t>(cents), income };
+    return Key { days.dayNumberOf(entry.datum()), static_cast<std::int64_t>(cents), income };
 }
 
 DuplicateMatcher::Key DuplicateMatcher::keyOf(const BankBooking& booking)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bank/LocalDays.h"
 #include "bank/Proposal.h"
 #include "model/Einnahme.h"
 
@@ -26,10 +27,10 @@ public:
         bool operator==(const Key&) const = default;
     };
 
-    explicit DuplicateMatcher(const EinnahmeList& ledger);
+    DuplicateMatcher(const EinnahmeList& ledger, LocalDays& days);
 
     // The key of a ledger entry; nothing for a kind other than the two.
-    static std::optional<Key> keyOf(const Einnahme& entry);
+    static std::optional<Key> keyOf(const Einnahme& entry, LocalDays& days);
     static Key keyOf(const BankBooking& booking);
 
     // Marks every booked proposal "neu" (ticked) or "schon im Ledger" (not

@@ -2,7 +2,6 @@
 
 #include "bank/BankText.h"
 #include "bank/DuplicateMatcher.h"
-#include "platform/Calendar.h"
 
 namespace saldo {
 
@@ -56,6 +55,12 @@ std::string StatementProposals::nameFrom(const std::string& nameTemplate, const 
 
 void StatementProposals::apply(Proposal& proposal, const BankRules& rules)
 {
+    LocalDays days;
+    apply(proposal, rules, days);
+}
+
+void StatementProposals::apply(Proposal& proposal, const BankRules& rules, LocalDays& days)
+{
     const BankBooking& booking = proposal.booking;
     Einnahme::Stored& f = proposal.fields;
     f.art = booking.cents >= 0 ? kArtEinnahme : kArtAusgabe;
@@ -63,7 +68,7 @@ void StatementProposals::apply(Proposal& proposal, const BankRules& rules)
     // Cents to euros: the nearest single-precision value of the exact amount.
     f.brutto = static_cast<float>(static_cast<double>(gross) / 100.0);
     const BankDate& day = booking.bookingDate;
-    f.datum = day.year > 0 ? Calendar::fromLocalFields({ day.year, day.month, day.day, 12, 0, 0 }) : 0.0;
+    f.datum = day.year > 0 ? days.noonOf(day) : 0.0;
     f.kategorie.clear();
     f.steuersatz = kDefaultRate;
     f.innergemeinschaftlicherErwerb = false;
@@ -89,19 +94,20 @@ void StatementProposals::apply(Proposal& proposal, const BankRules& rules)
 std::vector<Proposal> StatementProposals::make(
     const Statement& statement, const BankRules& rules, const EinnahmeList& ledger)
 {
+    LocalDays days;
     std::vector<Proposal> proposals;
     proposals.reserve(statement.bookings.size());
     for (const BankBooking& booking : statement.bookings) {
         Proposal proposal;
         proposal.booking = booking;
-        apply(proposal, rules);
+        apply(proposal, rules, days);
         if (booking.status == BankBooking::Status::Pending)
             proposal.status = Proposal::Status::Vorgemerkt;
         else if (booking.status == BankBooking::Status::Info)
             proposal.status = Proposal::Status::Info;
         proposals.push_back(std::move(proposal));
     }
-    DuplicateMatcher(ledger).mark(proposals);
+    DuplicateMatcher(ledger, days).mark(proposals);
     return proposals;
 }
 

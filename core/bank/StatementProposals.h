@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bank/BankRules.h"
+#include "bank/LocalDays.h"
 #include "bank/Proposal.h"
 #include "bank/Statement.h"
 
@@ -25,6 +26,7 @@ public:
     // Fills the proposal's values from its booking and the first rule that
     // matches (rule and ruleName say which, if any).
     static void apply(Proposal& proposal, const BankRules& rules);
+    static void apply(Proposal& proposal, const BankRules& rules, LocalDays& days);
 
     // The rule template with %partner, %text and %ref put in.
     static std::string nameFrom(const std::string& nameTemplate, const BankBooking& booking);

@@ -70,9 +70,13 @@ std::optional<std::string> StatementReader::decode(std::string_view bytes, const
 
 std::vector<const CsvProfile*> StatementReader::fittingProfiles(std::string_view bytes, const CsvProfiles& profiles)
 {
+    // The header stands near the top: each profile looks at the first lines only.
+    std::string_view head = bytes;
+    if (head.size() > kHeadSize)
+        head = head.substr(0, head.find_last_of('\n', kHeadSize) + 1);
     std::vector<const CsvProfile*> fitting;
     for (const CsvProfile& profile : profiles.all()) {
-        const std::optional<std::string> text = decode(bytes, profile);
+        const std::optional<std::string> text = decode(head, profile);
         if (text && CsvStatementReader::hasHeader(*text, profile))
             fitting.push_back(&profile);
     }

@@ -21,6 +21,8 @@ namespace saldo {
 class StatementReader {
 public:
     static constexpr std::size_t kMaxFileSize = 256u << 20;
+    // How much of a CSV file is looked at to find its header.
+    static constexpr std::size_t kHeadSize = 64 * 1024;
 
     // Asked when no profile or several fit, with the candidates (every
     // profile when none fits). Answers the chosen one, or nullptr to stop.

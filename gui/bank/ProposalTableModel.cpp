@@ -39,9 +39,10 @@ bool ProposalTableModel::isChosenByHand(int row) const
 
 void ProposalTableModel::applyRules(const BankRules& rules)
 {
+    LocalDays days;
     for (std::size_t i = 0; i < proposals_.size(); ++i)
         if (!byHand_[i])
-            StatementProposals::apply(proposals_[i], rules);
+            StatementProposals::apply(proposals_[i], rules, days);
     if (!proposals_.empty())
         emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
 }
