@@ -2,6 +2,7 @@
 
 #include "bank/BankText.h"
 #include "bank/DuplicateMatcher.h"
+#include "platform/Calendar.h"
 
 namespace saldo {
 
@@ -68,7 +69,8 @@ void StatementProposals::apply(Proposal& proposal, const BankRules& rules, Local
     // Cents to euros: the nearest single-precision value of the exact amount.
     f.brutto = static_cast<float>(static_cast<double>(gross) / 100.0);
     const BankDate& day = booking.bookingDate;
-    f.datum = day.year > 0 ? days.noonOf(day) : 0.0;
+    // A pending booking may have no day yet: it stands at today.
+    f.datum = day.year > 0 ? days.noonOf(day) : Calendar::startOfLocalDay(now()) + 12 * 3600.0;
     f.kategorie.clear();
     f.steuersatz = kDefaultRate;
     f.innergemeinschaftlicherErwerb = false;
