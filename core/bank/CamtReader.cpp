@@ -154,6 +154,8 @@ public:
 private:
     void entry(const pugi::xml_node& entry)
     {
+        if (out_.bookings.size() >= Statement::kMaxBookings)
+            refuse("Der Kontoauszug hat mehr als " + std::to_string(Statement::kMaxBookings) + " Buchungen.");
         const pugi::xml_node amount = child(entry, "Amt");
         if (!amount)
             refuse("Eine Buchung des Kontoauszugs hat keinen Betrag.");

@@ -16,6 +16,7 @@ namespace saldo {
 namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+constexpr std::size_t kMaxText = 4000;
 
 std::string trimmed(const std::string& text)
 {
@@ -100,9 +101,12 @@ void splitMarkers(BankBooking& booking, const CsvProfile& profile)
         std::string* kind = nullptr;
         std::size_t length = 0;
         const auto consider = [&](const std::vector<std::string>& markers, std::string* into) {
-            for (const std::string& marker : markers)
-                if (marker.size() > length && source.compare(i, marker.size(), marker) == 0)
-                    length = marker.size(), kind = into;
+            for (const std::string& marker : markers) {
+                if (marker.size() > length && source.compare(i, marker.size(), marker) == 0) {
+                    length = marker.size();
+                    kind = into;
+                }
+            }
         };
         consider(profile.otherMarkers, nullptr);
         consider(profile.partnerMarkers, &partner);
@@ -217,13 +221,16 @@ Statement CsvStatementReader::read(std::string_view text, const CsvProfile& prof
         if (booking.partner.empty())
             booking.partner = BankText::tidy(cell(*cents >= 0 ? partnerIn : partnerOut));
         booking.iban = BankText::tidy(cell(iban));
-        booking.text = BankText::tidy(cell(textColumn));
+        // No bank writes more than a few lines of text; a longer cell is cut.
+        booking.text = BankText::cut(BankText::tidy(cell(textColumn)), kMaxText);
         booking.reference = BankText::tidy(cell(referenz));
         if (booking.reference == "NOTPROVIDED")
             booking.reference.clear();
         booking.bookingText = BankText::tidy(cell(buchungsart));
         if (profile.hasMarkers())
             splitMarkers(booking, profile);
+        if (statement.bookings.size() == Statement::kMaxBookings)
+            throw StatementError("Die Datei hat mehr als " + std::to_string(Statement::kMaxBookings) + " Buchungen.");
         statement.bookings.push_back(std::move(booking));
     }
     if (statement.bookings.empty() && statement.skippedLines > 0)

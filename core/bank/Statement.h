@@ -12,6 +12,9 @@ namespace saldo {
 // read it ("camt.053.001.08", or a CSV profile's name) and how many lines a
 // CSV reader passed over because they were no booking (a footer, a balance).
 struct Statement {
+    // More bookings than any account has in years: a file that claims more is refused.
+    static constexpr std::size_t kMaxBookings = 2'000'000;
+
     std::vector<BankBooking> bookings;
     std::string format;
     std::size_t skippedLines = 0;

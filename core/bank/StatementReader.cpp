@@ -41,6 +41,8 @@ Statement readZip(std::string_view bytes)
         }
         if (all.format.empty())
             all.format = one.format;
+        if (one.bookings.size() > Statement::kMaxBookings - all.bookings.size())
+            throw StatementError("Die ZIP-Datei hat mehr als " + std::to_string(Statement::kMaxBookings) + " Buchungen.");
         std::move(one.bookings.begin(), one.bookings.end(), std::back_inserter(all.bookings));
         next += one.statementCount;
     }
