@@ -1,5 +1,5 @@
 // saldo-cli bank: a bank statement's bookings as proposed ledger entries.
-#include "BankCommand.h"
+#include "CliCommand.h"
 
 #include "bank/BankRuleCodec.h"
 #include "bank/BankRuleError.h"
@@ -137,7 +137,7 @@ int run(const std::vector<std::string>& args)
 
 } // namespace
 
-const CliCommand kBankCommand = { "bank",
+extern const CliCommand kBankCommand = { "bank",
     "  bank STATEMENT [--ledger LEDGER] [--rules RULES.ini] [--into LEDGER] [--profile NAME]\n"
     "                    read a bank statement (camt.053 XML or ZIP, or a bank's CSV export) and print\n"
     "                    its bookings as proposed entries (CSV as csv writes it, with Status and Regel);\n"
