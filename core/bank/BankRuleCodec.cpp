@@ -1,6 +1,7 @@
 #include "bank/BankRuleCodec.h"
 
 #include "bank/BankRuleError.h"
+#include "bank/BankText.h"
 #include "bank/BankRules.h"
 #include "bank/BankValueText.h"
 #include "model/Utf16.h"
@@ -12,14 +13,6 @@
 namespace saldo {
 
 namespace {
-
-std::string_view trimmed(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
 
 const char* signText(BankRule::Sign sign)
 {
@@ -117,7 +110,7 @@ private:
 
 std::optional<std::int64_t> BankRuleCodec::amount(std::string_view text)
 {
-    text = trimmed(text);
+    text = BankText::trimmed(text);
     std::optional<std::int64_t> cents = BankValueText::cents(text, text.find(',') != std::string_view::npos ? ',' : '.', 0);
     if (!cents || *cents < 0 || text.find_first_of("+-") != std::string_view::npos)
         return std::nullopt;
@@ -126,7 +119,7 @@ std::optional<std::int64_t> BankRuleCodec::amount(std::string_view text)
 
 std::optional<float> BankRuleCodec::rate(std::string_view text)
 {
-    std::string plain(trimmed(text));
+    std::string plain(BankText::trimmed(text));
     for (char& c : plain)
         c = c == ',' ? '.' : c;
     float value = 0;
@@ -221,7 +214,7 @@ std::vector<BankRule> BankRuleCodec::fromIni(std::string_view text)
     while (!text.empty()) {
         ++number;
         const std::size_t end = std::min(text.find('\n'), text.size());
-        const std::string_view line = trimmed(text.substr(0, end));
+        const std::string_view line = BankText::trimmed(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
         if (line.empty() || line.front() == '#' || line.front() == ';')
             continue;
@@ -232,17 +225,17 @@ std::vector<BankRule> BankRuleCodec::fromIni(std::string_view text)
                 reader->finish(rules.back());
             reader.emplace(where());
             rules.emplace_back();
-            reader->set(rules.back(), "Name", std::string(trimmed(line.substr(1, line.size() - 2))));
+            reader->set(rules.back(), "Name", std::string(BankText::trimmed(line.substr(1, line.size() - 2))));
             continue;
         }
         const std::size_t equals = line.find('=');
         if (!reader || equals == std::string_view::npos)
             throw BankRuleError(where() + ": erwartet \"[Name]\" oder \"Schluessel = Wert\".");
         reader->setWhere(where());
-        std::string_view value = trimmed(line.substr(equals + 1));
+        std::string_view value = BankText::trimmed(line.substr(equals + 1));
         if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
             value = value.substr(1, value.size() - 2);
-        reader->set(rules.back(), trimmed(line.substr(0, equals)), std::string(value));
+        reader->set(rules.back(), BankText::trimmed(line.substr(0, equals)), std::string(value));
     }
     if (reader)
         reader->finish(rules.back());

@@ -62,6 +62,14 @@ std::string BankText::cut(std::string_view text, std::size_t count)
     return std::string(text.substr(0, at));
 }
 
+std::string_view BankText::trimmed(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(" \t\r");
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
 bool BankText::isBlank(std::string_view text)
 {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;

@@ -21,6 +21,9 @@ public:
     // The first `count` characters (code points) of UTF-8 text.
     static std::string cut(std::string_view text, std::size_t count);
 
+    // The text without blanks, tabs and carriage returns at either end.
+    static std::string_view trimmed(std::string_view text);
+
     // True when `text` is only blanks (and empty).
     static bool isBlank(std::string_view text);
 };

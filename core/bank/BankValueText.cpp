@@ -1,5 +1,7 @@
 #include "bank/BankValueText.h"
 
+#include "bank/BankText.h"
+
 #include <charconv>
 #include <string>
 
@@ -14,21 +16,12 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-        text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-        text.remove_suffix(1);
-    return text;
-}
-
 bool takeSuffix(std::string_view& text, std::string_view suffix)
 {
     if (text.size() < suffix.size() || text.substr(text.size() - suffix.size()) != suffix)
         return false;
     text.remove_suffix(suffix.size());
-    text = trimmed(text);
+    text = BankText::trimmed(text);
     return true;
 }
 
@@ -48,7 +41,7 @@ int takeSign(std::string_view& text)
         sign = text.back() == '-' ? -1 : 1;
         text.remove_suffix(1);
     }
-    text = trimmed(text);
+    text = BankText::trimmed(text);
     return sign == 0 ? 1 : sign;
 }
 
@@ -56,7 +49,7 @@ int takeSign(std::string_view& text)
 
 std::optional<std::int64_t> BankValueText::cents(std::string_view text, char decimalMark, char thousandsMark)
 {
-    text = trimmed(text);
+    text = BankText::trimmed(text);
     if (!takeSuffix(text, "\xE2\x82\xAC"))
         takeSuffix(text, "EUR");
     const int sign = takeSign(text);
@@ -108,7 +101,7 @@ std::optional<std::int64_t> BankValueText::cents(std::string_view text, char dec
 
 std::optional<BankDate> BankValueText::date(std::string_view text, std::string_view format)
 {
-    text = trimmed(text);
+    text = BankText::trimmed(text);
     BankDate date;
     std::size_t at = 0;
     auto number = [&](std::size_t least, std::size_t most, int& value) {

@@ -14,14 +14,6 @@ namespace saldo {
 
 namespace {
 
-std::string_view trimmed(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
 class Parser {
 public:
     Parser(CsvProfile& profile, const std::string& source)
@@ -87,7 +79,7 @@ public:
             const std::size_t equals = value.find('=');
             if (equals == std::string_view::npos)
                 fail("\"Vorgemerkt\" braucht \"Spalte = Wert\"");
-            p_.pending.emplace_back(trimmed(value.substr(0, equals)), trimmed(value.substr(equals + 1)));
+            p_.pending.emplace_back(BankText::trimmed(value.substr(0, equals)), BankText::trimmed(value.substr(equals + 1)));
         } else {
             fail("unbekannter Schluessel \"" + std::string(key) + "\"");
         }
@@ -166,7 +158,7 @@ CsvProfile CsvProfile::parse(std::string_view text, const std::string& source)
     while (!text.empty()) {
         ++number;
         const std::size_t end = std::min(text.find('\n'), text.size());
-        const std::string_view line = trimmed(text.substr(0, end));
+        const std::string_view line = BankText::trimmed(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
         if (line.empty() || line.front() == '#')
             continue;
@@ -175,7 +167,7 @@ CsvProfile CsvProfile::parse(std::string_view text, const std::string& source)
             parser.at(number);
             parser.fail("kein \"=\" in der Zeile");
         }
-        parser.line(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)), number);
+        parser.line(BankText::trimmed(line.substr(0, equals)), BankText::trimmed(line.substr(equals + 1)), number);
     }
     parser.finish();
     return profile;
@@ -188,7 +180,7 @@ std::vector<std::string> CsvProfile::cellsOf(std::string_view line, char separat
     if (!rows.next(cells))
         cells.clear();
     for (std::string& cell : cells)
-        cell = std::string(trimmed(cell));
+        cell = std::string(BankText::trimmed(cell));
     return cells;
 }
 

@@ -18,12 +18,9 @@ namespace {
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 constexpr std::size_t kMaxText = 4000;
 
-std::string trimmed(const std::string& text)
+std::string trimmed(std::string_view text)
 {
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+    return std::string(BankText::trimmed(text));
 }
 
 // The number of cells of a row without the empty ones at its end.
