@@ -4,11 +4,13 @@ namespace saldo::cli {
 
 // Defined in the file of each command.
 extern const CliCommand kEuerCommand;
+extern const CliCommand kBankCommand;
 
 const std::vector<CliCommand>& furtherCommands()
 {
     static const std::vector<CliCommand> commands = {
         kEuerCommand,
+        kBankCommand,
     };
     return commands;
 }

@@ -5,6 +5,7 @@
 #include "model/Kategorien.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
+#include "settings/BankRulesPage.h"
 #include "settings/CategoryListModel.h"
 
 #include <QAction>
@@ -129,6 +130,7 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     layout->addLayout(limit);
     layout->addWidget(limitNote);
     pages_->addTab(kategorienPage, QStringLiteral("Kategorien"));
+    pages_->addTab(new BankRulesPage(defaults_, pages_), QStringLiteral("Bankregeln"));
 
     auto* window = new QVBoxLayout(this);
     window->setContentsMargins(0, 0, 0, 0);
