@@ -55,12 +55,12 @@ TEST_F(BankCommandTest, ProposesAppendsOnceAndExitsAsDocumented)
     EXPECT_NE(again.out.find(";schon im Ledger;"), std::string::npos);
     EXPECT_EQ(LedgerFile::read(ledger).size(), 3u);
 
-    for (const std::string args : { std::string(), statement + " --rules", statement + " --farbe rot",
+    for (const std::string& args : { std::string(), statement + " --rules", statement + " --farbe rot",
              statement + " extra.xml", statement + " --ledger a --into b", statement + " --profile Unbekannt" })
         EXPECT_EQ(bank(args).status, 2) << args;
     const std::string broken = write("kaputt.xml", camt("08", { { rent } }).substr(0, 200));
     const std::string badRules = write("kaputt.ini", "[A]\nMuster = (\n");
-    for (const std::string args : { broken, statement + " --rules " + badRules, statement + " --ledger fehlt.saldo",
+    for (const std::string& args : { broken, statement + " --rules " + badRules, statement + " --ledger fehlt.saldo",
              write("text.csv", "a;b\n1;2\n") })
         EXPECT_EQ(bank(args).status, 1) << args;
     EXPECT_EQ(LedgerFile::read(ledger).size(), 3u);
