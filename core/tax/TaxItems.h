@@ -37,15 +37,15 @@ template <class Wanted, class Visit>
 void forEachItem(const EinnahmeList& entries, const SnapshotGate* gate, Wanted&& wanted, Visit&& visit);
 
 // Why an item's amount or rate cannot be taken.
-inline constexpr const char* kBetragUngueltig = "Betrag ungueltig";
-inline constexpr const char* kBetragZuGross = "Betrag zu gross";
-inline constexpr const char* kSteuersatzUngueltig = "Steuersatz ungueltig";
+inline constexpr char kBetragUngueltig[] = "Betrag ungueltig";
+inline constexpr char kBetragZuGross[] = "Betrag zu gross";
+inline constexpr char kSteuersatzUngueltig[] = "Steuersatz ungueltig";
 // Why an item whose top-level entry's date is not a point in time belongs to
 // no period: it is listed in every one.
-inline constexpr const char* kDatumUngueltig = "Datum ungueltig";
+inline constexpr char kDatumUngueltig[] = "Datum ungueltig";
 // Listed beside an item that is placed, whose amount a float holds only to
 // about a cent.
-inline constexpr const char* kNichtCentgenau = "nicht centgenau";
+inline constexpr char kNichtCentgenau[] = "nicht centgenau";
 
 // Gross amounts of at least this many euros are refused, so that no sum over
 // a ledger can leave 64 bits.

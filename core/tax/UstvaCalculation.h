@@ -14,7 +14,7 @@ namespace saldo::tax {
 
 // Why an item is listed although its place could be decided: its sums would
 // leave what the form's arithmetic holds.
-inline constexpr const char* kSummeZuGross = "Summe zu gross";
+inline constexpr char kSummeZuGross[] = "Summe zu gross";
 
 // The VAT return of one period: the sums of the boxes in cents, every item
 // that is not placed with its reason, and the form's values taken from the

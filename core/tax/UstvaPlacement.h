@@ -10,13 +10,13 @@
 namespace saldo::tax {
 
 // Why an item takes no part in the VAT return, or could not be placed.
-inline constexpr const char* kFinanzamt = "Zahlung an oder vom Finanzamt";
-inline constexpr const char* kGeldkonto = "Geldkonto";
-inline constexpr const char* kForderungVerbindlichkeit = "Forderung, Verbindlichkeit oder durchlaufender Posten";
-inline constexpr const char* kPrivat = "Privatentnahme oder -einlage";
-inline constexpr const char* kUmsatzsteuerOhneBemessung = "Umsatzsteuer ohne Bemessungsgrundlage";
-inline constexpr const char* kIgLieferungMitSteuersatz = "innergemeinschaftliche Lieferung mit Steuersatz";
-inline constexpr const char* kSteuerfreiOhneZuordnung = "steuerfrei ohne Zuordnung";
+inline constexpr char kFinanzamt[] = "Zahlung an oder vom Finanzamt";
+inline constexpr char kGeldkonto[] = "Geldkonto";
+inline constexpr char kForderungVerbindlichkeit[] = "Forderung, Verbindlichkeit oder durchlaufender Posten";
+inline constexpr char kPrivat[] = "Privatentnahme oder -einlage";
+inline constexpr char kUmsatzsteuerOhneBemessung[] = "Umsatzsteuer ohne Bemessungsgrundlage";
+inline constexpr char kIgLieferungMitSteuersatz[] = "innergemeinschaftliche Lieferung mit Steuersatz";
+inline constexpr char kSteuerfreiOhneZuordnung[] = "steuerfrei ohne Zuordnung";
 
 // Where one item of the ledger goes on the VAT return. The rules are read top
 // down and the first that matches decides: the amount is checked first, then

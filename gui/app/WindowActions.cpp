@@ -6,6 +6,7 @@
 #include "app/DocumentWindow.h"
 #include "app/EntryListExchange.h"
 #include "app/ShortcutsDialog.h"
+#include "bank/StatementImport.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/UstvaViewController.h"
@@ -65,6 +66,11 @@ WindowActions::WindowActions(DocumentWindow& window)
     importEntries_ = ablage->addAction(QStringLiteral("Eintraege &laden…"), exchange_, &EntryListExchange::Laden);
     exportTable_
         = ablage->addAction(QStringLiteral("Als &Tabelle exportieren…"), exchange_, &EntryListExchange::exportTable);
+    // A bank statement's bookings as proposed entries.
+    auto* statementImport = new StatementImport(document, window);
+    statement_ = makeAction(this, QStringLiteral("&Kontoauszug laden…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I) });
+    connect(statement_, &QAction::triggered, statementImport, &StatementImport::kontoauszugLaden);
+    ablage->addAction(statement_);
     auto* printing = new PrintController(document, &window, this);
     savePdf_ = makeAction(this, QStringLiteral("Als &PDF sichern…"));
     printPreview_ = makeAction(this, QStringLiteral("Druck&vorschau…"));
@@ -170,8 +176,8 @@ WindowActions::WindowActions(DocumentWindow& window)
     connect(shortcuts_, &QAction::triggered, this,
         [this] { showWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
 
-    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, quit_, undo_, redo_, addEntry_, duplicate_,
-             splitBooking_, serialTransaction_, ustva_, preferences_, shortcuts_ })
+    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, statement_, quit_, undo_, redo_, addEntry_,
+             duplicate_, splitBooking_, serialTransaction_, ustva_, preferences_, shortcuts_ })
         window.addAction(action);
 }
 
