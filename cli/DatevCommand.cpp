@@ -114,7 +114,7 @@ int runDatev(const std::vector<std::string>& args)
     for (const DatevSkippedItem& skipped : result.skipped)
         std::fprintf(stderr, "Zeile %s: %s\n", skipped.row.c_str(), skipped.reason.c_str());
     if (out) {
-        DatevExport::write(DatevExport::filePaths(*out, result), result);
+        DatevExport::write(DatevExport::filePaths(*out, result.files), result);
         return kOk;
     }
     if (result.files.size() > 1)

@@ -132,9 +132,9 @@ DatevExportResult DatevExport::run(const EinnahmeList& entries, const DatevExpor
     return result;
 }
 
-std::vector<std::string> DatevExport::filePaths(const std::string& path, const DatevExportResult& result)
+std::vector<std::string> DatevExport::filePaths(const std::string& path, const std::vector<DatevBatchFile>& files)
 {
-    if (result.files.size() == 1)
+    if (files.size() == 1)
         return { path };
     const std::size_t slash = path.rfind('/');
     const std::size_t nameStart = slash == std::string::npos ? 0 : slash + 1;
@@ -142,7 +142,7 @@ std::vector<std::string> DatevExport::filePaths(const std::string& path, const D
     if (dot == std::string::npos || dot <= nameStart)
         dot = path.size();
     std::vector<std::string> paths;
-    for (const DatevBatchFile& file : result.files) {
+    for (const DatevBatchFile& file : files) {
         std::string suffix = '-' + std::to_string(file.period.vom.year);
         if (file.period.wirtschaftsjahrBeginn.month != 1)
             suffix += '-' + twoDigits(file.period.vom.month);

@@ -86,7 +86,7 @@ public:
     // ("DATEV.csv" gives "DATEV-2024.csv" and "DATEV-2025.csv"), with the
     // month after it when the fiscal year does not begin in January
     // ("DATEV-2025-07.csv"), and "-teil1", "-teil2" … for the parts of a batch.
-    static std::vector<std::string> filePaths(const std::string& path, const DatevExportResult& result);
+    static std::vector<std::string> filePaths(const std::string& path, const std::vector<DatevBatchFile>& files);
 
     // Writes every batch to its file through the atomic writer; throws
     // FileWriteError at the first that fails (files written before it stay).

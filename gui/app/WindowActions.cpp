@@ -1,6 +1,7 @@
 #include "app/WindowActions.h"
 
 #include "app/AboutDialog.h"
+#include "app/DatevExportDialog.h"
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
@@ -64,6 +65,15 @@ WindowActions::WindowActions(DocumentWindow& window)
     importEntries_ = ablage->addAction(QStringLiteral("Eintraege &laden…"), exchange_, &EntryListExchange::Laden);
     exportTable_
         = ablage->addAction(QStringLiteral("Als &Tabelle exportieren…"), exchange_, &EntryListExchange::exportTable);
+    // The booking batches for the tax adviser: one dialog per window, kept
+    // with what was chosen in it.
+    datevExport_ = ablage->addAction(QStringLiteral("DATEV-&Export…"), this, [this, &document] {
+        if (!datevExportDialog_)
+            datevExportDialog_ = new DatevExportDialog(document, &window_);
+        datevExportDialog_->show();
+        datevExportDialog_->raise();
+        datevExportDialog_->activateWindow();
+    });
     auto* printing = new PrintController(document, &window, this);
     savePdf_ = makeAction(this, QStringLiteral("Als &PDF sichern…"));
     printPreview_ = makeAction(this, QStringLiteral("Druck&vorschau…"));

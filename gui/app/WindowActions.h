@@ -11,12 +11,13 @@ class QWidget;
 
 namespace saldo::gui {
 
+class DatevExportDialog;
 class DocumentWindow;
 class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
 // files, close, save, save under another name, export and load an entry
-// list, export a spreadsheet table, PDF, print preview, print, quit),
+// list, export a spreadsheet table, the DATEV export, PDF, print preview, print, quit),
 // "Bearbeiten" (undo and redo with the action's name, new entry, duplicate,
 // delete, the program's preferences window), "Eintrag" (split bookings,
 // recurring entries) and "Hilfe" (the shortcuts, about Saldo). Every menu and
@@ -38,6 +39,7 @@ public:
     QAction* exportEntriesAction() const { return exportEntries_; }
     QAction* importEntriesAction() const { return importEntries_; }
     QAction* exportTableAction() const { return exportTable_; }
+    QAction* datevExportAction() const { return datevExport_; }
     QAction* quitAction() const { return quit_; }
     QAction* savePdfAction() const { return savePdf_; }
     QAction* printPreviewAction() const { return printPreview_; }
@@ -71,6 +73,8 @@ private:
     QAction* exportEntries_ = nullptr;
     QAction* importEntries_ = nullptr;
     QAction* exportTable_ = nullptr;
+    QAction* datevExport_ = nullptr;
+    QPointer<DatevExportDialog> datevExportDialog_;
     QAction* quit_ = nullptr;
     QAction* savePdf_ = nullptr;
     QAction* printPreview_ = nullptr;

@@ -6,6 +6,7 @@
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
 #include "settings/CategoryListModel.h"
+#include "settings/DatevPreferencesPage.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -129,6 +130,7 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     layout->addLayout(limit);
     layout->addWidget(limitNote);
     pages_->addTab(kategorienPage, QStringLiteral("Kategorien"));
+    pages_->addTab(new DatevPreferencesPage(defaults_, pages_), QStringLiteral("DATEV"));
 
     auto* window = new QVBoxLayout(this);
     window->setContentsMargins(0, 0, 0, 0);

@@ -2,6 +2,7 @@
 #include "exchange/Cp1252Text.h"
 #include "exchange/DatevBatchHeader.h"
 #include "exchange/DatevBooking.h"
+#include "exchange/DatevExportSummary.h"
 #include "exchange/DatevTaxKey.h"
 #include "platform/Calendar.h"
 #include "settings/DatevSettings.h"
@@ -300,12 +301,12 @@ TEST(DatevExport, OneFilePerCalendarYearAndFiscalYear)
     EXPECT_EQ(fieldsOf(lineOf(result.files[1].bytes, 0))[15], "20250630");
     EXPECT_EQ(fieldsOf(lineOf(result.files[0].bytes, 2))[9], "3112");
     EXPECT_EQ(fieldsOf(lineOf(result.files[1].bytes, 2))[9], "0101");
-    EXPECT_EQ(DatevExport::filePaths("/tmp/a.b/EXTF.csv", result),
+    EXPECT_EQ(DatevExport::filePaths("/tmp/a.b/EXTF.csv", result.files),
         (std::vector<std::string> { "/tmp/a.b/EXTF-2024.csv", "/tmp/a.b/EXTF-2025.csv" }));
-    EXPECT_EQ(DatevExport::filePaths("/tmp/a.b/EXTF", result),
+    EXPECT_EQ(DatevExport::filePaths("/tmp/a.b/EXTF", result.files),
         (std::vector<std::string> { "/tmp/a.b/EXTF-2024", "/tmp/a.b/EXTF-2025" }));
     request.wirtschaftsjahrBeginn = 7;
-    EXPECT_EQ(DatevExport::filePaths("x.csv", DatevExport::run(ledger, request)),
+    EXPECT_EQ(DatevExport::filePaths("x.csv", DatevExport::run(ledger, request).files),
         (std::vector<std::string> { "x-2024-06.csv", "x-2024-07.csv", "x-2025-01.csv" }));
 }
 
@@ -331,7 +332,7 @@ TEST(DatevExport, AYearBeyondTheBatchLimitIsWrittenInParts)
     EXPECT_EQ(bookings, (std::vector<std::size_t> { 2, 2, 1 }));
     EXPECT_EQ(sums, (std::vector<std::int64_t> { -100, 700, 500 }));
     EXPECT_EQ(fieldsOf(lineOf(result.files[1].bytes, 0))[16], "\"Ein Name von genau dr Teil 2/3\"");
-    EXPECT_EQ(DatevExport::filePaths("out.csv", result),
+    EXPECT_EQ(DatevExport::filePaths("out.csv", result.files),
         (std::vector<std::string> { "out-2025-teil1.csv", "out-2025-teil2.csv", "out-2025-teil3.csv" }));
 }
 
@@ -359,6 +360,29 @@ TEST(DatevExport, RequestsOutsideTheRangesAreRefused)
         EXPECT_NE(DatevExport::requestFault(request), "") << i;
         EXPECT_THROW(DatevExport::run({}, request), std::invalid_argument) << i;
     }
+}
+
+TEST(DatevExport, SummaryNamesEverythingLeftOutOrChanged)
+{
+    auto zero = item("8200 E", 0.0f, 19.0f);
+    auto renamed = item("8200 E", 1234567.0f, 19.0f);
+    renamed->setRechnungsnummer("RE 7.1");
+    renamed->setName("Ωmega 🙂");
+    const EinnahmeList ledger { zero, renamed, item("Sonstiges", 1.0f, 19.0f, kArtAusgabe) };
+    const DatevExportResult result = DatevExport::run(ledger, request2025());
+    EXPECT_EQ(DatevExportSummary::text(result, { "/tmp/EXTF.csv" }),
+        "1 Buchung geschrieben, in 1 Datei:\n"
+        "  /tmp/EXTF.csv\n"
+        "    01.01.2025 bis 31.12.2025: 1 Buchung, Soll 1.234.567,00 €, Haben 0,00 €\n"
+        "1 Posten mit 0,00 € ausgelassen.\n"
+        "Nicht geschrieben (1):\n"
+        "  Zeile 3: Kategorie ohne Kontonummer\n"
+        "Belegfeld 1 geaendert (1):\n"
+        "  Zeile 2: \"RE 7.1\" als \"RE71\"\n"
+        "2 Zeichen als \"?\" geschrieben: Windows-1252 kennt sie nicht.\n");
+    EXPECT_EQ(DatevExportSummary::euros(-5), "-0,05 €");
+    EXPECT_EQ(DatevExportSummary::euros(99999), "999,99 €");
+    EXPECT_EQ(DatevExportSummary::euros(100000), "1.000,00 €");
 }
 
 TEST(DatevSettings, StoredNumbersInTheirRangesOnly)
