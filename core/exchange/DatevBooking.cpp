@@ -31,7 +31,8 @@ const char* spelledOut(std::string_view utf8Character)
 }
 } // namespace
 
-DatevBookingOutcome DatevBooking::make(const Einnahme& item, LocalDay day, std::uint32_t konto)
+DatevBookingOutcome DatevBooking::make(
+    const Einnahme& item, LocalDay day, std::string_view rechnungsnummer, std::uint32_t konto)
 {
     DatevBookingOutcome made;
     const tax::GrossCents gross = tax::grossCents(item.brutto());
@@ -69,7 +70,7 @@ DatevBookingOutcome DatevBooking::make(const Einnahme& item, LocalDay day, std::
     booking.gegenkonto = account->value;
     booking.buSchluessel = key.key;
     booking.belegdatum = day;
-    booking.belegfeld = belegfeldOf(item.rechnungsnummer());
+    booking.belegfeld = belegfeldOf(rechnungsnummer);
     made.booking = std::move(booking);
     return made;
 }

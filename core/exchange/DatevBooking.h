@@ -38,8 +38,10 @@ struct DatevBooking {
     LocalDay belegdatum;
     std::string belegfeld;
 
-    // `day` is the local day of the item's top-level entry.
-    static DatevBookingOutcome make(const Einnahme& item, LocalDay day, std::uint32_t konto);
+    // `day` is the local day of the item's top-level entry, `rechnungsnummer`
+    // the invoice number the receipt field is made of.
+    static DatevBookingOutcome make(
+        const Einnahme& item, LocalDay day, std::string_view rechnungsnummer, std::uint32_t konto);
 
     // The invoice number as Belegfeld 1 takes it.
     static std::string belegfeldOf(std::string_view rechnungsnummer);

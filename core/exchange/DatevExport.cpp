@@ -83,7 +83,10 @@ DatevExportResult DatevExport::run(const EinnahmeList& entries, const DatevExpor
         }
         if (!rows)
             return;
-        DatevBookingOutcome made = DatevBooking::make(item, day, request.konto);
+        // A split booking without an invoice number of its own is part of its entry's receipt.
+        const std::string& rechnungsnummer
+            = item.rechnungsnummer().empty() ? top.rechnungsnummer() : item.rechnungsnummer();
+        DatevBookingOutcome made = DatevBooking::make(item, day, rechnungsnummer, request.konto);
         if (!made.fault.empty()) {
             result.skipped.push_back({ tax::rowText(row), std::move(made.fault) });
             return;
@@ -93,8 +96,8 @@ DatevExportResult DatevExport::run(const EinnahmeList& entries, const DatevExpor
             return;
         }
         const DatevBooking& booking = *made.booking;
-        if (booking.belegfeld != item.rechnungsnummer())
-            result.belegfeldChanges.push_back({ tax::rowText(row), item.rechnungsnummer(), booking.belegfeld });
+        if (booking.belegfeld != rechnungsnummer)
+            result.belegfeldChanges.push_back({ tax::rowText(row), rechnungsnummer, booking.belegfeld });
         if (rows->parts.back().bookings == request.maxBookingsPerFile)
             rows->parts.push_back(PeriodRows::Part { rows->lines.size() });
         PeriodRows::Part& part = rows->parts.back();

@@ -46,7 +46,8 @@ struct DatevSkippedItem {
     std::string reason;
 };
 
-// An item whose invoice number went into Belegfeld 1 changed.
+// An item whose invoice number went into Belegfeld 1 changed (a split booking
+// without a number of its own takes its entry's).
 struct DatevBelegfeldChange {
     std::string row;
     std::string rechnungsnummer;
@@ -68,7 +69,8 @@ struct DatevExportResult {
 // without split bookings, or a leaf split booking) whose top-level entry's
 // local day lies in the chosen days becomes one booking (DatevBooking), in the
 // ledger's order, in the batch of its calendar year and fiscal year
-// (DatevPeriod). A batch whose bookings exceed the adviser's limit of 99,999
+// (DatevPeriod). A split booking without an invoice number of its own is
+// written with its entry's, as part of the same receipt. A batch whose bookings exceed the adviser's limit of 99,999
 // is written as several parts over the same days, in the ledger's order. An
 // item that cannot be written is listed with its row and reason and the rest
 // is still written; an amount of 0 cents is left out and counted. Every batch

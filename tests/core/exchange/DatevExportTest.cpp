@@ -167,8 +167,7 @@ TEST(DatevExport, BookingSideAmountAccountsAndFaults)
             Case { "1200 Bank Bank ", 10.0f, kArtEinnahme, "Kategorie ist das Geldkonto" },
         }) {
         auto entry = item(c.kategorie, c.brutto, 19.0f, c.art, at(2025, 3, 4));
-        entry->setRechnungsnummer("RE-1");
-        const DatevBookingOutcome made = DatevBooking::make(*entry, { 2025, 3, 4 }, 1200);
+        const DatevBookingOutcome made = DatevBooking::make(*entry, { 2025, 3, 4 }, "RE-1", 1200);
         std::string got = made.fault;
         if (made.booking) {
             Cp1252Text text;
@@ -241,6 +240,8 @@ TEST(DatevExport, SplitBookingsAreOneBookingEach)
     nested->setChildTransactions(
         { item("4930 Bürobedarf Gesch. ", 20.0f, 19.0f, kArtAusgabe), item("Ohne", 10.0f, 19.0f, kArtAusgabe) });
     split->setChildTransactions({ item("4940 Zeitschriften Gesch. ", 70.0f, 7.0f, kArtAusgabe), nested });
+    split->setRechnungsnummer("B-9");
+    nested->childTransactions()[0]->setRechnungsnummer("B-9 a");
     const EinnahmeList ledger { item("8200 Erlöse", 5.0f, 19.0f), split };
     const DatevExportResult result = DatevExport::run(ledger, request2025());
     ASSERT_EQ(result.files.size(), 1u);
@@ -250,8 +251,13 @@ TEST(DatevExport, SplitBookingsAreOneBookingEach)
     ASSERT_EQ(result.skipped.size(), 1u);
     EXPECT_EQ(result.skipped[0].row, "2.2.2");
     EXPECT_EQ(result.skipped[0].reason, "Kategorie ohne Kontonummer");
+    // A split booking without an invoice number of its own takes its entry's.
     EXPECT_EQ(fieldsOf(lineOf(result.files[0].bytes, 3))[0], "70,00");
+    EXPECT_EQ(fieldsOf(lineOf(result.files[0].bytes, 3))[10], "\"B-9\"");
     EXPECT_EQ(fieldsOf(lineOf(result.files[0].bytes, 4))[0], "20,00");
+    EXPECT_EQ(fieldsOf(lineOf(result.files[0].bytes, 4))[10], "\"B-9a\"");
+    ASSERT_EQ(result.belegfeldChanges.size(), 1u);
+    EXPECT_EQ(result.belegfeldChanges[0].row, "2.2.1");
 }
 
 TEST(DatevExport, OneFilePerCalendarYearAndFiscalYear)
