@@ -10,30 +10,18 @@
 
 #include <benchmark/benchmark.h>
 
-#include <map>
-
 namespace {
 
 using namespace saldo;
 
-const EinnahmeList& ledger(std::size_t count)
-{
-    static std::map<std::size_t, EinnahmeList> made;
-    auto it = made.find(count);
-    if (it == made.end())
-        it = made.emplace(count, bench::realisticLedger(count)).first;
-    return it->second;
-}
-
 void run(benchmark::State& state)
 {
-    const EinnahmeList& entries = ledger(static_cast<std::size_t>(state.range(0)));
-    DatevExportRequest request;
-    request.beraternummer = 1234567;
-    request.mandantennummer = 10001;
-    request.from = { 2024, 1, 1 };
-    request.to = { 2024, 12, 31 };
-    request.bezeichnung = "Benchmark";
+    const EinnahmeList& entries = bench::cachedRealisticLedger(static_cast<std::size_t>(state.range(0)));
+    const DatevExportRequest request { .beraternummer = 1234567,
+        .mandantennummer = 10001,
+        .from = { 2024, 1, 1 },
+        .to = { 2024, 12, 31 },
+        .bezeichnung = "Benchmark" };
     std::size_t bytes = 0;
     std::size_t bookings = 0;
     for (auto _ : state) {
