@@ -2,11 +2,13 @@
 
 #include "model/Einnahme.h"
 #include "model/Kategorien.h"
+#include "model/LedgerFile.h"
 
 #include <cstdint>
 #include <map>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace saldo::bench {
@@ -63,12 +65,18 @@ inline EinnahmeList realisticLedger(std::size_t count)
 }
 
 // The realistic ledger of that size, made once per process and then shared.
-inline const EinnahmeList& cachedRealisticLedger(std::size_t count)
+// `readFromFile`: as a program has it after reading it from a file, its
+// entries lying together and each repeated text held once.
+inline const EinnahmeList& cachedRealisticLedger(std::size_t count, bool readFromFile = false)
 {
-    static std::map<std::size_t, EinnahmeList> ledgers;
-    auto it = ledgers.find(count);
-    if (it == ledgers.end())
-        it = ledgers.emplace(count, realisticLedger(count)).first;
+    static std::map<std::pair<std::size_t, bool>, EinnahmeList> ledgers;
+    auto it = ledgers.find({ count, readFromFile });
+    if (it == ledgers.end()) {
+        EinnahmeList made = realisticLedger(count);
+        if (readFromFile)
+            made = LedgerFile::decode(LedgerFile::encode(made));
+        it = ledgers.emplace(std::pair { count, readFromFile }, std::move(made)).first;
+    }
     return it->second;
 }
 

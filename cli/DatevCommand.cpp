@@ -1,4 +1,5 @@
-#include "DatevCommand.h"
+// saldo-cli datev LEDGER --berater N --mandant N --from DAY --to DAY: the DATEV booking batches.
+#include "CliCommand.h"
 
 #include "exchange/DatevExport.h"
 #include "model/LedgerFile.h"
@@ -127,6 +128,6 @@ int runDatev(const std::vector<std::string>& args)
 
 } // namespace
 
-const CliCommand kDatevCommand { "datev", kDatevUsage, runDatev };
+extern const CliCommand kDatevCommand = { "datev", kDatevUsage, runDatev };
 
 } // namespace saldo::cli

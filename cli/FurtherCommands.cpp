@@ -1,11 +1,15 @@
 #include "CliCommand.h"
-#include "DatevCommand.h"
 
 namespace saldo::cli {
+
+// Defined in the file of each command.
+extern const CliCommand kEuerCommand;
+extern const CliCommand kDatevCommand;
 
 const std::vector<CliCommand>& furtherCommands()
 {
     static const std::vector<CliCommand> commands = {
+        kEuerCommand,
         kDatevCommand,
     };
     return commands;

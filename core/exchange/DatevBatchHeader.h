@@ -17,7 +17,6 @@ class Cp1252Text;
 // which chart (four-digit accounts of SKR 03, in euros, not yet fixed), and
 // the 125 column headings. The adviser's system reads both by position.
 struct DatevBatchHeader {
-    static constexpr std::size_t kHeaderFields = 31;
     static constexpr std::size_t kBezeichnungLength = 30;
     static constexpr int kSachkontenlaenge = 4;
 

@@ -4,6 +4,7 @@
 #include "exchange/DatevBatchHeader.h"
 #include "exchange/DatevBooking.h"
 #include "platform/AtomicFileWriter.h"
+#include "settings/DatevSettings.h"
 #include "tax/TaxItems.h"
 
 #include <stdexcept>
@@ -37,9 +38,9 @@ std::string twoDigits(int value)
 
 std::string DatevExport::requestFault(const DatevExportRequest& request)
 {
-    if (request.beraternummer < 1001 || request.beraternummer > 9999999)
+    if (!DatevSettings::isBeraternummer(request.beraternummer))
         return "Die Beraternummer muss zwischen 1001 und 9999999 liegen.";
-    if (request.mandantennummer < 1 || request.mandantennummer > 99999)
+    if (!DatevSettings::isMandantennummer(request.mandantennummer))
         return "Die Mandantennummer muss zwischen 1 und 99999 liegen.";
     if (request.wirtschaftsjahrBeginn < 1 || request.wirtschaftsjahrBeginn > 12)
         return "Der Beginn des Wirtschaftsjahres muss ein Monat von 1 bis 12 sein.";
@@ -109,7 +110,7 @@ DatevExportResult DatevExport::run(const EinnahmeList& entries, const DatevExpor
 
     std::string headings;
     DatevBatchHeader::appendHeadings(headings, text);
-    for (const PeriodRows& rows : periods) {
+    for (PeriodRows& rows : periods) {
         for (std::size_t i = 0; i < rows.parts.size(); ++i) {
             const PeriodRows::Part& part = rows.parts[i];
             const std::size_t end = i + 1 < rows.parts.size() ? rows.parts[i + 1].begin : rows.lines.size();
@@ -124,10 +125,17 @@ DatevExportResult DatevExport::run(const EinnahmeList& entries, const DatevExpor
                 request.bezeichnung, {} };
             if (file.parts > 1)
                 header.bezeichnungEnding = " Teil " + std::to_string(file.part) + '/' + std::to_string(file.parts);
-            file.bytes.reserve(end - part.begin + headings.size() + 512);
-            header.appendLine(file.bytes, text);
-            file.bytes += headings;
-            file.bytes.append(rows.lines, part.begin, end - part.begin);
+            std::string head;
+            header.appendLine(head, text);
+            head += headings;
+            if (file.parts == 1) { // the lines become the file, without a second copy of them
+                rows.lines.insert(0, head);
+                file.bytes = std::move(rows.lines);
+            } else {
+                file.bytes.reserve(head.size() + end - part.begin);
+                file.bytes = head;
+                file.bytes.append(rows.lines, part.begin, end - part.begin);
+            }
             result.files.push_back(std::move(file));
         }
     }
