@@ -109,6 +109,7 @@ DatevExportDialog::DatevExportDialog(Document& document, QWidget* parent)
     konto_ = new QComboBox(this);
     konto_->setObjectName(QStringLiteral("konto"));
     konto_->setEditable(true);
+    konto_->setMinimumContentsLength(16);
     konto_->addItems({ QStringLiteral("1200 Bank"), QStringLiteral("1000 Kasse") });
     konto_->setToolTip(QStringLiteral("Das Konto, ueber das das Geld floss (Konto im Buchungsstapel); "
                                       "jede andere Kontonummer mit bis zu vier Ziffern laesst sich eintippen."));
@@ -132,7 +133,11 @@ DatevExportDialog::DatevExportDialog(Document& document, QWidget* parent)
 
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("&Zeitraum:"), period);
-    form->addRow(QStringLiteral("&Geldkonto:"), konto_);
+    auto* kontoRow = new QHBoxLayout;
+    kontoRow->addWidget(konto_);
+    kontoRow->addStretch();
+    form->addRow(QStringLiteral("&Geldkonto:"), kontoRow);
+    qobject_cast<QLabel*>(form->labelForField(kontoRow))->setBuddy(konto_);
     form->addRow(QStringLiteral("&Datei:"), fileRow);
     form->addRow(QString(), fileNote_);
     qobject_cast<QLabel*>(form->labelForField(period))->setBuddy(periodKind_);
