@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 namespace saldo::testing {
 
@@ -25,24 +26,15 @@ long long numberOf(std::string_view text)
     return value;
 }
 
-int daysIn(int year, int month)
-{
-    static constexpr int days[] = { 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31 };
-    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return month == 2 && leap ? 29 : days[month - 1];
-}
-
 // YYYYMMDD as a number, or -1 when it is no date.
 long long dateValue(std::string_view text)
 {
     if (text.size() != 8 || !allDigits(text))
         return -1;
-    const int year = static_cast<int>(numberOf(text.substr(0, 4)));
-    const int month = static_cast<int>(numberOf(text.substr(4, 2)));
-    const int day = static_cast<int>(numberOf(text.substr(6, 2)));
-    if (year < 1000 || month < 1 || month > 12 || day < 1 || day > daysIn(year, month))
-        return -1;
-    return numberOf(text);
+    const std::chrono::year_month_day date { std::chrono::year(static_cast<int>(numberOf(text.substr(0, 4)))),
+        std::chrono::month(static_cast<unsigned>(numberOf(text.substr(4, 2)))),
+        std::chrono::day(static_cast<unsigned>(numberOf(text.substr(6, 2)))) };
+    return date.ok() && date.year() >= std::chrono::year(1000) ? numberOf(text) : -1;
 }
 
 class Checker {
