@@ -45,8 +45,8 @@ std::string allFindings(const DatevBatchCheck& check)
 // two levels deep; dates a little beyond the chosen days on both sides.
 class RandomLedger {
 public:
-    explicit RandomLedger(std::uint64_t seed)
-        : rng_(seed)
+    explicit RandomLedger(std::uint64_t draw)
+        : rng_(draw)
         , chart_(Kategorien::defaultKategorien())
     {
         chart_.insert(chart_.end(), { "Ohne Nummer", "8400Erlöse", "123 Drei", "99999 Fünf", "" });
@@ -108,29 +108,29 @@ private:
 
 TEST(DatevBatchChecker, RandomLedgersGiveBatchesWithoutFindings)
 {
-    for (std::uint64_t seed = 1; seed <= 24; ++seed) {
-        std::mt19937_64 rng(seed);
+    for (std::uint64_t draw = 1; draw <= 24; ++draw) {
+        std::mt19937_64 rng(draw);
         const int fiscalMonth = 1 + static_cast<int>(rng() % 12);
         const LocalDay from { 2024, 1 + static_cast<int>(rng() % 12), 1 + static_cast<int>(rng() % 28) };
         const LocalDay to { 2025, 1 + static_cast<int>(rng() % 12), 1 + static_cast<int>(rng() % 28) };
         DatevExportRequest request = requestFor(from, to, fiscalMonth);
-        request.konto = seed % 2 == 0 ? 1200 : 1000;
-        request.maxBookingsPerFile = seed % 3 == 0 ? 40 : 99999;
+        request.konto = draw % 2 == 0 ? 1200 : 1000;
+        request.maxBookingsPerFile = draw % 3 == 0 ? 40 : 99999;
         const double first = *Calendar::localMidnight(2023, 12, 1);
-        const EinnahmeList ledger = RandomLedger(seed).make(300, first, *Calendar::localMidnight(2026, 2, 1) - first);
+        const EinnahmeList ledger = RandomLedger(draw).make(300, first, *Calendar::localMidnight(2026, 2, 1) - first);
 
         const DatevExportResult result = DatevExport::run(ledger, request);
         std::size_t bookings = 0;
         for (const DatevBatchFile& file : result.files) {
             const DatevBatchCheck check = checkDatevBatch(file.bytes);
-            EXPECT_EQ(allFindings(check), "") << "seed " << seed << ", " << file.period.vom.compact();
-            EXPECT_EQ(check.bookings.size(), file.bookings) << seed;
-            EXPECT_EQ(check.sollCents, file.sollCents) << seed;
-            EXPECT_EQ(check.habenCents, file.habenCents) << seed;
-            EXPECT_EQ(check.header[14], file.period.vom.compact()) << seed;
+            EXPECT_EQ(allFindings(check), "") << "draw " << draw << ", " << file.period.vom.compact();
+            EXPECT_EQ(check.bookings.size(), file.bookings) << draw;
+            EXPECT_EQ(check.sollCents, file.sollCents) << draw;
+            EXPECT_EQ(check.habenCents, file.habenCents) << draw;
+            EXPECT_EQ(check.header[14], file.period.vom.compact()) << draw;
             bookings += file.bookings;
         }
-        EXPECT_EQ(bookings, result.bookings) << seed;
+        EXPECT_EQ(bookings, result.bookings) << draw;
 
         // Every item of the days is written, listed or counted as 0 cents.
         std::size_t itemsInDays = 0;
@@ -138,9 +138,9 @@ TEST(DatevBatchChecker, RandomLedgersGiveBatchesWithoutFindings)
             const std::optional<LocalDay> day = LocalDay::of(top.datum());
             itemsInDays += day && *day >= from && *day <= to;
         });
-        EXPECT_EQ(result.bookings + result.skipped.size() + result.zeroItems, itemsInDays) << seed;
-        EXPECT_GT(result.bookings, 0u) << seed;
-        EXPECT_GT(result.replacedCharacters, 0u) << seed;
+        EXPECT_EQ(result.bookings + result.skipped.size() + result.zeroItems, itemsInDays) << draw;
+        EXPECT_GT(result.bookings, 0u) << draw;
+        EXPECT_GT(result.replacedCharacters, 0u) << draw;
     }
 }
 
