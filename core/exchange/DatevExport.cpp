@@ -5,6 +5,7 @@
 #include "exchange/DatevBooking.h"
 #include "platform/AtomicFileWriter.h"
 #include "settings/DatevSettings.h"
+#include "tax/EuerEvaluation.h"
 #include "tax/TaxItems.h"
 
 #include <stdexcept>
@@ -69,12 +70,15 @@ DatevExportResult DatevExport::run(const EinnahmeList& entries, const DatevExpor
     Cp1252Text text;
     const Einnahme* lastTop = nullptr;
     PeriodRows* rows = nullptr; // the period of lastTop's day, or none
+    bool dated = true;
     LocalDay day;
     tax::forEachItem(entries, [&](const Einnahme& item, const Einnahme& top, tax::ItemRow row) {
         if (&top != lastTop) {
             lastTop = &top;
             rows = nullptr;
-            if (const std::optional<LocalDay> topDay = LocalDay::of(top.datum())) {
+            const std::optional<LocalDay> topDay = LocalDay::of(top.datum());
+            dated = topDay.has_value();
+            if (dated) {
                 day = *topDay;
                 for (PeriodRows& candidate : periods) {
                     if (day >= candidate.period.vom && day <= candidate.period.bis)
@@ -82,6 +86,10 @@ DatevExportResult DatevExport::run(const EinnahmeList& entries, const DatevExpor
                 }
             }
         }
+        // An entry whose date is no point in time belongs to no period, and
+        // is named in every export so that it is not lost.
+        if (!dated)
+            result.skipped.push_back({ tax::rowText(row), tax::kDatumUngueltig });
         if (!rows)
             return;
         // A split booking without an invoice number of its own is part of its entry's receipt.

@@ -73,8 +73,10 @@ struct DatevExportResult {
 // written with its entry's, as part of the same receipt. A batch whose bookings exceed the adviser's limit of 99,999
 // is written as several parts over the same days, in the ledger's order. An
 // item that cannot be written is listed with its row and reason and the rest
-// is still written; an amount of 0 cents is left out and counted. Every batch
-// of the days is written, also one without bookings.
+// is still written; an amount of 0 cents is left out and counted. An entry
+// whose date is not a point in time is in no period: its items are listed
+// ("Datum ungueltig") whatever days are chosen. Every batch of the days is
+// written, also one without bookings.
 class DatevExport {
 public:
     // Empty when the request can be carried out, else one German sentence.

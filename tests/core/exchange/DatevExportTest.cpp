@@ -267,14 +267,16 @@ TEST(DatevExport, SummaryNamesEverythingLeftOutOrChanged)
     auto renamed = item("8200 E", 1234567.0f);
     renamed->setRechnungsnummer("RE 7.1");
     renamed->setName("Ωmega 🙂");
-    const EinnahmeList ledger { item("8200 E", 0.0f), renamed, item("Sonstiges", 1.0f, 19.0f, kArtAusgabe) };
+    const EinnahmeList ledger { item("8200 E", 0.0f), renamed, item("Sonstiges", 1.0f, 19.0f, kArtAusgabe),
+        item("8200 E", 1.0f, 19.0f, kArtEinnahme, std::nan("")), item("8200 E", 1.0f, 19.0f, kArtEinnahme, 1e9) };
     EXPECT_EQ(DatevExportSummary::text(DatevExport::run(ledger, request()), { "/tmp/EXTF.csv" }),
         "1 Buchung geschrieben, in 1 Datei:\n"
         "  /tmp/EXTF.csv\n"
         "    01.01.2025 bis 31.12.2025: 1 Buchung, Soll 1.234.567,00 €, Haben 0,00 €\n"
         "1 Posten mit 0,00 € ausgelassen.\n"
-        "Nicht geschrieben (1):\n"
+        "Nicht geschrieben (2):\n"
         "  Zeile 3: Kategorie ohne Kontonummer\n"
+        "  Zeile 4: Datum ungueltig\n"
         "Belegfeld 1 geaendert (1):\n"
         "  Zeile 2: \"RE 7.1\" als \"RE71\"\n"
         "2 Zeichen als \"?\" geschrieben: Windows-1252 kennt sie nicht.\n");
