@@ -6,6 +6,7 @@ namespace saldo::cli {
 extern const CliCommand kEuerCommand;
 extern const CliCommand kUstvaCommand;
 extern const CliCommand kBankCommand;
+extern const CliCommand kDatevCommand;
 
 const std::vector<CliCommand>& furtherCommands()
 {
@@ -13,6 +14,7 @@ const std::vector<CliCommand>& furtherCommands()
         kUstvaCommand,
         kEuerCommand,
         kBankCommand,
+        kDatevCommand,
     };
     return commands;
 }

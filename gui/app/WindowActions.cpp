@@ -1,6 +1,7 @@
 #include "app/WindowActions.h"
 
 #include "app/AboutDialog.h"
+#include "app/DatevExportDialog.h"
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
@@ -71,6 +72,15 @@ WindowActions::WindowActions(DocumentWindow& window)
     statement_ = makeAction(this, QStringLiteral("&Kontoauszug laden…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I) });
     connect(statement_, &QAction::triggered, statementImport, &StatementImport::kontoauszugLaden);
     ablage->addAction(statement_);
+    // The booking batches for the tax adviser: one dialog per window, kept
+    // with what was chosen in it.
+    datevExport_ = ablage->addAction(QStringLiteral("DATEV-&Export…"), this, [this, &document] {
+        if (!datevExportDialog_)
+            datevExportDialog_ = new DatevExportDialog(document, &window_);
+        datevExportDialog_->show();
+        datevExportDialog_->raise();
+        datevExportDialog_->activateWindow();
+    });
     auto* printing = new PrintController(document, &window, this);
     savePdf_ = makeAction(this, QStringLiteral("Als &PDF sichern…"));
     printPreview_ = makeAction(this, QStringLiteral("Druck&vorschau…"));

@@ -11,12 +11,14 @@ class QWidget;
 
 namespace saldo::gui {
 
+class DatevExportDialog;
 class DocumentWindow;
 class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
 // files, close, save, save under another name, export and load an entry
-// list, export a spreadsheet table, load a bank statement, PDF, print preview, print, quit),
+// list, export a spreadsheet table, load a bank statement, the DATEV export,
+// PDF, print preview, print, quit),
 // "Bearbeiten" (undo and redo with the action's name, new entry, duplicate,
 // delete, the program's preferences window), "Eintrag" (split bookings,
 // recurring entries), "Auswertung" (the VAT return's window of the document)
@@ -40,6 +42,7 @@ public:
     QAction* importEntriesAction() const { return importEntries_; }
     QAction* exportTableAction() const { return exportTable_; }
     QAction* statementAction() const { return statement_; }
+    QAction* datevExportAction() const { return datevExport_; }
     QAction* quitAction() const { return quit_; }
     QAction* savePdfAction() const { return savePdf_; }
     QAction* printPreviewAction() const { return printPreview_; }
@@ -75,6 +78,8 @@ private:
     QAction* importEntries_ = nullptr;
     QAction* exportTable_ = nullptr;
     QAction* statement_ = nullptr;
+    QAction* datevExport_ = nullptr;
+    QPointer<DatevExportDialog> datevExportDialog_;
     QAction* quit_ = nullptr;
     QAction* savePdf_ = nullptr;
     QAction* printPreview_ = nullptr;

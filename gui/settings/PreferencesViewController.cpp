@@ -8,6 +8,7 @@
 #include "settings/BankRulesPage.h"
 #include "settings/CategoryListModel.h"
 #include "settings/TaxPreferencesPage.h"
+#include "settings/DatevPreferencesPage.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -132,6 +133,7 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     layout->addWidget(limitNote);
     pages_->addTab(kategorienPage, QStringLiteral("Kategorien"));
     pages_->addTab(new TaxPreferencesPage(defaults_, pages_), QStringLiteral("Steuer"));
+    pages_->addTab(new DatevPreferencesPage(defaults_, pages_), QStringLiteral("DATEV"));
     pages_->addTab(new BankRulesPage(defaults_, pages_), QStringLiteral("Bankregeln"));
 
     auto* window = new QVBoxLayout(this);
