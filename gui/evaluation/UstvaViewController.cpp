@@ -193,17 +193,21 @@ UstvaViewController::~UstvaViewController()
 
 TaxPeriod UstvaViewController::defaultPeriod() const
 {
+    // The span of the years Saldo has a form for, between local midnights:
+    // one comparison per entry, no calendar on the way.
     const std::vector<int> years = UstvaForm::years();
+    const double first = TaxPeriod::months(years.front(), 1, 12)->start();
+    const double end = TaxPeriod::months(years.back(), 1, 12)->end();
     double latest = -INFINITY;
     for (const EinnahmePtr& entry : document_.backupEinnahmen()) {
         const double datum = entry->datum();
-        if (datum > latest && UstvaForm::forYear(Calendar::localFields(datum).year))
+        if (datum > latest && datum >= first && datum < end)
             latest = datum;
     }
     int year = years.back();
     int month = 1;
-    if (std::isfinite(latest)) {
-        const Calendar::Fields fields = Calendar::localFields(latest);
+    const Calendar::Fields fields = Calendar::localFields(latest);
+    if (std::isfinite(latest) && UstvaForm::forYear(fields.year)) {
         year = fields.year;
         month = fields.month;
     } else {

@@ -79,7 +79,8 @@ private:
     void choosePeriod();
     void showEvaluation();
     void updateTitle();
-    // The period of the ledger's latest entry in a year Saldo has a form for.
+    // The quarter of the ledger's latest entry in the years Saldo has a form
+    // for; else the first quarter of the latest such year up to this one.
     tax::TaxPeriod defaultPeriod() const;
 
     Document& document_;
