@@ -2,15 +2,13 @@
 
 #include "model/Einnahme.h"
 #include "tax/EuerForm.h"
+#include "tax/TaxItems.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace saldo::tax {
-
-// Why an item whose entry's date is not a point in time is on no line.
-inline constexpr const char* kDatumUngueltig = "Datum ungueltig";
 
 // An item in one of the lists below the form. `item` points into the
 // evaluated entries and stays valid as long as they live.

@@ -1,10 +1,10 @@
 #include "tax/EuerReport.h"
 
 #include "model/UnicodeText.h"
+#include "tax/CentText.h"
 #include "tax/EuerRules.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace saldo::tax {
 
@@ -13,34 +13,6 @@ namespace {
 constexpr std::size_t kLabelWidth = 60;
 constexpr std::size_t kAmountWidth = 14;
 constexpr std::size_t kNameWidth = 36;
-
-std::string digitsOf(std::uint64_t value)
-{
-    char buffer[24];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    return std::string(buffer, end);
-}
-
-// Whole euros with `group` between thousands (none for '\0'), `point`, two digits of cents.
-std::string amountText(std::int64_t cents, char group, char point)
-{
-    const bool negative = cents < 0;
-    // Cents of every amount the evaluation keeps are far from the int64 minimum.
-    const std::uint64_t magnitude
-        = negative ? 0 - static_cast<std::uint64_t>(cents) : static_cast<std::uint64_t>(cents);
-    const std::string whole = digitsOf(magnitude / 100);
-    std::string text = negative ? "-" : "";
-    for (std::size_t i = 0; i < whole.size(); ++i) {
-        if (group && i > 0 && (whole.size() - i) % 3 == 0)
-            text += group;
-        text += whole[i];
-    }
-    const auto fraction = static_cast<char>(magnitude % 100);
-    text += point;
-    text += static_cast<char>('0' + fraction / 10);
-    text += static_cast<char>('0' + fraction % 10);
-    return text;
-}
 
 // Columns a text takes on a terminal: its characters as a reader counts them.
 std::size_t widthOf(std::string_view text)
@@ -190,12 +162,12 @@ void appendList(std::string& out, const std::vector<EuerListed>& items, const ch
 
 std::string EuerReport::euros(std::int64_t cents)
 {
-    return amountText(cents, '.', ',');
+    return CentText::euros(cents);
 }
 
 std::string EuerReport::cNotation(std::int64_t cents)
 {
-    return amountText(cents, '\0', '.');
+    return CentText::cNotation(cents);
 }
 
 std::string EuerReport::tsv(const EuerResult& result)

@@ -10,6 +10,7 @@
 #include "bank/StatementImport.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
+#include "evaluation/UstvaViewController.h"
 #include "settings/PreferencesViewController.h"
 #include "printing/PrintController.h"
 
@@ -156,6 +157,23 @@ WindowActions::WindowActions(DocumentWindow& window)
     });
     connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
 
+    // Auswertung: the tax office's figures, each in a window of its own over the document.
+    ustva_ = makeAction(this, QStringLiteral("&Umsatzsteuer-Voranmeldung…"), { QKeySequence(Qt::CTRL | Qt::Key_U) });
+    QMenu* auswertung = window.menuBar()->addMenu(QStringLiteral("A&uswertung"));
+    auswertung->addAction(ustva_);
+    connect(ustva_, &QAction::triggered, this, [this, &document, list] {
+        showWindow(ustvaWindow_, [this, &document, list] {
+            auto* ustva = new UstvaViewController(document, document.defaults(), &window_);
+            connect(ustva, &UstvaViewController::entryActivated, list, [this, list](const EinnahmePtr& entry) {
+                if (list->selectEntry(entry.get())) {
+                    window_.raise();
+                    window_.activateWindow();
+                }
+            });
+            return ustva;
+        });
+    });
+
     // Hilfe
     about_ = makeAction(this, QStringLiteral("&Ueber Saldo"));
     about_->setMenuRole(QAction::AboutRole);
@@ -164,16 +182,16 @@ WindowActions::WindowActions(DocumentWindow& window)
     hilfe->addAction(shortcuts_);
     hilfe->addAction(about_);
     connect(about_, &QAction::triggered, this,
-        [this] { showHelpWindow(aboutWindow_, [this] { return new AboutDialog(&window_); }); });
+        [this] { showWindow(aboutWindow_, [this] { return new AboutDialog(&window_); }); });
     connect(shortcuts_, &QAction::triggered, this,
-        [this] { showHelpWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
+        [this] { showWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
 
-    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, statement_, quit_, undo_, redo_, addEntry_, duplicate_,
-             splitBooking_, serialTransaction_, preferences_, shortcuts_ })
+    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, statement_, quit_, undo_, redo_, addEntry_,
+             duplicate_, splitBooking_, serialTransaction_, ustva_, preferences_, shortcuts_ })
         window.addAction(action);
 }
 
-void WindowActions::showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)
+void WindowActions::showWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)
 {
     if (!shown) {
         shown = make();

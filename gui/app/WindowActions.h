@@ -21,7 +21,8 @@ class EntryListExchange;
 // PDF, print preview, print, quit),
 // "Bearbeiten" (undo and redo with the action's name, new entry, duplicate,
 // delete, the program's preferences window), "Eintrag" (split bookings,
-// recurring entries) and "Hilfe" (the shortcuts, about Saldo). Every menu and
+// recurring entries), "Auswertung" (the VAT return's window of the document)
+// and "Hilfe" (the shortcuts, about Saldo). Every menu and
 // item has a mnemonic. It routes each action to the document controller, the
 // document or the entry list; without a document controller (tests) the
 // application-wide actions are disabled. The help windows are not modal;
@@ -53,6 +54,7 @@ public:
     QAction* deleteAction() const { return delete_; }
     QAction* splitBookingAction() const { return splitBooking_; }
     QAction* serialTransactionAction() const { return serialTransaction_; }
+    QAction* ustvaAction() const { return ustva_; }
     QAction* preferencesAction() const { return preferences_; }
     QAction* shortcutsAction() const { return shortcuts_; }
     QAction* aboutAction() const { return about_; }
@@ -62,7 +64,7 @@ public:
 
 private:
     // Shows the window, made first unless it is open already.
-    void showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make);
+    void showWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make);
 
     DocumentWindow& window_;
     QAction* newDocument_ = nullptr;
@@ -89,6 +91,8 @@ private:
     QAction* delete_ = nullptr;
     QAction* splitBooking_ = nullptr;
     QAction* serialTransaction_ = nullptr;
+    QAction* ustva_ = nullptr;
+    QPointer<QWidget> ustvaWindow_;
     QAction* preferences_ = nullptr;
     QAction* shortcuts_ = nullptr;
     QAction* about_ = nullptr;

@@ -3,9 +3,10 @@
 // income and of an expense, the delete confirmation, the file menu after a
 // list that could not be loaded, the split-booking editor, the
 // recurring-entries sheet, the preferences window and the summary panel over
-// the income limit, the Hilfe menu with the shortcut list, and the German open
-// panel and save question. Nothing is saved: the ledger is read into an
-// untitled document, and the preferences write into memory.
+// the income limit, the Hilfe menu with the shortcut list, the German open
+// panel and save question, and the VAT return's window of the year. Nothing
+// is saved: the ledger is read into an untitled document, and the
+// preferences write into memory.
 //   saldo-screenshots OUTDIR LEDGER [STATEMENT]
 #include "app/Document.h"
 #include "app/DocumentController.h"
@@ -21,11 +22,13 @@
 #include "entrylist/SearchFieldController.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/CalcEngine.h"
+#include "evaluation/LedgerWorker.h"
 #include "bank/BankRuleCodec.h"
 #include "bank/ProposalTableModel.h"
 #include "bank/StatementImport.h"
 #include "bank/StatementWindow.h"
 #include "evaluation/SummaryViewController.h"
+#include "evaluation/UstvaViewController.h"
 #include "model/Kategorien.h"
 #include "platform/DeleteConfirmation.h"
 #include "platform/Dialogs.h"
@@ -242,8 +245,7 @@ bool serialTransactionSheet(const Scene& s)
 {
     const int row = rowNamed(s, "Zeitschrift Page (Abo)");
     s.list->tableView()->selectRow(row);
-    SerialTransactionCreationViewController* sheet
-        = s.window->splitViewController()->openSerialTransactionSheet(row);
+    SerialTransactionCreationViewController* sheet = s.window->splitViewController()->openSerialTransactionSheet(row);
     if (!sheet)
         return false;
     sheet->whenInMonthSelection()->setCurrentIndex(1);
@@ -379,6 +381,22 @@ bool germanDialogs(const Scene& s)
     return ok && asked;
 }
 
+// The VAT return's window over the example ledger, for the whole year.
+bool ustvaWindow(const Scene& s)
+{
+    s.window->actions()->ustvaAction()->trigger();
+    auto* ustva = s.window->findChild<UstvaViewController*>();
+    if (!ustva)
+        return false;
+    ustva->setPeriod(*tax::TaxPeriod::months(2025, 1, 12));
+    ustva->worker().finish();
+    ustva->resize(980, 700);
+    settle();
+    const bool ok = save(ustva->grab(), s.target, QStringLiteral("ustva-window.png"));
+    ustva->close();
+    return ok;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -412,9 +430,9 @@ int main(int argc, char** argv)
 
     bool ok = true;
     for (const auto& render :
-        { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad,
-            splitBookingEditor, serialTransactionSheet, preferencesAndLimitWarning, statementProposals, helpMenuAndShortcuts,
-            germanDialogs })
+        { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad, splitBookingEditor,
+            serialTransactionSheet, preferencesAndLimitWarning, statementProposals, helpMenuAndShortcuts, germanDialogs,
+            ustvaWindow })
         ok = render(scene) && ok;
     return ok ? 0 : 1;
 }
