@@ -109,6 +109,9 @@ public:
     // A recurring series: appends the copies, selects them and takes the
     // template at the shown row out ("Serienbuchung").
     void appendSeries(std::size_t templateRow, EinnahmeList copies);
+    // A statement's proposals taken over: appends the entries and selects
+    // them ("Kontoauszug"); nothing happens for none.
+    void appendStatementEntries(EinnahmeList entries);
     // An imported list replaces all entries ("Eintraege laden"), and the
     // selected row numbers stay selected. The load is one step that can be
     // undone, bringing every entry back, but it does not mark the document

@@ -15,7 +15,8 @@ namespace saldo::gui {
 // that is not such a list reads as nothing and is never overwritten by a reader.
 // A file that QSettings cannot read completely (not a settings file, a value it
 // cannot decode, no permission) is never written: QSettings would write back only
-// what it understood. Changes then live in memory until the program ends.
+// what it understood. Changes then live in memory until the program ends. A
+// yes or no is a plain value, "true" or "false".
 class SettingsUserDefaults : public UserDefaults {
 public:
     // The program's own settings.
@@ -29,6 +30,8 @@ public:
     bool hasValue(const std::string& key) const override;
     std::optional<std::vector<std::string>> stringArray(const std::string& key) const override;
     void setStringArray(const std::string& key, const std::vector<std::string>& value) override;
+    std::optional<bool> boolValue(const std::string& key) const override;
+    void setBool(const std::string& key, bool value) override;
 
     QSettings& settings() const { return *settings_; }
 
