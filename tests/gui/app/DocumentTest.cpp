@@ -141,6 +141,7 @@ TEST_F(DocumentTest, EveryVerbIsOneStepUndoneAndRedoneExactly)
             [&] {
                 document.appendSeries(1, { at(1)->copy(), at(1)->copy() });
             } },
+        { "Kontoauszug", [&] { document.appendStatementEntries(namedEntries({ "Lastschrift" })); } },
         { "Kategorie umbenennen", [&] { document.renameKategorie("8400 Erloese ", "8400 Erlöse 19 % "); } },
         { "Eintraege laden",
             [&] {
