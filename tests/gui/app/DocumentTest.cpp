@@ -131,6 +131,7 @@ TEST_F(DocumentTest, EveryVerbIsOneStepUndoneAndRedoneExactly)
                     at(1), { "Stromrechnung", "R-1", "St-1", "Lieferung", "8400 Erloese ", "45,10", "7" });
             } },
         { "Eingabe", [&] { document.editEntry(at(2), [](Einnahme& e) { e.setIsNonEU(true); }); } },
+        { "Kontoauszug", [&] { document.appendStatementEntries(namedEntries({ "Lastschrift" })); } },
         { "Splitbuchung",
             [&] {
                 auto copy = at(0)->copy();
@@ -141,7 +142,6 @@ TEST_F(DocumentTest, EveryVerbIsOneStepUndoneAndRedoneExactly)
             [&] {
                 document.appendSeries(1, { at(1)->copy(), at(1)->copy() });
             } },
-        { "Kontoauszug", [&] { document.appendStatementEntries(namedEntries({ "Lastschrift" })); } },
         { "Kategorie umbenennen", [&] { document.renameKategorie("8400 Erloese ", "8400 Erlöse 19 % "); } },
         { "Eintraege laden",
             [&] {
