@@ -200,8 +200,6 @@ TEST(PreferencesViewControllerTest, ARenameIsOfferedToTheOpenLedgersAsOneStepEac
         EXPECT_EQ(document->undoManager()->undoText(), QStringLiteral("Kategorie umbenennen"));
         EXPECT_TRUE(document->isDocumentEdited());
     }
-    documents[0]->undoManager()->undo();
-    EXPECT_EQ(kategorien(documents[0]), (List { "4930 Buerobedarf ", "4930 Buerobedarf " }));
 
     // A row no entry carries asks nothing.
     ASSERT_TRUE(model->setData(model->index(1, 0), QStringLiteral("8401 Erlöse ")));
