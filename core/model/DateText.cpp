@@ -1,6 +1,5 @@
 #include "model/DateText.h"
 
-#include <array>
 #include <charconv>
 #include <vector>
 
@@ -50,13 +49,6 @@ bool isDateSeparator(char c)
 bool isTimeSeparator(char c)
 {
     return c == ':';
-}
-
-int daysInMonth(int year, int month)
-{
-    static constexpr std::array<int, 12> kDays { 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31 };
-    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return month == 2 && leap ? 29 : kDays[static_cast<std::size_t>(month - 1)];
 }
 
 // A two-digit year as the year ending in those digits nearest the shown one.
@@ -120,8 +112,8 @@ std::optional<Calendar::Fields> readDate(std::string_view text, const Calendar::
             return std::nullopt;
         }
     }
-    if (!day || !month || !yearValue || *month < 1 || *month > 12 || *yearValue < 1 || *yearValue > 9999 || *day < 1
-        || *day > daysInMonth(*yearValue, *month))
+    // The calendar knows which days exist (no 31 February, 29 February only in leap years).
+    if (!day || !month || !yearValue || !Calendar::localMidnight(*yearValue, *month, *day))
         return std::nullopt;
     date.year = *yearValue;
     date.month = *month;
@@ -166,19 +158,18 @@ void appendPadded(std::string& out, int value, int width)
 std::string DateText::format(const Calendar::LocalDateTime& local, bool withSeconds)
 {
     const Calendar::Fields& f = local.fields;
+    // Each part with its width and the character before it: "15.03.2026 14:30:05".
+    const struct {
+        int value;
+        int width;
+        char before;
+    } parts[] = { { f.day, 2, '\0' }, { f.month, 2, '.' }, { f.year, 4, '.' }, { f.hour, 2, ' ' }, { f.minute, 2, ':' },
+        { f.second, 2, ':' } };
     std::string text;
-    appendPadded(text, f.day, 2);
-    text += '.';
-    appendPadded(text, f.month, 2);
-    text += '.';
-    appendPadded(text, f.year, 4);
-    text += ' ';
-    appendPadded(text, f.hour, 2);
-    text += ':';
-    appendPadded(text, f.minute, 2);
-    if (withSeconds) {
-        text += ':';
-        appendPadded(text, f.second, 2);
+    for (std::size_t i = 0; i < (withSeconds ? 6u : 5u); ++i) {
+        if (parts[i].before != '\0')
+            text += parts[i].before;
+        appendPadded(text, parts[i].value, parts[i].width);
     }
     return text;
 }
