@@ -64,8 +64,10 @@ int widenYear(int twoDigits, int shownYear)
 
 std::optional<int> year(std::string_view digits, int shownYear)
 {
-    if (digits.size() == 2)
-        return widenYear(*number(digits, 2), shownYear);
+    if (digits.size() == 2) {
+        const auto twoDigits = number(digits, 2);
+        return twoDigits ? std::optional(widenYear(*twoDigits, shownYear)) : std::nullopt;
+    }
     if (digits.size() == 4)
         return number(digits, 4);
     return std::nullopt;
@@ -121,27 +123,32 @@ std::optional<Calendar::Fields> readDate(std::string_view text, const Calendar::
     return date;
 }
 
-bool readTime(std::string_view text, Calendar::Fields& into)
+// "14:30" or "14:30:05": the hour of one or two digits, the rest of two. The
+// parts typed replace the shown ones; the seconds stay unless typed.
+enum class TimeRead { Refused, Minutes, Seconds };
+
+TimeRead readTime(std::string_view text, Calendar::Fields& into)
 {
-    // "14:30" or "14:30:05": the hour of one or two digits, the rest of two.
     const auto parts = split(text, isTimeSeparator);
     if (parts.size() < 2 || parts.size() > 3)
-        return false;
+        return TimeRead::Refused;
     int values[3] = { 0, 0, 0 };
     for (std::size_t i = 0; i < parts.size(); ++i) {
         if (i > 0 && parts[i].size() != 2)
-            return false;
+            return TimeRead::Refused;
         const auto value = number(parts[i], 2);
         if (!value)
-            return false;
+            return TimeRead::Refused;
         values[i] = *value;
     }
     if (values[0] > 23 || values[1] > 59 || values[2] > 59)
-        return false;
+        return TimeRead::Refused;
     into.hour = values[0];
     into.minute = values[1];
+    if (parts.size() == 2)
+        return TimeRead::Minutes;
     into.second = values[2];
-    return true;
+    return TimeRead::Seconds;
 }
 
 void appendPadded(std::string& out, int value, int width)
@@ -155,21 +162,21 @@ void appendPadded(std::string& out, int value, int width)
 
 } // namespace
 
-std::string DateText::format(const Calendar::LocalDateTime& local, bool withSeconds)
+std::string DateText::format(const Calendar::LocalDateTime& local)
 {
     const Calendar::Fields& f = local.fields;
-    // Each part with its width and the character before it: "15.03.2026 14:30:05".
+    // Each part with its width and the character before it: "15.03.2026 14:30".
     const struct {
         int value;
         int width;
         char before;
-    } parts[] = { { f.day, 2, '\0' }, { f.month, 2, '.' }, { f.year, 4, '.' }, { f.hour, 2, ' ' }, { f.minute, 2, ':' },
-        { f.second, 2, ':' } };
+    } parts[]
+        = { { f.day, 2, '\0' }, { f.month, 2, '.' }, { f.year, 4, '.' }, { f.hour, 2, ' ' }, { f.minute, 2, ':' } };
     std::string text;
-    for (std::size_t i = 0; i < (withSeconds ? 6u : 5u); ++i) {
-        if (parts[i].before != '\0')
-            text += parts[i].before;
-        appendPadded(text, parts[i].value, parts[i].width);
+    for (const auto& part : parts) {
+        if (part.before != '\0')
+            text += part.before;
+        appendPadded(text, part.value, part.width);
     }
     return text;
 }
@@ -195,9 +202,11 @@ std::optional<Calendar::LocalDateTime> DateText::parse(std::string_view text, co
         return std::nullopt;
     Calendar::LocalDateTime result { *fields, shown.millisecond };
     if (!timePart.empty()) {
-        if (!readTime(timePart, result.fields))
+        const TimeRead time = readTime(timePart, result.fields);
+        if (time == TimeRead::Refused)
             return std::nullopt;
-        result.millisecond = 0;
+        if (time == TimeRead::Seconds)
+            result.millisecond = 0;
     }
     return result;
 }

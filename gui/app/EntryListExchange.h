@@ -18,7 +18,8 @@ class Document;
 // window changes. `Laden` reads a ledger file (binary or XML) chosen in a modal
 // open panel and makes its entries the document's, through the document's
 // import verb, as one step that can be undone; the status bar says how many
-// entries replaced how many and how to get them back. `exportTable` writes the shown entries as a spreadsheet table.
+// entries replaced how many and how to get them back. `exportTable` writes
+// the shown entries as a spreadsheet table.
 // A failure ends without an alert and without a sound: one short line in the
 // window's status bar names the file that could not be read or written, and
 // the reason goes to standard error.

@@ -2,7 +2,6 @@
 
 #include <QObject>
 
-class QAction;
 class QWidget;
 
 namespace saldo::gui {

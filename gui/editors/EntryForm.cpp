@@ -71,10 +71,9 @@ EntryForm::EntryForm(QWidget* parent)
     art_->addItem(QStringLiteral("Einnahme"), QString::fromLatin1(kArtEinnahme));
     art_->addItem(QStringLiteral("Ausgabe"), QString::fromLatin1(kArtAusgabe));
 
-    datum_ = new DateField(true, this);
+    // Minutes, as the table shows them: the seconds stay as they are.
+    datum_ = new DateField(this);
     datum_->setObjectName(QStringLiteral("datum"));
-    // The whole date and time stays readable where the form is narrow.
-    datum_->setMinimumWidth(datum_->fontMetrics().horizontalAdvance(datum_->text()) + datum_->sizeHint().height() + 12);
 
     innergem_ = new QCheckBox(QStringLiteral("Innergemeinschaftlicher Erwerb"), this);
     innergem_->setObjectName(QLatin1String(kInnergemCheckBoxId));

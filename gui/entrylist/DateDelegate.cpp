@@ -9,7 +9,7 @@ namespace saldo::gui {
 
 QWidget* DateDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex&) const
 {
-    auto* editor = new DateField(false, parent);
+    auto* editor = new DateField(parent);
     editor->setFont(option.font);
     CellEditorPalette::apply(editor, option);
     auto* self = const_cast<DateDelegate*>(this);
@@ -41,9 +41,8 @@ void DateDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewI
     // The whole date and time show: the field may reach over the next cell and
     // a little into the rows above and below, but stays inside the table.
     const QSize hint = editor->sizeHint();
-    const int textWidth = editor->fontMetrics().horizontalAdvance(static_cast<QLineEdit*>(editor)->text());
     QRect rect = option.rect;
-    rect.setWidth(std::max({ rect.width(), hint.width(), textWidth + 2 * hint.height() + 8 }));
+    rect.setWidth(std::max(rect.width(), hint.width()));
     if (hint.height() > rect.height())
         rect.adjust(0, -(hint.height() - rect.height()) / 2, 0, (hint.height() - rect.height() + 1) / 2);
     if (const QWidget* viewport = editor->parentWidget()) {

@@ -23,7 +23,7 @@ QString fromStd(const std::string& text)
 QString dateText(ReferenceSeconds datum)
 {
     const Calendar::LocalDateTime local { Calendar::localFields(datum), 0 };
-    return QString::fromStdString(DateText::format(local, false));
+    return QString::fromStdString(DateText::format(local));
 }
 
 QString numberText(float value)

@@ -47,9 +47,8 @@ QDateTime fromLocal(const Calendar::LocalDateTime& local)
 
 } // namespace
 
-DateField::DateField(bool withSeconds, QWidget* parent)
+DateField::DateField(QWidget* parent)
     : QLineEdit(parent)
-    , withSeconds_(withSeconds)
 {
     setToolTip(QStringLiteral("Tag zuerst: 15.03.2026, 15.3.26 oder 15032026; die Uhrzeit bleibt"));
     QAction* open = addAction(calendarIcon(palette().color(QPalette::Text)), QLineEdit::TrailingPosition);
@@ -60,6 +59,14 @@ DateField::DateField(bool withSeconds, QWidget* parent)
 
 DateField::~DateField() = default;
 
+QSize DateField::sizeHint() const
+{
+    const QString widest = QStringLiteral("00.00.0000 00:00");
+    const QSize base = QLineEdit::sizeHint();
+    // The text, the calendar button (as wide as the field is high) and the frame's room.
+    return { fontMetrics().horizontalAdvance(widest) + base.height() + 12, base.height() };
+}
+
 void DateField::setDateTime(const QDateTime& value)
 {
     value_ = value.isValid() ? value : QDateTime::currentDateTime();
@@ -68,7 +75,7 @@ void DateField::setDateTime(const QDateTime& value)
 
 void DateField::showValue()
 {
-    setText(QString::fromStdString(DateText::format(toLocal(value_), withSeconds_)));
+    setText(QString::fromStdString(DateText::format(toLocal(value_))));
     setModified(false);
 }
 

@@ -10,7 +10,7 @@ class QFrame;
 namespace saldo::gui {
 
 // The date field of the tables and the forms: a line edit that shows a date
-// and time as "15.03.2026 14:30" (with seconds in the forms) and takes what a
+// and time as "15.03.2026 14:30" and takes what a
 // German user types, as DateText reads it: "15.03.2026", "15.3.26",
 // "15032026", day first and the time of day kept. The first key typed into
 // the untouched field starts a new date, wherever the cursor stood, unless
@@ -24,7 +24,7 @@ class DateField : public QLineEdit {
 public:
     enum class Outcome { Unchanged, Changed, Refused };
 
-    explicit DateField(bool withSeconds, QWidget* parent = nullptr);
+    explicit DateField(QWidget* parent = nullptr);
     ~DateField() override;
 
     QDateTime dateTime() const { return value_; }
@@ -37,6 +37,10 @@ public:
 
     void showCalendar();
     QCalendarWidget* calendar() const { return calendar_; }
+
+    // Wide enough for the whole date and time and the calendar button.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 signals:
     // The user picked a day in the calendar pop-up (`changed`: another day
@@ -51,7 +55,6 @@ private:
     void choose(QDate day);
 
     QDateTime value_;
-    bool withSeconds_;
     QPointer<QFrame> popup_;
     QCalendarWidget* calendar_ = nullptr;
 };

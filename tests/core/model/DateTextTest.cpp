@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 using saldo::Calendar;
 using saldo::DateText;
@@ -12,10 +13,14 @@ namespace {
 // What the field showed before the user typed: 24.11.2026 17:45:30.250.
 const Calendar::LocalDateTime kShown { { 2026, 11, 24, 17, 45, 30 }, 250 };
 
+// The whole local date and time read, seconds and milliseconds included.
 std::string typed(const char* text)
 {
     const auto local = DateText::parse(text, kShown);
-    return local ? DateText::format(*local, true) + "." + std::to_string(local->millisecond) : "refused";
+    if (!local)
+        return "refused";
+    const auto two = [](int n) { return (n < 10 ? "0" : "") + std::to_string(n); };
+    return DateText::format(*local) + ":" + two(local->fields.second) + "." + std::to_string(local->millisecond);
 }
 
 } // namespace
@@ -42,9 +47,8 @@ TEST(DateTextTest, ReadsTheDayFirstAndKeepsTheTimeOfDay)
              Case { "1.1.99", "01.01.1999 17:45:30.250" }, // the two-digit year nearest the shown one
              Case { "1.1.76", "01.01.1976 17:45:30.250" },
              Case { "1.1.75", "01.01.2075 17:45:30.250" },
-             Case { "15.03.2026 9:05", "15.03.2026 09:05:00.0" },
+             Case { "15.03.2026 9:05", "15.03.2026 09:05:30.250" },
              Case { "15.03.2026 09:05:07", "15.03.2026 09:05:07.0" },
-             Case { "15.03.2026 17:45", "15.03.2026 17:45:00.0" }, // the shown text taken back as typed
              Case { "", "refused" },
              Case { "31.02.2026", "refused" },
              Case { "29.2.2025", "refused" },
@@ -54,6 +58,7 @@ TEST(DateTextTest, ReadsTheDayFirstAndKeepsTheTimeOfDay)
              Case { "1532026", "refused" },
              Case { "15.3.2026.1", "refused" },
              Case { "15..2026", "refused" },
+             Case { "15.3.ab", "refused" },
              Case { "15.03.2026 24:00", "refused" },
              Case { "15.03.2026 9:5", "refused" },
              Case { "15.03.2026 abends", "refused" },
@@ -66,10 +71,10 @@ TEST(DateTextTest, ReadsTheDayFirstAndKeepsTheTimeOfDay)
 
 TEST(DateTextTest, ShowsDayMonthYearAndTimeWithLeadingZeros)
 {
-    const Calendar::LocalDateTime local { { 987, 3, 5, 7, 8, 9 }, 0 };
-    EXPECT_EQ(DateText::format(local, false), "05.03.0987 07:08");
-    EXPECT_EQ(DateText::format(local, true), "05.03.0987 07:08:09");
-    // What is shown reads back as itself.
-    EXPECT_EQ(DateText::format(*DateText::parse(DateText::format(kShown, true), kShown), true),
-        DateText::format(kShown, true));
+    EXPECT_EQ(DateText::format({ { 987, 3, 5, 7, 8, 9 }, 0 }), "05.03.0987 07:08");
+    // What is shown reads back as itself, the seconds of the shown date kept.
+    const auto again = DateText::parse(DateText::format(kShown), kShown);
+    ASSERT_TRUE(again);
+    EXPECT_EQ(std::tuple(DateText::format(*again), again->fields.second, again->millisecond),
+        std::tuple(DateText::format(kShown), 30, 250));
 }

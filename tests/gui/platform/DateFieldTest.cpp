@@ -126,7 +126,7 @@ TEST_F(DateFieldTest, EveryDateFieldTakesTheDayFirstKeepsTheTimeAndIsLeftWithOne
         }
     }
     // The two forms' fields show the stored value again after a refusal.
-    EXPECT_EQ(split()->detailViewController()->datumPicker()->text(), QStringLiteral("01.04.2026 17:45:30"));
+    EXPECT_EQ(split()->detailViewController()->datumPicker()->text(), QStringLiteral("01.04.2026 17:45"));
 }
 
 } // namespace
