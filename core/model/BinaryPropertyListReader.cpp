@@ -96,9 +96,9 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     const Head root = head(topObject_);
     if ((root.marker >> 4) != 0xA)
         fail(std::string("root is ") + typeName(root.marker) + ", not an array");
-    // Every entry costs about its size in memory; a file that does not share
-    // objects stays far below this, one that shares them a million times does not.
-    const std::uint64_t budget = size_ < (std::uint64_t(1) << 58) ? 16 * std::uint64_t(size_) + (1u << 20) : UINT64_MAX;
+    const std::uint64_t budget = size_ < (std::uint64_t(1) << 58)
+        ? kBudgetPerFileByte * std::uint64_t(size_) + kBudgetBase
+        : UINT64_MAX;
     EinnahmeList list;
     if (root.count >= kSplitFrom && std::thread::hardware_concurrency() >= 2 && readInTwo(root, budget, list))
         return list;
@@ -109,19 +109,19 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     return readEntryArray(topObject_);
 }
 
-// Fresh object states and text cache (a fresh mapping is zero) and the text pool to fill.
+// Fresh object states and text numbers (a fresh mapping is zero) and the text
+// pool to fill. The offset table proves the object count: both tables together
+// take at most five times the file's size.
 void BinaryPropertyListReader::startPass()
 {
+    const auto objects = static_cast<std::size_t>(objectCount_);
     objectStates_ = HugePageMemory();
-    objectStates_ = HugePageMemory(static_cast<std::size_t>(objectCount_), HugePageMemory::Backing::Filled);
+    objectStates_ = HugePageMemory(objects, HugePageMemory::Backing::Filled);
     state_ = static_cast<std::uint8_t*>(objectStates_.data());
-    unsigned bits = 4;
-    while (bits < kMostTextSlotBits && (std::uint64_t(1) << bits) < objectCount_)
-        ++bits;
-    textCache_ = HugePageMemory();
-    textCache_ = HugePageMemory(sizeof(TextSlot) << bits, HugePageMemory::Backing::Filled);
-    textSlots_ = static_cast<TextSlot*>(textCache_.data());
-    textSlotShift_ = 64 - bits;
+    // Only the numbers of text objects are touched, often far apart.
+    textNumbers_ = HugePageMemory();
+    textNumbers_ = HugePageMemory(objects * sizeof(std::uint32_t), HugePageMemory::Backing::Huge);
+    textOf_ = static_cast<std::uint32_t*>(textNumbers_.data());
     texts_ = &arena_.texts();
 }
 
@@ -383,14 +383,14 @@ void BinaryPropertyListReader::prefetchEntry(const Head& array, std::uint64_t in
         if (value >= objectCount_)
             continue;
         const std::uint8_t* slot = data_ + offsetTable_ + static_cast<std::size_t>(value) * offsetSize_;
-        const TextSlot& cached = textSlotOf(value);
+        const std::uint32_t known = textOf_[value];
         if (!values) {
             __builtin_prefetch(slot);
-            __builtin_prefetch(&cached);
+            __builtin_prefetch(&textOf_[value]);
             continue;
         }
-        if ((cached.tag & ~kSlotHit) == value + 1) {
-            __builtin_prefetch(&texts_->at(cached.number));
+        if (known != 0) {
+            __builtin_prefetch(&texts_->at(known - 1));
             continue;
         }
         const std::uint64_t at = bigEndianInData(slot, offsetSize_);
@@ -405,7 +405,7 @@ EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
     if ((h.marker >> 4) != 0xD)
         fail(std::string("is ") + typeName(h.marker) + ", not a dictionary");
     enter(object);
-    charge(256);
+    charge(kEntryCost);
     Einnahme::Fields fields;
     unsigned seen = 0;
     const std::size_t values = h.payload + static_cast<std::size_t>(h.count) * refSize_;
@@ -523,30 +523,25 @@ std::size_t firstNonAscii(const std::uint8_t* p, std::size_t length)
 
 void BinaryPropertyListReader::readText(int key, std::uint64_t object, EntryText& out)
 {
-    TextSlot& slot = textSlotOf(object);
-    if ((slot.tag & ~kSlotHit) == object + 1) {
-        // Decoded lately: charged as a fresh decoding would be, then shared.
-        slot.tag |= kSlotHit;
-        charge(slot.charge);
-        out = EntryText::borrowed(texts_->at(slot.number));
+    std::uint32_t& known = textOf_[object];
+    if (known != 0) {
+        // Decoded before: shared, nothing new is built.
+        out = EntryText::borrowed(texts_->at(known - 1));
         return;
     }
     const Head h = head(object);
     const std::uint8_t* p = data_ + h.payload;
     const auto length = static_cast<std::size_t>(h.count);
-    std::uint64_t cost;
     std::string* text;
     if ((h.marker >> 4) == 0x5) {
-        cost = length;
-        charge(cost);
+        charge(kTextCost + length);
         const std::size_t bad = firstNonAscii(p, length);
         if (bad < length)
             failAtKey(key, "ASCII string holds the byte " + hexByte(p[bad]));
         text = &texts_->add();
         text->assign(reinterpret_cast<const char*>(p), length);
     } else if ((h.marker >> 4) == 0x6) {
-        cost = 3 * std::uint64_t(length);
-        charge(cost);
+        charge(kTextCost + 3 * std::uint64_t(length));
         text = &texts_->add();
         if (!Utf16::appendUtf8FromBigEndian(p, length, *text))
             failAtKey(key, "string holds an unpaired UTF-16 surrogate");
@@ -554,15 +549,11 @@ void BinaryPropertyListReader::readText(int key, std::uint64_t object, EntryText
         failWrongType(key, h, "a string");
     }
     out = EntryText::borrowed(*text);
-    // A slot holding an object found again gets a second chance: it is kept
-    // this time and may be replaced the next.
-    if (slot.tag & kSlotHit) {
-        slot.tag &= ~kSlotHit;
-        return;
-    }
-    const std::size_t number = texts_->size() - 1;
-    if (number <= UINT32_MAX && cost <= UINT32_MAX)
-        slot = TextSlot { object + 1, static_cast<std::uint32_t>(number), static_cast<std::uint32_t>(cost) };
+    // Each text is charged kTextCost bytes at least, so only a file of many
+    // gigabytes could hold more texts than 32 bits number; past that, a text
+    // is decoded (and charged) again at each reference.
+    if (texts_->size() <= UINT32_MAX)
+        known = static_cast<std::uint32_t>(texts_->size());
 }
 
 float BinaryPropertyListReader::readAmount(int key, const Head& h) const
@@ -616,7 +607,8 @@ void BinaryPropertyListReader::failCycle(std::uint64_t object) const
 
 void BinaryPropertyListReader::failBudget() const
 {
-    fail("objects are shared so often that the file would expand beyond 16 times its size");
+    fail("objects are shared so often that the file would expand beyond " + std::to_string(kBudgetPerFileByte)
+        + " times its size");
 }
 
 void BinaryPropertyListReader::fail(const std::string& what) const
