@@ -21,9 +21,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
+#include <QApplication>
+#include <QEventLoop>
 #include <QHash>
 #include <QLockFile>
+#include <QStatusBar>
 #include <QUndoStack>
 
 #include <cmath>
@@ -321,13 +323,21 @@ void Document::reportSaveFailure(const QString& path, const QString& reason)
 bool Document::saveTo(const QString& path)
 {
     autosaveTimer_.stop();
-    finishBackgroundSave();
-    const BackgroundSave::Outcome outcome = BackgroundSave::writeNow(backupEinnahmen(), path);
-    if (!noteSaved(path, outcome, changeCount_))
+    if (saving_) {
+        waitWithWindowPainting();
+        finishBackgroundSave();
+    }
+    startBackgroundSave(path, SaveTarget::File);
+    waitWithWindowPainting();
+    if (!finishBackgroundSave())
         return false;
     const QString canonical = QFileInfo(path).canonicalFilePath();
     setFilePath(canonical.isEmpty() ? path : canonical);
     dropRecoveryCopy();
+    // A change that came while the save waited on a question.
+    if (saveAgain_ && isDocumentEdited())
+        autosaveTimer_.start();
+    saveAgain_ = false;
     return true;
 }
 
@@ -358,14 +368,41 @@ void Document::startBackgroundSave(const QString& path, SaveTarget target)
     savingTarget_ = target;
     savingPath_ = path;
     changeCountAtSave_ = changeCount_;
-    saving_ = std::make_unique<BackgroundSave>(backupEinnahmen(), entries_->saveGate(), path);
-    connect(saving_.get(), &BackgroundSave::finished, this, [this] {
+    // The stamp the file has now, while the snapshot is taken: the worker
+    // renames over the file only if it still has it.
+    // (A new name chosen in the save panel is the user's own decision.)
+    std::optional<FileStamp> expected;
+    if (target == SaveTarget::File && path == filePath_)
+        expected = FileStamp::of(path);
+    saving_ = std::make_unique<BackgroundSave>(backupEinnahmen(), entries_->saveGate(), path, expected);
+    const unsigned number = ++saveNumber_;
+    connect(saving_.get(), &BackgroundSave::finished, this, [this, number] {
+        // A save by hand takes its outcome itself.
+        if (number != saveNumber_ || !saving_ || waitingForSave_)
+            return;
         finishBackgroundSave();
         if (saveAgain_) {
             saveAgain_ = false;
             autosave();
         }
     });
+}
+
+void Document::waitWithWindowPainting()
+{
+    if (!saving_ || saving_->isDone())
+        return;
+    waitingForSave_ = true;
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    if (window_)
+        window_->statusBar()->showMessage(QStringLiteral("Sichern…"));
+    QEventLoop loop;
+    while (!saving_->isDone())
+        loop.processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+    if (window_)
+        window_->statusBar()->clearMessage();
+    QApplication::restoreOverrideCursor();
+    waitingForSave_ = false;
 }
 
 bool Document::isSaving() const
@@ -379,17 +416,34 @@ void Document::waitForBackgroundSave() const
         saving_->waitForWorker();
 }
 
-void Document::finishBackgroundSave()
+bool Document::finishBackgroundSave()
 {
     if (!saving_)
-        return;
-    const BackgroundSave::Outcome outcome = saving_->wait();
+        return false;
+    BackgroundSave::Outcome outcome = saving_->wait();
     saving_.reset();
-    if (savingTarget_ == SaveTarget::File) {
-        noteSaved(savingPath_, outcome, changeCountAtSave_);
-    } else if (!outcome.written) {
-        std::cerr << "saldo: " << savingPath_.toStdString() << ": " << outcome.reason.toStdString() << '\n';
+    if (savingTarget_ == SaveTarget::Recovery) {
+        if (!outcome.written)
+            std::cerr << "saldo: " << savingPath_.toStdString() << ": " << outcome.reason.toStdString() << '\n';
+        return outcome.written;
     }
+    if (outcome.kept)
+        return resolveOutsideChange(std::move(outcome));
+    return noteSaved(savingPath_, outcome, changeCountAtSave_);
+}
+
+bool Document::resolveOutsideChange(BackgroundSave::Outcome outcome)
+{
+    const FileStamp now = FileStamp::of(savingPath_);
+    // Removed meanwhile, or written again with the same bytes: nothing of
+    // the other program's is lost. Else the user decides, unless the program
+    // is ending: then the kept bytes go, and the changes into a recovery copy.
+    if (quitting_ || !(!now.exists || holdsKnownBytes(now) || askOverwrite(now))) {
+        diagnosticLine("data saved");
+        return false;
+    }
+    BackgroundSave::replaceWithKept(outcome);
+    return noteSaved(savingPath_, outcome, changeCountAtSave_);
 }
 
 bool Document::save()
@@ -413,13 +467,23 @@ bool Document::mayOverwriteFile(SaveKind kind)
     // Declined before and untouched since: autosave does not ask again.
     if (kind == SaveKind::Automatic && declinedStamp_ && *declinedStamp_ == now)
         return false;
+    return holdsKnownBytes(now) || askOverwrite(now);
+}
+
+bool Document::holdsKnownBytes(const FileStamp& now)
+{
     // Touched, copied back or restored from a backup: same bytes, nothing lost.
     QFile file(filePath_);
-    if (file.open(QIODevice::ReadOnly) && qHash(file.readAll()) == diskHash_) {
-        diskStamp_ = now;
-        return true;
-    }
+    if (!file.open(QIODevice::ReadOnly) || qHash(file.readAll()) != diskHash_)
+        return false;
+    diskStamp_ = now;
+    return true;
+}
 
+bool Document::askOverwrite(const FileStamp& now)
+{
+    if (quitting_)
+        return false;
     autosaveTimer_.stop();
     asking_ = true;
     const Dialogs::FileChangedChoice choice = Dialogs::instance().askFileChanged(window_.get(), displayName());
@@ -498,14 +562,39 @@ void Document::autosave()
     // The entries are coded and written on a worker thread; the window goes
     // on meanwhile (see BackgroundSave).
     if (isUntitled()) {
-        if (recoveryPath_.isEmpty())
-            recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
-        if (!recoveryPath_.isEmpty())
-            startBackgroundSave(recoveryPath_, SaveTarget::Recovery);
+        startRecoveryCopy();
         return;
     }
     if (mayOverwriteFile(SaveKind::Automatic))
         startBackgroundSave(filePath_, SaveTarget::File);
+}
+
+bool Document::startRecoveryCopy()
+{
+    if (recoveryPath_.isEmpty())
+        recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
+    if (recoveryPath_.isEmpty())
+        return false;
+    startBackgroundSave(recoveryPath_, SaveTarget::Recovery);
+    return true;
+}
+
+bool Document::keepChangesWithoutAsking()
+{
+    quitting_ = true;
+    autosaveTimer_.stop();
+    finishBackgroundSave();
+    if (!isDocumentEdited())
+        return true;
+    if (!isUntitled()) {
+        const FileStamp now = FileStamp::of(filePath_);
+        if (!now.exists || now == diskStamp_ || holdsKnownBytes(now)) {
+            startBackgroundSave(filePath_, SaveTarget::File);
+            if (finishBackgroundSave() && !isDocumentEdited())
+                return true;
+        }
+    }
+    return startRecoveryCopy() && finishBackgroundSave();
 }
 
 void Document::dropRecoveryCopy()
@@ -521,6 +610,7 @@ void Document::dropRecoveryCopy()
 bool Document::canClose()
 {
     autosaveTimer_.stop();
+    waitWithWindowPainting();
     finishBackgroundSave();
     bool agreed = false;
     // A save in place may also end in reloading the file, which leaves the

@@ -130,16 +130,21 @@ public:
     // The preferences the document's window reads (the category list).
     UserDefaults& defaults() const { return defaults_; }
 
-    // True while an automatic save runs on its worker thread.
+    // True while a save runs on its worker thread.
     bool isSaving() const;
-    // Waits for a save under way and takes its outcome in.
-    void finishBackgroundSave();
+    // Waits for a save under way and takes its outcome in; answers whether
+    // it wrote the document's file. Bytes that wait because another program
+    // changed the file meanwhile are asked about here, as before a save.
+    bool finishBackgroundSave();
     // Waits for a save under way without taking its outcome in (benchmarks).
     void waitForBackgroundSave() const;
 
-    // Saves into the document's file now. False for an untitled document, a
-    // failed write (reported once until a save succeeds again), or a file
-    // changed by another program that the user chose not to overwrite.
+    // Saves into the document's file now: the entries are written on the
+    // worker while the window goes on painting, with a busy cursor and
+    // "Sichern…" in the status bar, and takes no input meanwhile. False for
+    // an untitled document, a failed write (reported once until a save
+    // succeeds again), or a file changed by another program that the user
+    // chose not to overwrite.
     bool save();
     // Saves into another file, which becomes the document's file on success.
     bool saveTo(const QString& path);
@@ -175,6 +180,13 @@ public:
     // when saving failed. False means the close is cancelled.
     bool canClose();
 
+    // Keeps the changes for a quit nobody can be asked about (a signal to end
+    // the program): a changed named document is saved in place unless another
+    // program changed its file; what cannot be saved so, an untitled
+    // document's changes included, goes into a recovery copy, offered at the
+    // next start. Answers whether every change was kept.
+    bool keepChangesWithoutAsking();
+
 signals:
     void editedChanged(bool edited);
     void filePathChanged(const QString& path);
@@ -195,9 +207,24 @@ private:
     // True when the file may be written: unchanged since we last knew it,
     // missing (then it is written again), or the user chose to overwrite it.
     bool mayOverwriteFile(SaveKind kind);
+    // The file's stamp differs from the one we know: true when it still holds
+    // the bytes we last read or wrote (then its stamp is taken as known).
+    bool holdsKnownBytes(const FileStamp& now);
+    // Asks what to do about another program's change of the file: true to
+    // overwrite it; a reload happens here.
+    bool askOverwrite(const FileStamp& now);
+    // The worker found the file changed just before its rename: decides as
+    // before a save, and renames the kept bytes or lets them go.
+    bool resolveOutsideChange(BackgroundSave::Outcome outcome);
+    // Runs the window's events, all but the user's input, until the save
+    // under way is done, with a busy cursor and "Sichern…" in the status bar.
+    void waitWithWindowPainting();
     void noteFileContents(const QByteArray& bytes);
     enum class SaveTarget { File, Recovery };
     void startBackgroundSave(const QString& path, SaveTarget target);
+    // Starts writing the recovery copy of the document (in a new file of the
+    // autosave folder the first time); false when no file can be made there.
+    bool startRecoveryCopy();
     // Takes a save's outcome in: "data saved", the file's stamp and hash, the
     // document saved unless it changed since `changeCountSaved`; or the
     // failure reported. Answers whether the file was written.
@@ -235,7 +262,10 @@ private:
     SaveTarget savingTarget_ = SaveTarget::File;
     QString savingPath_;
     long long changeCountAtSave_ = 0;
+    unsigned saveNumber_ = 0; // of the save under way, so that a late finished() of an earlier one is ignored
     bool saveAgain_ = false;
+    bool waitingForSave_ = false; // a save by hand waits with the window painting
+    bool quitting_ = false; // nobody is asked any more
 };
 
 } // namespace saldo::gui

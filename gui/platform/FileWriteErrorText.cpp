@@ -21,6 +21,9 @@ QString FileWriteErrorText::reason(const FileWriteError& error)
         text = QStringLiteral("Unter diesem Namen steht keine gewoehnliche Datei (ein Ordner, ein Geraet "
                               "oder eine Leitung); dort wird nichts gesichert.");
         break;
+    case FileWriteError::Kind::HoldsLedger:
+        // The detail is the rule itself, said here in full.
+        return QStringLiteral("Die Datei ist ein Saldo-Ledger; nur das Dokument selbst sichert darueber.");
     }
     if (!error.detail().empty())
         text += QStringLiteral(" (%1)").arg(QString::fromStdString(error.detail()));
