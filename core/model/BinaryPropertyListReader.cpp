@@ -95,7 +95,8 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     readTrailer();
     const Head root = head(topObject_);
     if ((root.marker >> 4) != 0xA)
-        fail(std::string("root is ") + typeName(root.marker) + ", not an array");
+        throw LedgerFileError(std::string("root is ") + typeName(root.marker) + ", not an array",
+            LedgerFileError::Kind::NotALedger);
     const std::uint64_t budget = size_ < (std::uint64_t(1) << 58)
         ? kBudgetPerFileByte * std::uint64_t(size_) + kBudgetBase
         : UINT64_MAX;
@@ -171,12 +172,29 @@ bool BinaryPropertyListReader::readInTwo(const Head& root, std::uint64_t budget,
     return false;
 }
 
+namespace {
+constexpr std::size_t kTrailer = 32;
+}
+
+void BinaryPropertyListReader::checkTrailer(std::string_view trailer, std::uint64_t fileSize)
+{
+    BinaryPropertyListReader reader { std::string_view() };
+    reader.size_ = static_cast<std::size_t>(fileSize);
+    reader.parseTrailer(trailer.size() == kTrailer ? reinterpret_cast<const std::uint8_t*>(trailer.data()) : nullptr);
+}
+
 void BinaryPropertyListReader::readTrailer()
 {
-    constexpr std::size_t kTrailer = 32;
-    if (size_ < 8 + 1 + 1 + kTrailer)
-        fail("too short for a binary property list (" + std::to_string(size_) + " bytes)");
-    const std::uint8_t* t = data_ + size_ - kTrailer;
+    parseTrailer(size_ >= kTrailer ? data_ + size_ - kTrailer : nullptr);
+}
+
+// The trailer's fields, each checked against the size of the file (no trailer
+// when the file is shorter than one).
+void BinaryPropertyListReader::parseTrailer(const std::uint8_t* t)
+{
+    if (size_ < 8 + 1 + 1 + kTrailer || !t)
+        fail("too short for a binary property list (" + std::to_string(size_) + " bytes)", size_);
+    const std::uint64_t at = size_ - kTrailer;
     offsetSize_ = t[6];
     refSize_ = t[7];
     objectCount_ = bigEndian(t + 8, 8);
@@ -184,20 +202,23 @@ void BinaryPropertyListReader::readTrailer()
     const std::uint64_t table = bigEndian(t + 24, 8);
     const std::size_t trailerStart = size_ - kTrailer;
     if (offsetSize_ < 1 || offsetSize_ > 8)
-        fail("offset size " + std::to_string(offsetSize_) + " in the trailer is out of range (1 to 8)");
+        fail("offset size " + std::to_string(offsetSize_) + " in the trailer is out of range (1 to 8)", at + 6);
     if (refSize_ < 1 || refSize_ > 8)
-        fail("object reference size " + std::to_string(refSize_) + " in the trailer is out of range (1 to 8)");
+        fail("object reference size " + std::to_string(refSize_) + " in the trailer is out of range (1 to 8)", at + 7);
     if (objectCount_ == 0)
-        fail("the trailer counts no objects");
+        fail("the trailer counts no objects", at + 8);
     if (topObject_ >= objectCount_)
         fail("top object " + std::to_string(topObject_) + " out of range (" + std::to_string(objectCount_)
-            + " objects)");
+            + " objects)",
+            at + 16);
     if (table < 9 || table >= trailerStart)
         fail("offset table out of range (at " + std::to_string(table) + ", trailer at " + std::to_string(trailerStart)
-            + ")");
+                + ")",
+            at + 24);
     if (objectCount_ > (trailerStart - table) / offsetSize_)
         fail("offset table out of range (" + std::to_string(objectCount_) + " offsets of " + std::to_string(offsetSize_)
-            + " bytes do not fit before the trailer)");
+                + " bytes do not fit before the trailer)",
+            at + 24);
     offsetTable_ = static_cast<std::size_t>(table);
 }
 
@@ -244,7 +265,8 @@ inline BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64
 void BinaryPropertyListReader::failOffset(std::uint64_t object, std::uint64_t offset) const
 {
     fail("object " + std::to_string(object) + ": offset " + std::to_string(offset)
-        + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")");
+            + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")",
+        offsetTable_ + object * offsetSize_);
 }
 
 inline BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(std::uint64_t object, std::uint64_t offset) const
@@ -311,7 +333,7 @@ BinaryPropertyListReader::Head BinaryPropertyListReader::headOfLength(
 
 void BinaryPropertyListReader::failObject(std::uint64_t object, std::uint64_t offset, const std::string& what) const
 {
-    fail("object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": " + what);
+    fail("object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": " + what, offset);
 }
 
 inline std::uint64_t BinaryPropertyListReader::refAt(std::size_t position) const
@@ -402,6 +424,7 @@ void BinaryPropertyListReader::prefetchEntry(const Head& array, std::uint64_t in
 EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
 {
     const Head h = head(object);
+    entryAt_ = bigEndianInData(data_ + offsetTable_ + static_cast<std::size_t>(object) * offsetSize_, offsetSize_);
     if ((h.marker >> 4) != 0xD)
         fail(std::string("is ") + typeName(h.marker) + ", not a dictionary");
     enter(object);
@@ -611,11 +634,11 @@ void BinaryPropertyListReader::failBudget() const
         + " times its size");
 }
 
-void BinaryPropertyListReader::fail(const std::string& what) const
+void BinaryPropertyListReader::fail(const std::string& what, std::optional<std::uint64_t> byte) const
 {
     if (path_.depth() == 0)
-        throw LedgerFileError(what);
-    throw LedgerFileError(path_.describe() + ": " + what);
+        throw LedgerFileError(what, LedgerFileError::Kind::Damaged, byte);
+    throw LedgerFileError(path_.describe() + ": " + what, LedgerFileError::Kind::Damaged, byte ? byte : entryAt_);
 }
 
 void BinaryPropertyListReader::failAtKey(int key, const std::string& what) const

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,11 @@ public:
 
     EinnahmeList readEntries();
 
+    // Checks the 32-byte trailer of a binary property list of `fileSize`
+    // bytes against that size, before the rest of the file is read: throws
+    // LedgerFileError as readEntries() would.
+    static void checkTrailer(std::string_view trailer, std::uint64_t fileSize);
+
     // Top-level lists at least this long are decoded by two threads.
     static constexpr std::uint64_t kSplitFrom = 8192;
 
@@ -71,6 +77,7 @@ private:
     };
 
     void readTrailer();
+    void parseTrailer(const std::uint8_t* trailer);
     bool readInTwo(const Head& root, std::uint64_t budget, EinnahmeList& list);
     Head head(std::uint64_t object) const;
     Head headAt(std::uint64_t object, std::uint64_t offset) const;
@@ -104,7 +111,8 @@ private:
         budget_ -= units;
     }
 
-    [[noreturn]] void fail(const std::string& what) const;
+    // Fails at the entry being read, or at `byte` when given.
+    [[noreturn]] void fail(const std::string& what, std::optional<std::uint64_t> byte = {}) const;
     [[noreturn, gnu::cold, gnu::noinline]] void failOffset(std::uint64_t object, std::uint64_t offset) const;
     [[noreturn, gnu::cold, gnu::noinline]] void failLength(
         std::uint64_t object, std::uint64_t offset, std::uint64_t count) const;
@@ -130,6 +138,7 @@ private:
     std::uint64_t objectCount_ = 0;
     std::uint64_t topObject_ = 0;
     std::size_t offsetTable_ = 0; // also the end of the object area
+    std::uint64_t entryAt_ = 0; // where the entry being read starts, for errors
     HugePageMemory objectStates_; // state_ of one pass, zero at its start
     HugePageMemory textNumbers_; // textOf_ of one pass, zero at its start
     std::uint8_t* state_ = nullptr; // one byte per object
