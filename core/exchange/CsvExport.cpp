@@ -3,7 +3,6 @@
 #include "model/DecimalCommaText.h"
 #include "model/LedgerEntryPath.h"
 #include "model/LedgerFile.h"
-#include "platform/AtomicFileWriter.h"
 #include "platform/Calendar.h"
 
 #include <algorithm>
@@ -161,7 +160,7 @@ void CsvExport::encode(const EinnahmeList& entries, const Sink& sink)
 
 void CsvExport::write(const std::string& path, const EinnahmeList& entries)
 {
-    AtomicFileWriter::write(path, encode(entries));
+    LedgerFile::writeBesideLedgers(path, encode(entries));
 }
 
 } // namespace saldo

@@ -31,7 +31,8 @@ public:
     using Sink = std::function<void(std::string_view piece)>;
     static void encode(const EinnahmeList& entries, const Sink& sink);
 
-    // Encodes and replaces the file atomically; throws FileWriteError.
+    // Encodes and replaces the file atomically, but never a file that holds a
+    // ledger; throws FileWriteError.
     static void write(const std::string& path, const EinnahmeList& entries);
 };
 

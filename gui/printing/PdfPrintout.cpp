@@ -1,6 +1,6 @@
 #include "printing/PdfPrintout.h"
 
-#include "platform/AtomicFileWriter.h"
+#include "model/LedgerFile.h"
 #include "printing/PrintView.h"
 
 #include <QBuffer>
@@ -34,7 +34,7 @@ QByteArray PdfPrintout::render(const EinnahmeList& einnahmen)
 void PdfPrintout::write(const QString& path, const EinnahmeList& einnahmen)
 {
     const QByteArray bytes = render(einnahmen);
-    AtomicFileWriter::write(QFile::encodeName(path).toStdString(),
+    LedgerFile::writeBesideLedgers(QFile::encodeName(path).toStdString(),
         std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 
