@@ -152,6 +152,7 @@ int main(int argc, char** argv)
     sound.install();
 
     saldo::gui::DocumentController controller(defaults);
+    controller.quitOnSignals();
     controller.startUp(
         parser.positionalArguments(), !parser.isSet(timing) && !parser.isSet(screenshot), !parser.isSet(preferences));
     if (parser.isSet(preferences)) {

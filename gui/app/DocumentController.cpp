@@ -4,6 +4,7 @@
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "platform/Dialogs.h"
+#include "platform/QuitSignals.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -13,7 +14,10 @@
 #include <QLockFile>
 #include <QStandardPaths>
 
+#include <cstdio>
 #include <iostream>
+
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -237,6 +241,28 @@ void DocumentController::quit()
 {
     if (closeAllDocuments())
         QApplication::quit();
+}
+
+void DocumentController::quitOnSignals()
+{
+    auto* quitSignals = new QuitSignals(this);
+    connect(quitSignals, &QuitSignals::received, this, &DocumentController::quitWithoutAsking);
+}
+
+void DocumentController::quitWithoutAsking()
+{
+    bool kept = true;
+    for (Document* document : documents_)
+        kept = document->keepChangesWithoutAsking() && kept;
+    // Everything is on the disk. The signal may have come while a dialog's
+    // own event loop ran, and whatever called that dialog must not go on:
+    // the process ends here, without unwinding. (The settings are written
+    // at each change; the locks of recovery copies are left stale, so that
+    // the next start offers the copies.)
+    std::cout.flush();
+    std::cerr.flush();
+    std::fflush(nullptr);
+    ::_exit(kept ? 0 : 1);
 }
 
 } // namespace saldo::gui

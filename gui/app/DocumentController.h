@@ -21,6 +21,7 @@ class Document;
 // saved under a new name joins the recent list as well. The autosave
 // delay is its setting, handed to every document it makes. At start-up it
 // offers back the untitled documents that a crash left in the autosave folder.
+// A signal to end the program is a quit that asks nothing and loses nothing.
 class DocumentController : public QObject {
     Q_OBJECT
 public:
@@ -70,9 +71,17 @@ public:
     // Asks every document to close, in order; stops at the first that refuses.
     bool closeAllDocuments();
 
+    // From now on SIGTERM, SIGINT and SIGHUP end the program as
+    // quitWithoutAsking() does (a second one of them at once).
+    void quitOnSignals();
+
 public slots:
     // Closes every document and, when all agreed, ends the program.
     void quit();
+    // Ends the program when nobody can be asked (see quitOnSignals): every
+    // document keeps its changes in its file or in a recovery copy, then the
+    // process ends with status 0, or 1 when a change could not be kept.
+    void quitWithoutAsking();
 
 signals:
     void documentsChanged();
