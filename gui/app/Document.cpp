@@ -12,6 +12,7 @@
 #include "app/commands/ReplaceEntryCommand.h"
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/SearchOutcome.h"
+#include "model/InterruptedSaves.h"
 #include "model/LedgerFile.h"
 #include "platform/Diagnostics.h"
 #include "platform/Dialogs.h"
@@ -165,7 +166,14 @@ bool Document::adoptRecoveryCopy(const QString& path, std::unique_ptr<QLockFile>
         return false;
     recoveryPath_ = path;
     recoveryLock_ = std::move(lock);
+    changedWhenShown_ = true;
     return true;
+}
+
+void Document::takeEntriesOfInterruptedSave(EinnahmeList entries)
+{
+    entries_->setEntries(std::move(entries));
+    changedWhenShown_ = true;
 }
 
 void Document::makeWindowControllers()
@@ -175,8 +183,8 @@ void Document::makeWindowControllers()
     if (DocumentController* controller = DocumentController::sharedDocumentController())
         setAutosavingDelay(controller->autosavingDelay());
     window_ = std::make_unique<DocumentWindow>(*this, defaults_);
-    // A restored recovery copy has never been saved under a name.
-    if (!recoveryPath_.isEmpty())
+    // Restored work (a recovery copy, an interrupted save) is not in the file yet.
+    if (changedWhenShown_)
         updateChangeCount(ChangeType::Done);
 }
 
@@ -354,6 +362,8 @@ bool Document::noteSaved(const QString& path, const BackgroundSave::Outcome& out
         return false;
     }
     saveFailureShown_ = false;
+    // What saves killed before left beside the file is older than it now.
+    InterruptedSaves::sweep(QFile::encodeName(path).toStdString(), false);
     diskStamp_ = outcome.stamp;
     diskHash_ = outcome.hash;
     declinedStamp_.reset();

@@ -172,6 +172,10 @@ public:
     // start-up (its lock already taken): reads it and marks the document changed
     // once its window exists.
     bool adoptRecoveryCopy(const QString& path, std::unique_ptr<QLockFile> lock);
+    // Makes the entries that an interrupted save left beside the file (see
+    // InterruptedSaves) the document's, to be saved into its file: the
+    // document is marked changed once its window exists.
+    void takeEntriesOfInterruptedSave(EinnahmeList entries);
     // The recovery copy of this untitled document; empty until first written.
     QString recoveryFilePath() const { return recoveryPath_; }
 
@@ -256,6 +260,7 @@ private:
 
     QString recoveryPath_;
     std::unique_ptr<QLockFile> recoveryLock_;
+    bool changedWhenShown_ = false; // restored work, to be saved
 
     // The automatic save under way, where it writes, and the change count it saves.
     std::unique_ptr<BackgroundSave> saving_;

@@ -3,6 +3,7 @@
 #include "app/AutosaveStore.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
+#include "model/InterruptedSaves.h"
 #include "platform/Dialogs.h"
 #include "platform/QuitSignals.h"
 
@@ -25,6 +26,11 @@ namespace saldo::gui {
 
 namespace {
 DocumentController* g_shared = nullptr;
+
+QString germanTime(const QDateTime& when)
+{
+    return QLocale(QLocale::German).toString(when, QStringLiteral("dd.MM.yyyy, HH:mm"));
+}
 
 QString canonicalOrAbsolute(const QString& path)
 {
@@ -103,8 +109,7 @@ int DocumentController::restoreAutosavedDocuments()
             std::cerr << "saldo: " << path.toStdString() << ": not a readable recovery copy, left alone\n";
             continue;
         }
-        const QString when
-            = QLocale(QLocale::German).toString(QFileInfo(path).lastModified(), QStringLiteral("dd.MM.yyyy, HH:mm"));
+        const QString when = germanTime(QFileInfo(path).lastModified());
         const auto count = static_cast<qlonglong>(document->backupEinnahmen().size());
         const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
             QStringLiteral("Saldo wurde beendet, ohne ein unbenanntes Dokument zu sichern (%1 %2, zuletzt "
@@ -155,8 +160,31 @@ Document* DocumentController::openDocument(const QString& path)
             Document::unreadableFileReason());
         return nullptr;
     }
+    offerInterruptedSave(*document);
     noteRecentDocument(document->filePath());
     return adopt(document);
+}
+
+void DocumentController::offerInterruptedSave(Document& document)
+{
+    std::optional<InterruptedSaves::Found> found
+        = InterruptedSaves::sweep(QFile::encodeName(document.filePath()).toStdString(), true);
+    if (!found)
+        return;
+    const auto count = static_cast<qlonglong>(found->entries.size());
+    const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
+        QStringLiteral("Saldo wurde beim Sichern von „%1“ unterbrochen. Eine vollstaendig geschriebene, neuere "
+                       "Fassung liegt bereit (%2 %3, gesichert am %4 Uhr).")
+            .arg(document.displayName())
+            .arg(count)
+            .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Eintraege"))
+            .arg(germanTime(QDateTime::fromSecsSinceEpoch(found->written))),
+        QStringLiteral("Wiederherstellen zeigt diese Fassung; sie wird beim naechsten Sichern in die Datei "
+                       "geschrieben. Verwerfen loescht sie."));
+    if (restore)
+        document.takeEntriesOfInterruptedSave(std::move(found->entries));
+    else
+        QFile::remove(QFile::decodeName(QByteArray::fromStdString(found->path)));
 }
 
 Document* DocumentController::openDocumentWithDialog(QWidget* parent)

@@ -20,7 +20,8 @@ class Document;
 // be read opens no window and shows one message naming the file; a document
 // saved under a new name joins the recent list as well. The autosave
 // delay is its setting, handed to every document it makes. At start-up it
-// offers back the untitled documents that a crash left in the autosave folder.
+// offers back the untitled documents that a crash left in the autosave folder,
+// and at each open the newer work a killed save left beside the file.
 // A signal to end the program is a quit that asks nothing and loses nothing.
 class DocumentController : public QObject {
     Q_OBJECT
@@ -89,6 +90,8 @@ signals:
 private:
     Document* adopt(Document* document);
     void forget(Document* document);
+    // Offers the newer work that a killed save left beside a document's file.
+    void offerInterruptedSave(Document& document);
     void noteRecentDocument(const QString& path);
     // A file that can no longer be read leaves the recent list.
     void forgetRecentDocument(const QString& path);
