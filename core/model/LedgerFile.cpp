@@ -131,6 +131,13 @@ std::string sizeText(std::uint64_t bytes)
     return std::to_string(bytes) + " bytes";
 }
 
+std::string durationText(int milliseconds)
+{
+    if (milliseconds % 1000 == 0)
+        return std::to_string(milliseconds / 1000) + " seconds";
+    return std::to_string(milliseconds) + " milliseconds";
+}
+
 // Reads `count` bytes at `offset` of a regular file; fails on a short read.
 void readAt(int fd, char* into, std::size_t count, std::uint64_t offset)
 {
@@ -204,9 +211,7 @@ void readStream(int fd, const LedgerFile::ReadLimits& limits, FileBuffer& bytes)
         if (ready < 0)
             throw LedgerFileError(std::strerror(errno), Kind::CannotRead);
         if (ready == 0)
-            throw LedgerFileError("nothing arrived for " + std::to_string(limits.quietMilliseconds / 1000.0).substr(0, 4)
-                    + " seconds",
-                Kind::CannotRead);
+            throw LedgerFileError("nothing arrived for " + durationText(limits.quietMilliseconds), Kind::CannotRead);
         if (got == bytes.capacity() && !bytes.reserve(2 * got))
             throw LedgerFileError(std::strerror(ENOMEM), Kind::CannotRead);
         const ssize_t n = ::read(fd, bytes.data() + got, bytes.capacity() - got);

@@ -194,21 +194,31 @@ TEST_F(AtomicFileWriterTest, FailuresSayTheirKindAndLeaveTheOldFileWholeAndNoTem
         [&] { fs::permissions(dir, fs::perms::owner_all); });
     expectFailure(
         Kind::CannotCreate, [&] { return dir / "fehlt" / "Kasse.saldo"; }, [] {});
-    // A file-size limit makes writes fail as a full disk does, for every user.
+    // A file-size limit makes writes fail as a full disk does, for every
+    // user; its signal, left at its default, would end the process.
     expectFailure(
         Kind::WriteFailed,
         [&] {
             ::getrlimit(RLIMIT_FSIZE, &g_sizeLimit);
             rlimit small = g_sizeLimit;
             small.rlim_cur = old.size() / 2;
-            std::signal(SIGXFSZ, SIG_IGN);
             ::setrlimit(RLIMIT_FSIZE, &small);
             return file;
         },
-        [] {
-            ::setrlimit(RLIMIT_FSIZE, &g_sizeLimit);
-            std::signal(SIGXFSZ, SIG_DFL);
-        });
+        [] { ::setrlimit(RLIMIT_FSIZE, &g_sizeLimit); });
+}
+
+TEST_F(AtomicFileWriterTest, AFileNobodyMayWriteIsRefusedEvenToTheSuperuserAndNamesStayOnOneLine)
+{
+    // Permissions that let nobody write: the superuser could, but is refused
+    // like everybody else.
+    const fs::path file = dir / "Zeile\neins\tzwei";
+    std::ofstream(file) << "alt";
+    fs::permissions(file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    std::string message;
+    EXPECT_EQ(failureOf(file, "neu", &message), Kind::ReadOnly);
+    EXPECT_EQ(readFile(file), "alt");
+    EXPECT_EQ(message, (dir / "Zeile\\neins\\tzwei").string() + ": the file is read-only: Permission denied");
 }
 
 } // namespace
