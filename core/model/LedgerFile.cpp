@@ -99,7 +99,9 @@ bool startsBinaryPropertyList(std::string_view head, bool complete)
 
 LedgerFileError LedgerFileError::inFile(const std::string& path) const
 {
-    return LedgerFileError(PathText::oneLine(path) + ": " + what(), kind_, byte_);
+    LedgerFileError named(PathText::oneLine(path) + ": " + what(), kind_, byte_);
+    named.reason_ = reason_;
+    return named;
 }
 
 EinnahmeList LedgerFile::decode(std::string_view bytes)

@@ -30,16 +30,20 @@ public:
         : std::runtime_error(what)
         , kind_(kind)
         , byte_(byte)
+        , reason_(what)
     {
     }
     Kind kind() const { return kind_; }
     std::optional<std::uint64_t> byte() const { return byte_; }
+    // The message without the file's name.
+    const std::string& reason() const { return reason_; }
     // The same error, its message led by the file's name.
     LedgerFileError inFile(const std::string& path) const;
 
 private:
     Kind kind_;
     std::optional<std::uint64_t> byte_;
+    std::string reason_;
 };
 
 // What a file may be before it is read as a ledger. A regular file larger

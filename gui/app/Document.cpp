@@ -16,9 +16,12 @@
 #include "model/LedgerFile.h"
 #include "platform/Diagnostics.h"
 #include "platform/Dialogs.h"
+#include "platform/LedgerFileErrorText.h"
+#include "platform/PathText.h"
 #include "platform/Sound.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -113,27 +116,49 @@ bool Document::readFromData(const QByteArray& data)
     return false;
 }
 
+bool Document::readEntries(const QString& path, std::size_t* hash)
+{
+    try {
+        EinnahmeList entries = LedgerFile::read(QFile::encodeName(path).toStdString(), {}, [&](std::string_view bytes) {
+            if (hash)
+                *hash = qHash(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+        });
+        entries_->setEntries(std::move(entries));
+        errorCode_ = 0;
+        readFailure_.clear();
+        return true;
+    } catch (const LedgerFileError& error) {
+        std::cerr << "saldo: " << error.what() << '\n';
+        readFailure_ = LedgerFileErrorText::reason(error);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "saldo: " << PathText::oneLine(QFile::encodeName(path).toStdString()) << ": out of memory\n";
+        readFailure_ = QStringLiteral("zu gross fuer den Arbeitsspeicher");
+    }
+    errorCode_ = kFileErrorCode;
+    return false;
+}
+
+QString Document::unreadableFileText() const
+{
+    return readFailure_.isEmpty() ? unreadableFileReason()
+                                  : QStringLiteral("Die Datei ist keine lesbare Saldo-Datei (%1).").arg(readFailure_);
+}
+
 bool Document::readFromFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        std::cerr << "saldo: " << path.toStdString() << ": " << file.errorString().toStdString() << '\n';
-        errorCode_ = kFileErrorCode;
-        return false;
-    }
-    const QByteArray bytes = file.readAll();
-    if (!readFromData(bytes))
+    std::size_t hash = 0;
+    if (!readEntries(path, &hash))
         return false;
     const QString canonical = QFileInfo(path).canonicalFilePath();
     setFilePath(canonical.isEmpty() ? QFileInfo(path).absoluteFilePath() : canonical);
-    noteFileContents(bytes);
+    noteFileContents(hash);
     return true;
 }
 
-void Document::noteFileContents(const QByteArray& bytes)
+void Document::noteFileContents(std::size_t hash)
 {
     diskStamp_ = FileStamp::of(filePath_);
-    diskHash_ = qHash(bytes);
+    diskHash_ = hash;
     declinedStamp_.reset();
 }
 
@@ -142,17 +167,16 @@ bool Document::reloadFromFile()
     if (isUntitled())
         return false;
     finishBackgroundSave();
-    QFile file(filePath_);
-    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    if (!file.isOpen() || !readFromData(bytes)) {
+    std::size_t hash = 0;
+    if (!readEntries(filePath_, &hash)) {
         // Nothing replaced: the window keeps its entries, still to be saved.
         declinedStamp_ = FileStamp::of(filePath_);
         Dialogs::instance().showError(window_.get(),
             QStringLiteral("Das Dokument „%1“ konnte nicht neu geladen werden.").arg(displayName()),
-            unreadableFileReason() + QStringLiteral(" Die Einträge im Fenster bleiben erhalten."));
+            unreadableFileText() + QStringLiteral(" Die Einträge im Fenster bleiben erhalten."));
         return false;
     }
-    noteFileContents(bytes);
+    noteFileContents(hash);
     // The undo history belongs to the entries that were replaced.
     clearUndoHistory();
     updateChangeCount(ChangeType::Cleared);
@@ -161,8 +185,7 @@ bool Document::reloadFromFile()
 
 bool Document::adoptRecoveryCopy(const QString& path, std::unique_ptr<QLockFile> lock)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || !readFromData(file.readAll()))
+    if (!readEntries(path, nullptr))
         return false;
     recoveryPath_ = path;
     recoveryLock_ = std::move(lock);
@@ -316,7 +339,7 @@ void Document::sortEinnahmen(std::optional<std::string_view> key, bool ascending
 
 void Document::reportSaveFailure(const QString& path, const QString& reason)
 {
-    std::cerr << "saldo: " << path.toStdString() << ": " << reason.toStdString() << '\n';
+    std::cerr << "saldo: " << PathText::oneLine(path.toStdString()) << ": " << reason.toStdString() << '\n';
     if (saveFailureShown_)
         return;
     saveFailureShown_ = true;
@@ -434,7 +457,8 @@ bool Document::finishBackgroundSave()
     saving_.reset();
     if (savingTarget_ == SaveTarget::Recovery) {
         if (!outcome.written)
-            std::cerr << "saldo: " << savingPath_.toStdString() << ": " << outcome.reason.toStdString() << '\n';
+            std::cerr << "saldo: " << PathText::oneLine(savingPath_.toStdString()) << ": "
+                      << outcome.reason.toStdString() << '\n';
         return outcome.written;
     }
     if (outcome.kept)

@@ -75,6 +75,10 @@ public:
     // Reads the file and, on success, makes it the document's file.
     bool readFromFile(const QString& path);
     int errorCode() const { return errorCode_; }
+    // Why the last read of a file failed, for a message: the fixed reason
+    // with the reader's own in a few German words ("kein Ledger",
+    // "beschaedigt bei Byte 512").
+    QString unreadableFileText() const;
 
     // The shown list (a search shows a subset, a sort an order) and the
     // complete list that is saved and printed.
@@ -223,7 +227,10 @@ private:
     // Runs the window's events, all but the user's input, until the save
     // under way is done, with a busy cursor and "Sichern…" in the status bar.
     void waitWithWindowPainting();
-    void noteFileContents(const QByteArray& bytes);
+    // Reads a ledger file into the document; the hash of its bytes into
+    // `hash` when given. On failure the reason is kept for unreadableFileText().
+    bool readEntries(const QString& path, std::size_t* hash);
+    void noteFileContents(std::size_t hash);
     enum class SaveTarget { File, Recovery };
     void startBackgroundSave(const QString& path, SaveTarget target);
     // Starts writing the recovery copy of the document (in a new file of the
@@ -248,6 +255,7 @@ private:
     QTimer autosaveTimer_;
     long long changeCount_ = 0;
     int errorCode_ = 0;
+    QString readFailure_;
     bool saveFailureShown_ = false;
 
     // What the file held when we last read or wrote it, and the outside

@@ -5,6 +5,7 @@
 #include "app/DocumentWindow.h"
 #include "model/InterruptedSaves.h"
 #include "platform/Dialogs.h"
+#include "platform/PathText.h"
 #include "platform/QuitSignals.h"
 
 #include <QApplication>
@@ -106,7 +107,7 @@ int DocumentController::restoreAutosavedDocuments()
             continue; // a running Saldo keeps it up to date
         auto document = std::make_unique<Document>(defaults_);
         if (!document->adoptRecoveryCopy(path, std::move(lock))) {
-            std::cerr << "saldo: " << path.toStdString() << ": not a readable recovery copy, left alone\n";
+            std::cerr << "saldo: " << PathText::oneLine(path.toStdString()) << ": not a readable recovery copy, left alone\n";
             continue;
         }
         const QString when = germanTime(QFileInfo(path).lastModified());
@@ -153,11 +154,12 @@ Document* DocumentController::openDocument(const QString& path)
     }
     auto* document = new Document(defaults_);
     if (!document->readFromFile(path)) {
+        const QString reason = document->unreadableFileText();
         delete document;
         forgetRecentDocument(canonicalOrAbsolute(path));
         Dialogs::instance().showError(nullptr,
             QStringLiteral("Das Dokument „%1“ konnte nicht geoeffnet werden.").arg(QFileInfo(path).fileName()),
-            Document::unreadableFileReason());
+            reason);
         return nullptr;
     }
     offerInterruptedSave(*document);
@@ -200,8 +202,9 @@ QStringList DocumentController::recentDocumentPaths() const
 {
     QStringList paths;
     if (const auto stored = defaults_.stringArray(kRecentDocumentsKey)) {
-        for (const std::string& path : *stored)
-            paths << QString::fromStdString(path);
+        // However long a list another program or an old version left.
+        for (std::size_t i = 0; i < stored->size() && i < std::size_t(kMaxRecentDocuments); ++i)
+            paths << QString::fromStdString((*stored)[i]);
     }
     return paths;
 }

@@ -62,13 +62,14 @@ if [[ -f /usr/share/qt6/translations/qtbase_de.qm ]]; then
   [[ $help == *Optionen:* ]] || fail "saldo --help is not German under LC_ALL=C: $help"
 fi
 # The printout as a PDF, drawn without a display; a ledger that cannot be read
-# or a PDF that cannot be written is one line on standard error and status 1.
+# or a PDF that cannot be written is one line on standard error and status 1;
+# a ledger is never written over (checked again by saldo-cli below).
 if "${no_display[@]}" "$root/usr/bin/saldo" --print-pdf "$ledger" "$tmp/printout.pdf" 2>"$tmp/pdf.err"; then
   [[ $(head -c 5 "$tmp/printout.pdf") == "%PDF-" ]] || fail "saldo --print-pdf wrote no PDF"
 else
   fail "saldo --print-pdf failed: $(cat "$tmp/pdf.err")"
 fi
-for args in "$tmp/missing.saldo $tmp/missing.pdf" "$ledger $tmp/no-folder/printout.pdf"; do
+for args in "$tmp/missing.saldo $tmp/missing.pdf" "$ledger $tmp/no-folder/printout.pdf" "$ledger $ledger"; do
   # shellcheck disable=SC2086
   "${no_display[@]}" "$root/usr/bin/saldo" --print-pdf $args 2>"$tmp/pdf.err" && status=0 || status=$?
   expect_equal "status of saldo --print-pdf $args" "$status" 1
