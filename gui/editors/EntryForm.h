@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,8 @@ namespace saldo::gui {
 // rate as they are typed, and a name too short to be taken is framed in red
 // with the reason as its tooltip. While split bookings decide the gross
 // amount, the gross field shows the amount the owner derives and is read-only.
+// A text longer than a field shows (see ShownText) appears as a read-only
+// view, and the form hands back the whole text for it.
 class EntryForm : public QWidget {
     Q_OBJECT
 public:
@@ -88,6 +91,7 @@ private:
     void updateNameHint();
     void previewNetto();
     QList<QLineEdit*> textFields() const;
+    void fillText(QLineEdit* field, const std::string* text);
 
     QLineEdit* name_ = nullptr;
     QLineEdit* rechnungsnummer_ = nullptr;
@@ -108,6 +112,8 @@ private:
     float shownSteuersatz_ = 0.0f;
     // True while the form writes into its own controls: never an edit.
     bool filling_ = false;
+    // The whole texts of the fields that show a view of them.
+    std::map<QLineEdit*, std::string> cutTexts_;
 };
 
 } // namespace saldo::gui
