@@ -13,6 +13,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <new>
+#include <optional>
 #include <poll.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -155,6 +156,24 @@ void readAt(int fd, char* into, std::size_t count, std::uint64_t offset)
     }
 }
 
+// Reads what is there into the buffer after its first `got` bytes, making
+// room first. Answers how many bytes came (0 at the end), or nothing when a
+// stream had none ready after all.
+std::optional<std::size_t> readMore(int fd, FileBuffer& bytes, std::size_t got)
+{
+    if (got == bytes.capacity() && !bytes.reserve(2 * got))
+        throw LedgerFileError(std::strerror(ENOMEM), Kind::CannotRead);
+    for (;;) {
+        const ssize_t n = ::read(fd, bytes.data() + got, bytes.capacity() - got);
+        if (n >= 0)
+            return static_cast<std::size_t>(n);
+        if (errno == EAGAIN)
+            return std::nullopt;
+        if (errno != EINTR)
+            throw LedgerFileError(std::strerror(errno), Kind::CannotRead);
+    }
+}
+
 // A regular file: its size, its start and (for a binary property list) its
 // trailer are checked before the rest is read.
 void readRegularFile(int fd, std::uint64_t size, const LedgerFile::ReadLimits& limits, FileBuffer& bytes)
@@ -176,22 +195,14 @@ void readRegularFile(int fd, std::uint64_t size, const LedgerFile::ReadLimits& l
         throw LedgerFileError(std::strerror(ENOMEM), Kind::CannotRead);
     std::size_t got = 0;
     for (;;) {
-        if (got == bytes.capacity()) {
-            if (got > limits.largestFile)
-                throw LedgerFileError("the file grew larger than the " + std::to_string(limits.largestFile >> 30)
-                        + " GiB a ledger may have while it was read",
-                    Kind::TooLarge);
-            if (!bytes.reserve(2 * got))
-                throw LedgerFileError(std::strerror(ENOMEM), Kind::CannotRead);
-        }
-        const ssize_t n = ::read(fd, bytes.data() + got, bytes.capacity() - got);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            throw LedgerFileError(std::strerror(errno), Kind::CannotRead);
+        if (got == bytes.capacity() && got > limits.largestFile)
+            throw LedgerFileError("the file grew larger than the " + std::to_string(limits.largestFile >> 30)
+                    + " GiB a ledger may have while it was read",
+                Kind::TooLarge);
+        const std::size_t n = readMore(fd, bytes, got).value_or(0);
         if (n == 0)
             break;
-        got += static_cast<std::size_t>(n);
+        got += n;
     }
     bytes.setSize(got);
 }
@@ -214,16 +225,12 @@ void readStream(int fd, const LedgerFile::ReadLimits& limits, FileBuffer& bytes)
             throw LedgerFileError(std::strerror(errno), Kind::CannotRead);
         if (ready == 0)
             throw LedgerFileError("nothing arrived for " + durationText(limits.quietMilliseconds), Kind::CannotRead);
-        if (got == bytes.capacity() && !bytes.reserve(2 * got))
-            throw LedgerFileError(std::strerror(ENOMEM), Kind::CannotRead);
-        const ssize_t n = ::read(fd, bytes.data() + got, bytes.capacity() - got);
-        if (n < 0 && (errno == EINTR || errno == EAGAIN))
+        const std::optional<std::size_t> n = readMore(fd, bytes, got);
+        if (!n)
             continue;
-        if (n < 0)
-            throw LedgerFileError(std::strerror(errno), Kind::CannotRead);
-        if (n == 0)
+        if (*n == 0)
             break;
-        got += static_cast<std::size_t>(n);
+        got += *n;
         if (got > limits.largestFile)
             throw LedgerFileError("more than the " + std::to_string(limits.largestFile >> 30)
                     + " GiB a ledger may have arrived",

@@ -256,6 +256,8 @@ void EntryForm::fillText(QLineEdit* field, const std::string* text)
     const std::string_view shown = text ? ShownText::of(*text) : std::string_view();
     field->setText(QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size())));
     field->setReadOnly(cut);
+    if (cut)
+        field->setCursorPosition(0); // the view from its start
     field->setToolTip(cut ? QStringLiteral("Ein sehr langer Text: gezeigt werden seine ersten %1 Zeichen; bearbeiten "
                                            "laesst er sich hier nicht.")
                                 .arg(ShownText::kMostShown)

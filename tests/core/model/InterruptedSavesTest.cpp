@@ -46,14 +46,7 @@ void leave(const fs::path& path, const std::string& bytes, int secondsAgo)
     ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), Ago(secondsAgo).times, 0), 0);
 }
 
-std::vector<std::string> namesIn(const fs::path& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& item : fs::directory_iterator(folder))
-        names.push_back(item.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
+
 
 using InterruptedSavesTest = testing::TempDirTest;
 
@@ -78,7 +71,7 @@ TEST_F(InterruptedSavesTest, LeftoversGoButTheNewestCompleteOneNewerThanTheLedge
     std::vector<std::string> left { ".Andere.saldo.dddddddd", ".Kasse.saldo.bbbbbbbb", ".Kasse.saldo.notours",
         fs::path(live.path()).filename().string(), "Kasse.saldo" };
     std::sort(left.begin(), left.end());
-    EXPECT_EQ(namesIn(dir), left);
+    EXPECT_EQ(testing::namesIn(dir), left);
 
     // After a save, the offered one goes too; the live one stays.
     EXPECT_FALSE(InterruptedSaves::sweep(ledger.string(), false));

@@ -26,6 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Kind = FileWriteError::Kind;
+using testing::namesIn;
 using testing::readFile;
 
 // The kind a write fails with, or nothing when it succeeds.
@@ -39,15 +40,6 @@ std::optional<Kind> failureOf(const fs::path& path, std::string_view bytes, std:
         return e.kind();
     }
     return std::nullopt;
-}
-
-std::vector<std::string> namesIn(const fs::path& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& item : fs::directory_iterator(folder))
-        names.push_back(item.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 mode_t modeOf(const fs::path& path)
