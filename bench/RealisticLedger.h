@@ -2,11 +2,14 @@
 
 #include "model/Einnahme.h"
 #include "model/Kategorien.h"
+#include "model/LedgerFile.h"
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace saldo::bench {
@@ -14,10 +17,23 @@ namespace saldo::bench {
 // A ledger that looks like a real one: German names and service texts,
 // categories of the default chart, invoice numbers on most entries, amounts
 // in cents, dates spread over a year with their time of day, and 5 % of the
-// entries split into one to three bookings. The same count always gives the
-// same ledger (fixed rng state).
-inline EinnahmeList realisticLedger(std::size_t count)
+// entries split into one to three bookings. Without a year the dates span the
+// 366 days from 2 January 2024, 00:00 UTC; with one, that calendar year in UTC.
+// The same count and year always give the same ledger (fixed rng state).
+inline EinnahmeList realisticLedger(std::size_t count, std::optional<int> year = std::nullopt)
 {
+    // Where the dates start, and the span they are spread over.
+    const auto leap = [](int y) { return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0; };
+    double yearStart = 725'846'400.0;
+    std::size_t yearSeconds = 366 * std::size_t(86'400);
+    if (year) {
+        yearStart = 0.0;
+        for (int y = 2001; y < *year; ++y)
+            yearStart += (leap(y) ? 366 : 365) * 86'400.0;
+        for (int y = *year; y < 2001; ++y)
+            yearStart -= (leap(y) ? 366 : 365) * 86'400.0;
+        yearSeconds = (leap(*year) ? 366 : 365) * std::size_t(86'400);
+    }
     static const char* const names[] = { "Miete Büro Hauptstraße", "Bürobedarf Müller & Söhne", "Telefon und Internet",
         "Beratung Schäfer GmbH", "Fahrtkosten Köln–Düsseldorf", "Honorar Projekt Übersetzung", "Porto", "Strom",
         "Versicherung Betriebshaftpflicht", "Software-Abonnement", "Reparatur Drucker", "Bewirtung Kunde Weiß",
@@ -39,8 +55,8 @@ inline EinnahmeList realisticLedger(std::size_t count)
         s.isNonEU = !s.innergemeinschaftlicherErwerb && pick(50) == 0;
         s.brutto = static_cast<float>(pick(500'000)) / 100.0f;
         s.steuersatz = rates[pick(std::size(rates))];
-        // 2024, with seconds and a fraction of a second.
-        s.datum = 725'846'400.0 + static_cast<double>(pick(366 * 86'400)) + static_cast<double>(pick(1000)) / 1000.0;
+        // With seconds and a fraction of a second.
+        s.datum = yearStart + static_cast<double>(pick(yearSeconds)) + static_cast<double>(pick(1000)) / 1000.0;
         if (pick(10) != 0)
             s.rechnungsnummer = "RE-2024-" + std::to_string(100'000 + i);
         if (pick(4) == 0)
@@ -63,12 +79,18 @@ inline EinnahmeList realisticLedger(std::size_t count)
 }
 
 // The realistic ledger of that size, made once per process and then shared.
-inline const EinnahmeList& cachedRealisticLedger(std::size_t count)
+// `readFromFile`: as a program has it after reading it from a file, its
+// entries lying together and each repeated text held once.
+inline const EinnahmeList& cachedRealisticLedger(std::size_t count, bool readFromFile = false)
 {
-    static std::map<std::size_t, EinnahmeList> ledgers;
-    auto it = ledgers.find(count);
-    if (it == ledgers.end())
-        it = ledgers.emplace(count, realisticLedger(count)).first;
+    static std::map<std::pair<std::size_t, bool>, EinnahmeList> ledgers;
+    auto it = ledgers.find({ count, readFromFile });
+    if (it == ledgers.end()) {
+        EinnahmeList made = realisticLedger(count);
+        if (readFromFile)
+            made = LedgerFile::decode(LedgerFile::encode(made));
+        it = ledgers.emplace(std::pair { count, readFromFile }, std::move(made)).first;
+    }
     return it->second;
 }
 

@@ -8,10 +8,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 count=${1:-1000000}
 runs=${2:-3}
-scripts/setup --bench
-build=${SALDO_BENCH_BUILD_DIR:-build-bench}
-cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DSALDO_BUILD_GUI=OFF -DSALDO_BUILD_TESTS=OFF >/dev/null
-cmake --build "$build" -j"$(nproc)" --target saldo-cli make_ledger >/dev/null
+source bench/build_cli.sh
 
 file=$(mktemp --suffix=.saldo)
 results=$(mktemp --suffix=.json)

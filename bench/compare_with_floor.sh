@@ -16,10 +16,7 @@ counts=("$@")
 runs=${SALDO_BENCH_RUNS:-15}
 floor_dir=${SALDO_FLOOR_DIR:-../shared/perf-floor}
 [[ -f $floor_dir/walk.c ]] || { echo "compare_with_floor: no floor program in $floor_dir" >&2; exit 2; }
-scripts/setup --bench
-build=${SALDO_BENCH_BUILD_DIR:-build-bench}
-cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DSALDO_BUILD_GUI=OFF -DSALDO_BUILD_TESTS=OFF >/dev/null
-cmake --build "$build" -j"$(nproc)" --target saldo-cli make_ledger >/dev/null
+source bench/build_cli.sh
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

@@ -1,6 +1,6 @@
 // Writes a realistic ledger file for the reader comparison, or, without
 // --generate, times writing one (Google Benchmark flags apply).
-//   make_ledger --generate COUNT FILE
+//   make_ledger --generate COUNT FILE [YEAR]      (with YEAR: every date in that year)
 #include "RealisticLedger.h"
 
 #include "model/LedgerFile.h"
@@ -36,12 +36,16 @@ int main(int argc, char** argv)
 {
     if (argc >= 2 && std::strcmp(argv[1], "--generate") == 0) {
         std::size_t count = 0;
-        if (argc != 4 || std::from_chars(argv[2], argv[2] + std::strlen(argv[2]), count).ec != std::errc()) {
-            std::fprintf(stderr, "usage: make_ledger --generate COUNT FILE\n");
+        int year = 0;
+        if ((argc != 4 && argc != 5)
+            || std::from_chars(argv[2], argv[2] + std::strlen(argv[2]), count).ec != std::errc()
+            || (argc == 5 && std::from_chars(argv[4], argv[4] + std::strlen(argv[4]), year).ec != std::errc())) {
+            std::fprintf(stderr, "usage: make_ledger --generate COUNT FILE [YEAR]\n");
             return 2;
         }
         try {
-            saldo::LedgerFile::write(argv[3], saldo::bench::realisticLedger(count));
+            saldo::LedgerFile::write(
+                argv[3], saldo::bench::realisticLedger(count, argc == 5 ? std::optional<int>(year) : std::nullopt));
         } catch (const std::runtime_error& e) { // the ledger's or the file's error
             std::fprintf(stderr, "make_ledger: %s\n", e.what());
             return 1;

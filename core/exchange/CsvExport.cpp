@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kHeader = "Teil von;Art;Name;Kategorie;Brutto;Netto;Steuer;Steuersatz;Datum;"
                                      "Rechnungsnummer;Steuernummer;Leistungsart;Innergemeinschaftlich;Non EU;"
-                                     "Hinweis\r\n";
+                                     "Hinweis";
 
 // A text field: guarded against being read as a formula, quoted when it has to be.
 void appendText(std::string& out, std::string_view text)
@@ -74,11 +74,23 @@ bool appendDate(std::string& out, ReferenceSeconds datum)
 class Rows {
 public:
     // With a sink, the text goes to it in pieces of about `piece` bytes, whole rows each.
-    Rows(std::string& out, const CsvExport::Sink* sink, std::size_t piece)
+    Rows(std::string& out, const CsvExport::Sink* sink, std::size_t piece, const CsvExport::ExtraColumns* extra = nullptr)
         : out_(out)
         , sink_(sink)
         , piece_(piece)
+        , extra_(extra)
     {
+    }
+
+    void appendHeader()
+    {
+        out_ += kHeader;
+        if (extra_)
+            for (const std::string& title : extra_->titles) {
+                out_ += ';';
+                appendText(out_, title);
+            }
+        out_ += "\r\n";
     }
 
     void append(const EinnahmeList& entries, long long parentRow)
@@ -91,6 +103,7 @@ public:
             const Einnahme& e = *entries[i];
             const long long row = ++row_;
             appendRow(e, parentRow);
+            appendExtra(parentRow > 0 ? std::nullopt : std::optional<std::size_t>(i));
             if (sink_ && out_.size() >= piece_) {
                 (*sink_)(out_);
                 out_.clear();
@@ -148,12 +161,27 @@ private:
         out_ += notNumbers;
         if (!dated)
             out_ += notNumbers.empty() ? "Datum ausserhalb der Jahre 1 bis 9999" : ". Datum ausserhalb der Jahre 1 bis 9999";
+    }
+
+    // The further columns of an entry of the list (empty for a split booking), and the row's end.
+    void appendExtra(std::optional<std::size_t> index)
+    {
+        if (extra_) {
+            std::vector<std::string> values;
+            if (index)
+                values = extra_->values(*index);
+            for (std::size_t k = 0; k < extra_->titles.size(); ++k) {
+                out_ += ';';
+                appendText(out_, k < values.size() ? values[k] : std::string());
+            }
+        }
         out_ += "\r\n";
     }
 
     std::string& out_;
     const CsvExport::Sink* sink_;
     std::size_t piece_;
+    const CsvExport::ExtraColumns* extra_;
     long long row_ = 1; // the header
     LedgerEntryPath path_;
 };
@@ -165,19 +193,26 @@ std::string CsvExport::encode(const EinnahmeList& entries)
     std::string out;
     out.reserve(kByteOrderMark.size() + kHeader.size() + entries.size() * 160);
     out += kByteOrderMark;
-    out += kHeader;
-    Rows(out, nullptr, 0).append(entries, 0);
+    Rows rows(out, nullptr, 0);
+    rows.appendHeader();
+    rows.append(entries, 0);
     return out;
 }
 
 void CsvExport::encode(const EinnahmeList& entries, const Sink& sink)
 {
+    encode(entries, ExtraColumns {}, sink);
+}
+
+void CsvExport::encode(const EinnahmeList& entries, const ExtraColumns& extra, const Sink& sink)
+{
     constexpr std::size_t kPiece = 1 << 20;
     std::string out;
     out.reserve(kPiece + 64 * 1024);
     out += kByteOrderMark;
-    out += kHeader;
-    Rows(out, &sink, kPiece).append(entries, 0);
+    Rows rows(out, &sink, kPiece, extra.titles.empty() ? nullptr : &extra);
+    rows.appendHeader();
+    rows.append(entries, 0);
     if (!out.empty())
         sink(out);
 }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace saldo {
 
@@ -33,6 +34,15 @@ public:
     // so that a large table need not be held whole.
     using Sink = std::function<void(std::string_view piece)>;
     static void encode(const EinnahmeList& entries, const Sink& sink);
+
+    // Further columns after the fixed ones (the statement import's status):
+    // their titles, and the texts of each entry of the list by its index
+    // (split bookings leave them empty).
+    struct ExtraColumns {
+        std::vector<std::string> titles;
+        std::function<std::vector<std::string>(std::size_t index)> values;
+    };
+    static void encode(const EinnahmeList& entries, const ExtraColumns& extra, const Sink& sink);
 
     // Encodes and replaces the file atomically, but never a file that holds a
     // ledger; throws FileWriteError.

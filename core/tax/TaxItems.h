@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/Einnahme.h"
+#include "model/SnapshotGate.h"
 
 #include <cstdint>
 #include <optional>
@@ -28,13 +29,23 @@ std::string rowText(ItemRow row);
 template <class Visit>
 void forEachItem(const EinnahmeList& entries, Visit&& visit);
 
+// The same for a worker reading a snapshot through its gate (or nullptr),
+// in batches under the gate's lock, and only for the top-level entries that
+// `wanted(topLevelEntry)` accepts (a period, a year): the others are passed
+// over whole.
+template <class Wanted, class Visit>
+void forEachItem(const EinnahmeList& entries, const SnapshotGate* gate, Wanted&& wanted, Visit&& visit);
+
 // Why an item's amount or rate cannot be taken.
-inline constexpr const char* kBetragUngueltig = "Betrag ungueltig";
-inline constexpr const char* kBetragZuGross = "Betrag zu gross";
-inline constexpr const char* kSteuersatzUngueltig = "Steuersatz ungueltig";
+inline constexpr char kBetragUngueltig[] = "Betrag ungueltig";
+inline constexpr char kBetragZuGross[] = "Betrag zu gross";
+inline constexpr char kSteuersatzUngueltig[] = "Steuersatz ungueltig";
+// Why an item whose top-level entry's date is not a point in time belongs to
+// no period: it is listed in every one.
+inline constexpr char kDatumUngueltig[] = "Datum ungueltig";
 // Listed beside an item that is placed, whose amount a float holds only to
 // about a cent.
-inline constexpr const char* kNichtCentgenau = "nicht centgenau";
+inline constexpr char kNichtCentgenau[] = "nicht centgenau";
 
 // Gross amounts of at least this many euros are refused, so that no sum over
 // a ledger can leave 64 bits.
@@ -101,15 +112,17 @@ private:
 
 namespace detail {
 template <class Visit>
-void visitItems(const EinnahmeList& list, const Einnahme& top, std::vector<std::uint32_t>& row, Visit& visit)
+void visitItems(const EinnahmeList& list, const Einnahme& top, std::vector<std::uint32_t>& row, Visit& visit,
+    const SnapshotGate* gate = nullptr)
 {
     row.push_back(0);
-    for (const EinnahmePtr& entry : list) {
+    for (const EinnahmePtr& child : list) {
         ++row.back();
-        if (entry->childTransactions().empty())
-            visit(*entry, top, ItemRow(row));
+        const Einnahme& entry = gate ? gate->values(*child) : *child;
+        if (entry.childTransactions().empty())
+            visit(entry, top, ItemRow(row));
         else
-            visitItems(entry->childTransactions(), top, row, visit);
+            visitItems(entry.childTransactions(), top, row, visit, gate);
     }
     row.pop_back();
 }
@@ -125,6 +138,34 @@ void forEachItem(const EinnahmeList& entries, Visit&& visit)
             visit(*top, *top, ItemRow(row));
         else
             detail::visitItems(top->childTransactions(), *top, row, visit);
+    }
+}
+
+template <class Wanted, class Visit>
+void forEachItem(const EinnahmeList& entries, const SnapshotGate* gate, Wanted&& wanted, Visit&& visit)
+{
+    constexpr std::size_t kBatch = 4096;
+    std::unique_lock<std::mutex> batch;
+    if (gate)
+        batch = gate->lockBatch();
+    std::vector<std::uint32_t> row { 0 };
+    // The entries lie wherever the allocator put them: fetch them well ahead.
+    constexpr std::size_t kAhead = 16;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i + kAhead < entries.size())
+            __builtin_prefetch(entries[i + kAhead].get());
+        if (gate && i % kBatch == 0 && i != 0) {
+            batch.unlock();
+            batch.lock();
+        }
+        const Einnahme& top = gate ? gate->values(*entries[i]) : *entries[i];
+        if (!wanted(top))
+            continue;
+        row[0] = static_cast<std::uint32_t>(i + 1);
+        if (top.childTransactions().empty())
+            visit(top, top, ItemRow(row));
+        else
+            detail::visitItems(top.childTransactions(), top, row, visit, gate);
     }
 }
 

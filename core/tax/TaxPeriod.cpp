@@ -75,4 +75,23 @@ std::string TaxPeriod::text() const
     return year + '-' + twoDigits(firstMonth_) + ".." + year + '-' + twoDigits(lastMonth_);
 }
 
+const char* TaxPeriod::monthName(int month)
+{
+    static const char* const names[] = { "Januar", "Februar", "Maerz", "April", "Mai", "Juni", "Juli", "August",
+        "September", "Oktober", "November", "Dezember" };
+    return month >= 1 && month <= 12 ? names[month - 1] : "";
+}
+
+std::string TaxPeriod::germanName() const
+{
+    const std::string year = std::to_string(year_);
+    if (firstMonth_ == 1 && lastMonth_ == 12)
+        return "Jahr " + year;
+    if (firstMonth_ == lastMonth_)
+        return std::string(monthName(firstMonth_)) + ' ' + year;
+    if (lastMonth_ == firstMonth_ + 2 && firstMonth_ % 3 == 1)
+        return std::string(1, static_cast<char>('0' + lastMonth_ / 3)) + ". Quartal " + year;
+    return std::string(monthName(firstMonth_)) + " bis " + monthName(lastMonth_) + ' ' + year;
+}
+
 } // namespace saldo::tax

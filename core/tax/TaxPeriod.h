@@ -33,6 +33,11 @@ public:
 
     // "2025-03", "2025-Q1" or "2025" for the spans parse() reads, else "2025-01..2025-05".
     std::string text() const;
+    // The same as a German reader names it: "Maerz 2025", "1. Quartal 2025",
+    // "Jahr 2025", "Januar bis Mai 2025".
+    std::string germanName() const;
+    // German month names without umlauts, "Januar" to "Dezember" (1..12).
+    static const char* monthName(int month);
 
 private:
     int year_ = 0;

@@ -5,6 +5,7 @@
 #include "app/DocumentEntries.h"
 #include "app/DocumentWindow.h"
 #include "app/commands/AddEntryCommand.h"
+#include "app/commands/AppendEntriesCommand.h"
 #include "app/commands/AppendSeriesCommand.h"
 #include "app/commands/ChangeEntryCommand.h"
 #include "app/commands/DeleteEntriesCommand.h"
@@ -297,6 +298,12 @@ void Document::appendSeries(std::size_t templateRow, EinnahmeList copies)
 {
     if (templateRow < einnahmen().size() && !copies.empty())
         undoStack_->push(new AppendSeriesCommand(*entries_, templateRow, std::move(copies)));
+}
+
+void Document::appendStatementEntries(EinnahmeList entries)
+{
+    if (!entries.empty())
+        undoStack_->push(new AppendEntriesCommand(*entries_, std::move(entries), QStringLiteral("Kontoauszug")));
 }
 
 void Document::replaceAllEntries(EinnahmeList entries)

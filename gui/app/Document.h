@@ -112,6 +112,9 @@ public:
     // A recurring series: appends the copies, selects them and takes the
     // template at the shown row out ("Serienbuchung").
     void appendSeries(std::size_t templateRow, EinnahmeList copies);
+    // A statement's proposals taken over: appends the entries and selects
+    // them ("Kontoauszug"); nothing happens for none.
+    void appendStatementEntries(EinnahmeList entries);
     // An imported list replaces all entries. The document is not marked
     // changed, and the undo history, which refers to entries that are gone,
     // is cleared. The selected row numbers stay selected.

@@ -202,7 +202,21 @@ void DocumentEntries::setFields(const EinnahmePtr& entry, Einnahme::Stored field
 
 void DocumentEntries::changeEntry(Einnahme& entry, const std::function<void(Einnahme&)>& change)
 {
-    saveGate_.change(entry, [&](Einnahme& e) { summaryGate_.change(e, change); });
+    // Each gate keeps the values before the change, innermost the change itself.
+    std::function<void(Einnahme&)> passed = change;
+    for (SnapshotGate* gate : readerGates_)
+        passed = [gate, inner = std::move(passed)](Einnahme& e) { gate->change(e, inner); };
+    saveGate_.change(entry, [&](Einnahme& e) { summaryGate_.change(e, passed); });
+}
+
+void DocumentEntries::addReaderGate(SnapshotGate& gate)
+{
+    readerGates_.push_back(&gate);
+}
+
+void DocumentEntries::removeReaderGate(SnapshotGate& gate)
+{
+    std::erase(readerGates_, &gate);
 }
 
 void DocumentEntries::replace(const EinnahmePtr& current, const EinnahmePtr& replacement)

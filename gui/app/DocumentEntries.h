@@ -64,6 +64,10 @@ public:
     // on: the automatic save and the summary panel's evaluation.
     SnapshotGate& saveGate() { return saveGate_; }
     SnapshotGate& summaryGate() { return summaryGate_; }
+    // Further workers (the tax windows' evaluations) bring gates of their own:
+    // every change of an entry goes past them too while they are added.
+    void addReaderGate(SnapshotGate& gate);
+    void removeReaderGate(SnapshotGate& gate);
     // Puts `replacement` in the places of `current` and selects it.
     void replace(const EinnahmePtr& current, const EinnahmePtr& replacement);
     // Takes the entry at a shown row out of both lists, and puts one back.
@@ -88,6 +92,7 @@ private:
     EntryTableModel* model_ = nullptr;
     SnapshotGate saveGate_;
     SnapshotGate summaryGate_;
+    std::vector<SnapshotGate*> readerGates_;
 };
 
 }  // namespace saldo::gui

@@ -1,13 +1,16 @@
 #include "app/WindowActions.h"
 
 #include "app/AboutDialog.h"
+#include "app/DatevExportDialog.h"
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/EntryListExchange.h"
 #include "app/ShortcutsDialog.h"
+#include "bank/StatementImport.h"
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
+#include "evaluation/UstvaViewController.h"
 #include "settings/PreferencesViewController.h"
 #include "printing/PrintController.h"
 
@@ -64,6 +67,20 @@ WindowActions::WindowActions(DocumentWindow& window)
     importEntries_ = ablage->addAction(QStringLiteral("Eintraege &laden…"), exchange_, &EntryListExchange::Laden);
     exportTable_
         = ablage->addAction(QStringLiteral("Als &Tabelle exportieren…"), exchange_, &EntryListExchange::exportTable);
+    // A bank statement's bookings as proposed entries.
+    auto* statementImport = new StatementImport(document, window);
+    statement_ = makeAction(this, QStringLiteral("&Kontoauszug laden…"), { QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I) });
+    connect(statement_, &QAction::triggered, statementImport, &StatementImport::kontoauszugLaden);
+    ablage->addAction(statement_);
+    // The booking batches for the tax adviser: one dialog per window, kept
+    // with what was chosen in it.
+    datevExport_ = ablage->addAction(QStringLiteral("DATEV-&Export…"), this, [this, &document] {
+        if (!datevExportDialog_)
+            datevExportDialog_ = new DatevExportDialog(document, &window_);
+        datevExportDialog_->show();
+        datevExportDialog_->raise();
+        datevExportDialog_->activateWindow();
+    });
     auto* printing = new PrintController(document, &window, this);
     savePdf_ = makeAction(this, QStringLiteral("Als &PDF sichern…"));
     printPreview_ = makeAction(this, QStringLiteral("Druck&vorschau…"));
@@ -140,6 +157,23 @@ WindowActions::WindowActions(DocumentWindow& window)
     });
     connect(serialTransaction_, &QAction::triggered, list, &ViewController::initiateSerialTransactionController);
 
+    // Auswertung: the tax office's figures, each in a window of its own over the document.
+    ustva_ = makeAction(this, QStringLiteral("&Umsatzsteuer-Voranmeldung…"), { QKeySequence(Qt::CTRL | Qt::Key_U) });
+    QMenu* auswertung = window.menuBar()->addMenu(QStringLiteral("A&uswertung"));
+    auswertung->addAction(ustva_);
+    connect(ustva_, &QAction::triggered, this, [this, &document, list] {
+        showWindow(ustvaWindow_, [this, &document, list] {
+            auto* ustva = new UstvaViewController(document, document.defaults(), &window_);
+            connect(ustva, &UstvaViewController::entryActivated, list, [this, list](const EinnahmePtr& entry) {
+                if (list->selectEntry(entry.get())) {
+                    window_.raise();
+                    window_.activateWindow();
+                }
+            });
+            return ustva;
+        });
+    });
+
     // Hilfe
     about_ = makeAction(this, QStringLiteral("&Ueber Saldo"));
     about_->setMenuRole(QAction::AboutRole);
@@ -148,16 +182,16 @@ WindowActions::WindowActions(DocumentWindow& window)
     hilfe->addAction(shortcuts_);
     hilfe->addAction(about_);
     connect(about_, &QAction::triggered, this,
-        [this] { showHelpWindow(aboutWindow_, [this] { return new AboutDialog(&window_); }); });
+        [this] { showWindow(aboutWindow_, [this] { return new AboutDialog(&window_); }); });
     connect(shortcuts_, &QAction::triggered, this,
-        [this] { showHelpWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
+        [this] { showWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
 
-    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, quit_, undo_, redo_, addEntry_, duplicate_,
-             splitBooking_, serialTransaction_, preferences_, shortcuts_ })
+    for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, statement_, quit_, undo_, redo_, addEntry_,
+             duplicate_, splitBooking_, serialTransaction_, ustva_, preferences_, shortcuts_ })
         window.addAction(action);
 }
 
-void WindowActions::showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)
+void WindowActions::showWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)
 {
     if (!shown) {
         shown = make();

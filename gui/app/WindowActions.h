@@ -11,15 +11,18 @@ class QWidget;
 
 namespace saldo::gui {
 
+class DatevExportDialog;
 class DocumentWindow;
 class EntryListExchange;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
 // files, close, save, save under another name, export and load an entry
-// list, export a spreadsheet table, PDF, print preview, print, quit),
+// list, export a spreadsheet table, load a bank statement, the DATEV export,
+// PDF, print preview, print, quit),
 // "Bearbeiten" (undo and redo with the action's name, new entry, duplicate,
 // delete, the program's preferences window), "Eintrag" (split bookings,
-// recurring entries) and "Hilfe" (the shortcuts, about Saldo). Every menu and
+// recurring entries), "Auswertung" (the VAT return's window of the document)
+// and "Hilfe" (the shortcuts, about Saldo). Every menu and
 // item has a mnemonic. It routes each action to the document controller, the
 // document or the entry list; without a document controller (tests) the
 // application-wide actions are disabled. The help windows are not modal;
@@ -38,6 +41,8 @@ public:
     QAction* exportEntriesAction() const { return exportEntries_; }
     QAction* importEntriesAction() const { return importEntries_; }
     QAction* exportTableAction() const { return exportTable_; }
+    QAction* statementAction() const { return statement_; }
+    QAction* datevExportAction() const { return datevExport_; }
     QAction* quitAction() const { return quit_; }
     QAction* savePdfAction() const { return savePdf_; }
     QAction* printPreviewAction() const { return printPreview_; }
@@ -49,6 +54,7 @@ public:
     QAction* deleteAction() const { return delete_; }
     QAction* splitBookingAction() const { return splitBooking_; }
     QAction* serialTransactionAction() const { return serialTransaction_; }
+    QAction* ustvaAction() const { return ustva_; }
     QAction* preferencesAction() const { return preferences_; }
     QAction* shortcutsAction() const { return shortcuts_; }
     QAction* aboutAction() const { return about_; }
@@ -58,7 +64,7 @@ public:
 
 private:
     // Shows the window, made first unless it is open already.
-    void showHelpWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make);
+    void showWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make);
 
     DocumentWindow& window_;
     QAction* newDocument_ = nullptr;
@@ -71,6 +77,9 @@ private:
     QAction* exportEntries_ = nullptr;
     QAction* importEntries_ = nullptr;
     QAction* exportTable_ = nullptr;
+    QAction* statement_ = nullptr;
+    QAction* datevExport_ = nullptr;
+    QPointer<DatevExportDialog> datevExportDialog_;
     QAction* quit_ = nullptr;
     QAction* savePdf_ = nullptr;
     QAction* printPreview_ = nullptr;
@@ -82,6 +91,8 @@ private:
     QAction* delete_ = nullptr;
     QAction* splitBooking_ = nullptr;
     QAction* serialTransaction_ = nullptr;
+    QAction* ustva_ = nullptr;
+    QPointer<QWidget> ustvaWindow_;
     QAction* preferences_ = nullptr;
     QAction* shortcuts_ = nullptr;
     QAction* about_ = nullptr;

@@ -7,6 +7,7 @@
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/EntryTableSetup.h"
 #include "entrylist/SearchFieldController.h"
+#include "entrylist/SearchOutcome.h"
 #include "entrylist/SelectionSummaryView.h"
 #include "model/Kategorien.h"
 #include "platform/Dialogs.h"
@@ -15,6 +16,7 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QSignalBlocker>
 #include <QMenu>
 #include <QSplitter>
 #include <QTableView>
@@ -452,6 +454,30 @@ void ViewController::Private::contextMenu(const QPoint& position)
         q->duplicateRow(row);
     else if (chosen == remove)
         q->deleteRow(row);
+}
+
+bool ViewController::selectEntry(const Einnahme* entry)
+{
+    const EntryLists& lists = d_->document.entries().lists();
+    std::optional<std::size_t> row = lists.rowOf(entry);
+    if (!row) {
+        // Hidden by a search: shown again with all the others, if it is still in the ledger.
+        const auto& all = lists.backupEinnahmen();
+        if (std::none_of(all.begin(), all.end(), [entry](const EinnahmePtr& e) { return e.get() == entry; }))
+            return false;
+        {
+            const QSignalBlocker quiet(d_->search->searchField());
+            d_->search->searchField()->clear();
+        }
+        d_->document.applySearch(SearchOutcome::showAll());
+        row = lists.rowOf(entry);
+        if (!row)
+            return false;
+    }
+    d_->structuralChange([&] { d_->selectRows({ *row }); });
+    d_->table->scrollTo(d_->model->index(static_cast<int>(*row), 0));
+    d_->table->setFocus(Qt::OtherFocusReason);
+    return true;
 }
 
 // --- editors -----------------------------------------------------------------

@@ -50,6 +50,10 @@ public:
     // The splitter between the table and the selection summary.
     QSplitter* tableSplitter() const;
 
+    // Selects that entry alone and scrolls to it, showing all entries first
+    // when a search hides it; false when it is no longer in the ledger.
+    bool selectEntry(const Einnahme* entry);
+
     // Reloads the table; when the window is about to appear, selects row 0.
     void viewWillAppear();
     // Handler of "DetailViewUpdated": reloads (categories included) and keeps

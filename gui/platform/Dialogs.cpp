@@ -3,6 +3,7 @@
 #include "platform/DeleteConfirmation.h"
 #include "platform/FileDialog.h"
 
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -140,6 +141,14 @@ void Dialogs::showInformation(QWidget* parent, const QString& text, const QStrin
     QMessageBox box(QMessageBox::Information, QString(), text, QMessageBox::Ok, parent);
     box.setInformativeText(informativeText);
     box.exec();
+}
+
+int Dialogs::chooseItem(QWidget* parent, const QString& text, const QString& informativeText, const QStringList& items)
+{
+    bool ok = false;
+    const QString chosen = QInputDialog::getItem(
+        parent, QString(), text + QStringLiteral("\n\n") + informativeText, items, 0, false, &ok);
+    return ok ? static_cast<int>(items.indexOf(chosen)) : -1;
 }
 
 Dialogs& Dialogs::instance()

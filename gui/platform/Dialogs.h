@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -71,6 +72,11 @@ public:
     // The print preview of the printer's pages, which `paint` paints (again
     // whenever the user changes the paper); printing from it prints them.
     virtual void showPrintPreview(QWidget* parent, QPrinter& printer, const std::function<void(QPrinter&)>& paint);
+
+    // Asks to choose one of `items` (a question with a list); the index of
+    // the chosen one, or -1 when the person cancels.
+    virtual int chooseItem(QWidget* parent, const QString& text, const QString& informativeText,
+        const QStringList& items);
 
     // The process-wide instance (the QMessageBox/QFileDialog one unless replaced).
     static Dialogs& instance();

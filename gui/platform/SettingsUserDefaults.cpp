@@ -238,4 +238,33 @@ void SettingsUserDefaults::setStringArray(const std::string& key, const std::vec
     settings_->sync();
 }
 
+std::optional<bool> SettingsUserDefaults::boolValue(const std::string& key) const
+{
+    if (readOnly_ && changes_.hasValue(key))
+        return changes_.boolValue(key);
+    if (!settings_)
+        return std::nullopt;
+    const QVariant value = settings_->value(keyOf(key));
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool();
+    // The settings file keeps it as text.
+    if (value.typeId() == QMetaType::QString) {
+        if (value.toString() == QStringLiteral("true"))
+            return true;
+        if (value.toString() == QStringLiteral("false"))
+            return false;
+    }
+    return std::nullopt;
+}
+
+void SettingsUserDefaults::setBool(const std::string& key, bool value)
+{
+    if (readOnly_) {
+        changes_.setBool(key, value);
+        return;
+    }
+    settings_->setValue(keyOf(key), value);
+    settings_->sync();
+}
+
 } // namespace saldo::gui

@@ -19,7 +19,8 @@ namespace saldo::gui {
 // what it understood. Neither is one holding a value that QSettings would
 // write back in another form (a value another program wrote), nor a name that
 // is no regular file or a file far larger than settings are, which is not
-// even read. Changes then live in memory until the program ends.
+// even read. Changes then live in memory until the program ends. A yes or no
+// is a plain value, "true" or "false".
 class SettingsUserDefaults : public UserDefaults {
 public:
     // The program's own settings.
@@ -33,6 +34,8 @@ public:
     bool hasValue(const std::string& key) const override;
     std::optional<std::vector<std::string>> stringArray(const std::string& key) const override;
     void setStringArray(const std::string& key, const std::vector<std::string>& value) override;
+    std::optional<bool> boolValue(const std::string& key) const override;
+    void setBool(const std::string& key, bool value) override;
 
     // The settings as read; nothing when the file was left unread.
     QSettings* settings() const { return settings_.get(); }

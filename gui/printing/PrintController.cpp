@@ -2,8 +2,7 @@
 
 #include "app/Document.h"
 #include "platform/Dialogs.h"
-#include "platform/FileWriteError.h"
-#include "platform/FileWriteErrorText.h"
+#include "printing/PdfFile.h"
 #include "printing/PdfPrintout.h"
 #include "printing/PrintView.h"
 
@@ -16,7 +15,6 @@
 #include <langinfo.h>
 
 #include <cstdint>
-#include <iostream>
 
 namespace saldo::gui {
 namespace {
@@ -96,22 +94,8 @@ bool PrintController::alsPdfSichern()
 {
     const QString name = QFileInfo(document_.displayName()).completeBaseName() + QStringLiteral(".pdf");
     const QString folder = document_.isUntitled() ? QDir::homePath() : QFileInfo(document_.filePath()).path();
-    QString path = Dialogs::instance().getSaveFileName(
-        window_, QStringLiteral("Als PDF sichern"), QDir(folder).filePath(name), QStringLiteral("PDF-Dateien (*.pdf)"));
-    if (path.isEmpty())
-        return false;
-    if (!path.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
-        path += QStringLiteral(".pdf");
-    try {
-        PdfPrintout::write(path, document_.backupEinnahmen());
-        return true;
-    } catch (const FileWriteError& error) {
-        std::cerr << "saldo: " << error.what() << '\n';
-        Dialogs::instance().showError(window_,
-            QStringLiteral("Das PDF „%1“ konnte nicht gesichert werden.").arg(QFileInfo(path).fileName()),
-            FileWriteErrorText::reason(error));
-        return false;
-    }
+    return PdfFile::saveWithDialog(
+        window_, QDir(folder).filePath(name), [this] { return PdfPrintout::render(document_.backupEinnahmen()); });
 }
 
 } // namespace saldo::gui

@@ -5,7 +5,10 @@
 #include "model/Kategorien.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
+#include "settings/BankRulesPage.h"
 #include "settings/CategoryListModel.h"
+#include "settings/TaxPreferencesPage.h"
+#include "settings/DatevPreferencesPage.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -129,6 +132,9 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     layout->addLayout(limit);
     layout->addWidget(limitNote);
     pages_->addTab(kategorienPage, QStringLiteral("Kategorien"));
+    pages_->addTab(new TaxPreferencesPage(defaults_, pages_), QStringLiteral("Steuer"));
+    pages_->addTab(new DatevPreferencesPage(defaults_, pages_), QStringLiteral("DATEV"));
+    pages_->addTab(new BankRulesPage(defaults_, pages_), QStringLiteral("Bankregeln"));
 
     auto* window = new QVBoxLayout(this);
     window->setContentsMargins(0, 0, 0, 0);

@@ -5,6 +5,7 @@
 // ledgers written by Python's plistlib.
 #include "exchange/CsvExport.h"
 #include "model/LedgerFile.h"
+#include "platform/Calendar.h"
 
 #include "core/support/TestSupport.h"
 
@@ -149,6 +150,58 @@ TEST_F(SaldoCliTest, ConvertWritesTheLedgerFormatAndReportFollowsTheZone)
             EXPECT_EQ(report.out, readFile(testing::reportData(ledger + std::string(suffix) + ".expected.txt")));
         }
     }
+}
+
+
+TEST_F(SaldoCliTest, DatevWritesBatchesAndListsWhatItLeftOut)
+{
+    const fs::path ledger = dir / "Firma.saldo";
+    EinnahmeList entries = sampleEntries();
+    auto bad = Einnahme::make("Ohne Konto", "Sonstiges", 5.0f, 19.0f);
+    bad->setDatum(*Calendar::localMidnight(2025, 2, 1));
+    auto income = Einnahme::make("Honorar", "8200 Erlöse Gesch. ", 119.0f, 19.0f);
+    income->setDatum(*Calendar::localMidnight(2025, 3, 3));
+    entries.push_back(bad);
+    entries.push_back(income);
+    LedgerFile::write(ledger.string(), entries);
+    const std::string common = "datev " + ledger.string() + " --berater 1001 --mandant 7 ";
+
+    CliRun run = cli(common + "--from 2025-01-01 --to 2025-12-31 --konto 1000");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.err, "Zeile 2: Kategorie ohne Kontonummer\n");
+    EXPECT_EQ(run.out.rfind("\"EXTF\";700;21;", 0), 0u);
+    EXPECT_NE(run.out.find(";1001;7;20250101;4;20250101;20251231;\"Firma\";"), std::string::npos);
+    EXPECT_NE(run.out.find("\r\n119,00;\"S\";\"EUR\";;;;1000;8200;\"3\";0303;"), std::string::npos);
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 3);
+
+    // Two years: a file each beside the name given, nothing on standard output.
+    // The split booking 1.1 of 2024 has no category.
+    run = cli(common + "--from 2024-01-01 --to 2025-12-31 --out " + (dir / "EXTF.csv").string());
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "Zeile 1.1: Kategorie ohne Kontonummer\nZeile 2: Kategorie ohne Kontonummer\n");
+    const std::string year2024 = readFile(dir / "EXTF-2024.csv"); // no booking, still a batch
+    EXPECT_EQ(std::count(year2024.begin(), year2024.end(), '\n'), 2);
+    EXPECT_NE(year2024.find(";20240101;20241231;"), std::string::npos);
+    EXPECT_NE(readFile(dir / "EXTF-2025.csv").find(";0303;"), std::string::npos);
+    EXPECT_FALSE(fs::exists(dir / "EXTF.csv"));
+
+    // Two years without --out, a missing date, a day that does not exist, an
+    // account of five digits, an unknown option, a Beraternummer out of range.
+    for (const char* arguments : { "--from 2024-01-01 --to 2025-12-31", "--from 2025-01-01",
+             "--from 2025-02-29 --to 2025-12-31", "--from 2025-01-01 --to 2025-12-31 --konto 12000",
+             "--from 2025-01-01 --to 2025-12-31 --kasse 1", "--from 2025-01-01 --to 2025-12-31 --berater 1000" }) {
+        run = cli(common + arguments);
+        EXPECT_EQ(run.status, 2) << arguments;
+        EXPECT_EQ(run.out, "") << arguments;
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << arguments;
+    }
+    run = cli(
+        "datev " + (dir / "fehlt.saldo").string() + " --berater 1001 --mandant 7 --from 2025-01-01 --to 2025-12-31");
+    EXPECT_EQ(run.status, 1);
+    run = cli(common + "--from 2025-01-01 --to 2025-12-31 --out " + (dir / "fehlt" / "x.csv").string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 2) << "the skipped item, then the failure";
 }
 
 } // namespace

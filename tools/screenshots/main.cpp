@@ -3,10 +3,11 @@
 // income and of an expense, the delete confirmation, the file menu after a
 // list that could not be loaded, the split-booking editor, the
 // recurring-entries sheet, the preferences window and the summary panel over
-// the income limit, the Hilfe menu with the shortcut list, and the German open
-// panel and save question. Nothing is saved: the ledger is read into an
-// untitled document, and the preferences write into memory.
-//   saldo-screenshots OUTDIR LEDGER
+// the income limit, the Hilfe menu with the shortcut list, the German open
+// panel and save question, and the VAT return's window of the year. Nothing
+// is saved: the ledger is read into an untitled document, and the
+// preferences write into memory.
+//   saldo-screenshots OUTDIR LEDGER [STATEMENT]
 #include "app/Document.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
@@ -21,7 +22,13 @@
 #include "entrylist/SearchFieldController.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/CalcEngine.h"
+#include "evaluation/LedgerWorker.h"
+#include "bank/BankRuleCodec.h"
+#include "bank/ProposalTableModel.h"
+#include "bank/StatementImport.h"
+#include "bank/StatementWindow.h"
 #include "evaluation/SummaryViewController.h"
+#include "evaluation/UstvaViewController.h"
 #include "model/Kategorien.h"
 #include "platform/DeleteConfirmation.h"
 #include "platform/Dialogs.h"
@@ -43,6 +50,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -237,8 +245,7 @@ bool serialTransactionSheet(const Scene& s)
 {
     const int row = rowNamed(s, "Zeitschrift Page (Abo)");
     s.list->tableView()->selectRow(row);
-    SerialTransactionCreationViewController* sheet
-        = s.window->splitViewController()->openSerialTransactionSheet(row);
+    SerialTransactionCreationViewController* sheet = s.window->splitViewController()->openSerialTransactionSheet(row);
     if (!sheet)
         return false;
     sheet->whenInMonthSelection()->setCurrentIndex(1);
@@ -246,6 +253,49 @@ bool serialTransactionSheet(const Scene& s)
     settle();
     const bool ok = save(sheet->grab(), s.target, QStringLiteral("serial-transaction.png"));
     sheet->reject();
+    return ok;
+}
+
+// The proposals of the example statement with two rules kept and a category
+// just given by hand (so that "Regel merken" is offered), and the
+// preferences page of the rules.
+QString g_statement;
+bool statementProposals(const Scene& s)
+{
+    if (g_statement.isEmpty())
+        return true;
+    UserDefaults& defaults = s.document.defaults();
+    BankRule telekom;
+    telekom.name = "Telefon";
+    telekom.partner = "telekom";
+    telekom.kategorie = "4925 Telefax und Internetkosten Gesch. ";
+    BankRule porto;
+    porto.name = "Porto";
+    porto.text = "porto";
+    porto.sign = BankRule::Sign::Out;
+    porto.kategorie = "4910 Porto Gesch. ";
+    porto.steuersatz = 0.0f;
+    porto.nameTemplate = "Porto %partner";
+    BankRuleCodec::store(defaults, { telekom, porto });
+    auto* import = s.window->findChild<StatementImport*>();
+    if (!import || !import->loadFile(g_statement))
+        return false;
+    StatementWindow* proposals = import->statementWindow();
+    proposals->resize(1240, 330);
+    ProposalTableModel* model = proposals->model();
+    const QModelIndex weingut = model->index(2, ProposalTableModel::Kategorie);
+    proposals->tableView()->setCurrentIndex(weingut);
+    model->setData(weingut, QStringLiteral("8400 Erl\u00f6se 19% Gesch. "));
+    settle();
+    bool ok = save(proposals->grab(), s.target, QStringLiteral("statement-proposals.png"));
+    proposals->close();
+
+    PreferencesViewController preferences(defaults);
+    preferences.pages()->setCurrentIndex(preferences.pages()->count() - 1);
+    preferences.show();
+    settle();
+    ok = save(preferences.grab(), s.target, QStringLiteral("bank-rules.png")) && ok;
+    BankRuleCodec::store(defaults, {});
     return ok;
 }
 
@@ -331,6 +381,22 @@ bool germanDialogs(const Scene& s)
     return ok && asked;
 }
 
+// The VAT return's window over the example ledger, for the whole year.
+bool ustvaWindow(const Scene& s)
+{
+    s.window->actions()->ustvaAction()->trigger();
+    auto* ustva = s.window->findChild<UstvaViewController*>();
+    if (!ustva)
+        return false;
+    ustva->setPeriod(*tax::TaxPeriod::months(2025, 1, 12));
+    ustva->worker().finish();
+    ustva->resize(980, 700);
+    settle();
+    const bool ok = save(ustva->grab(), s.target, QStringLiteral("ustva-window.png"));
+    ustva->close();
+    return ok;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -339,10 +405,12 @@ int main(int argc, char** argv)
     Q_INIT_RESOURCE(saldo);
     QApplication app(argc, argv);
     GermanTranslations::install(app);
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: saldo-screenshots OUTDIR LEDGER\n");
+    if (argc != 3 && argc != 4) {
+        std::fprintf(stderr, "usage: saldo-screenshots OUTDIR LEDGER [STATEMENT]\n");
         return 2;
     }
+    if (argc == 4)
+        g_statement = QString::fromLocal8Bit(argv[3]);
     const QDir target(QString::fromLocal8Bit(argv[1]));
     QDir().mkpath(target.path());
     QFile file(QString::fromLocal8Bit(argv[2]));
@@ -362,9 +430,9 @@ int main(int argc, char** argv)
 
     bool ok = true;
     for (const auto& render :
-        { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad,
-            splitBookingEditor, serialTransactionSheet, preferencesAndLimitWarning, helpMenuAndShortcuts,
-            germanDialogs })
+        { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad, splitBookingEditor,
+            serialTransactionSheet, preferencesAndLimitWarning, statementProposals, helpMenuAndShortcuts, germanDialogs,
+            ustvaWindow })
         ok = render(scene) && ok;
     return ok ? 0 : 1;
 }

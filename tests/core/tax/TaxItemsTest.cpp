@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace saldo::tax {
 namespace {
@@ -38,7 +39,8 @@ TEST(TaxItems, GrossCentsRoundHalfAwayFromZeroAndRefuseWhatNoSumCanHold)
          }) {
         const GrossCents got = grossCents(c.brutto);
         EXPECT_EQ(got.cents, c.cents) << c.brutto;
-        EXPECT_EQ(got.fault, c.fault) << c.brutto;
+        // The reasons are compared as texts: a literal's address may differ between objects.
+        EXPECT_EQ(std::string(got.fault ? got.fault : ""), std::string(c.fault ? c.fault : "")) << c.brutto;
         EXPECT_EQ(got.centExact, c.centExact) << c.brutto;
     }
 }

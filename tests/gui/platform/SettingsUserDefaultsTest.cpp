@@ -1,5 +1,5 @@
-// The preferences file: lists of any length survive a new start of the
-// program, and a value that is not a list of texts reads as nothing and stays.
+// The preferences file: lists of any length and yes-or-no values survive a new
+// start of the program, and a value of another shape reads as nothing and stays.
 #include "platform/SettingsUserDefaults.h"
 #include "app/AutosaveStore.h"
 #include "app/DocumentController.h"
@@ -18,7 +18,7 @@
 namespace saldo::gui {
 namespace {
 
-TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
+TEST(SettingsUserDefaultsTest, ListsOfEveryLengthAndFlagsSurviveTheFile)
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("Saldo.conf"));
@@ -32,6 +32,8 @@ TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
         defaults.setStringArray("knifflig", tricky);
         defaults.setStringArray("kuerzer", chart);
         defaults.setStringArray("kuerzer", one); // a shorter list leaves no old rows behind
+        defaults.setBool("Steuer/ja", true);
+        defaults.setBool("Steuer/nein", false);
     }
     // QSettings caches a file per process; a copy under a new name is read
     // afresh, as the next start of the program would read it.
@@ -42,6 +44,10 @@ TEST(SettingsUserDefaultsTest, ListsOfEveryLengthSurviveTheFile)
     EXPECT_EQ(again.stringArray("leer"), std::vector<std::string> {});
     EXPECT_EQ(again.stringArray("knifflig"), tricky);
     EXPECT_EQ(again.stringArray("kuerzer"), one);
+    EXPECT_EQ(again.boolValue("Steuer/ja"), true);
+    EXPECT_EQ(again.boolValue("Steuer/nein"), false);
+    EXPECT_EQ(again.boolValue(Kategorien::kKey), std::nullopt);
+    EXPECT_EQ(again.boolValue("fehlt"), std::nullopt);
 }
 
 TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)

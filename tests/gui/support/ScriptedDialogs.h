@@ -28,6 +28,8 @@ public:
     // Save panels begun and not yet closed; finishSave() closes the oldest.
     std::deque<SaveCompletion> openSavePanels;
     std::deque<bool> printAnswers; // unscripted: cancel the print dialog
+    std::deque<int> chosenItems; // unscripted: cancel the choice
+    QStringList offeredItems; // the items of the last choice
 
     QStringList asked; // texts of every confirmation and save question
     QStringList errors; // "text\ninformative text" of every error shown
@@ -87,6 +89,11 @@ public:
     {
         printPageCount = pageCount;
         return next(printAnswers, QStringLiteral("Drucken"), false);
+    }
+    int chooseItem(QWidget*, const QString& text, const QString&, const QStringList& items) override
+    {
+        offeredItems = items;
+        return next(chosenItems, text, -1);
     }
     void showPrintPreview(QWidget*, QPrinter&, const std::function<void(QPrinter&)>&) override
     {

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace saldo::gui {
+
+class FormTableModel;
+class ListedItemsModel;
+
+// A tax form window's figures on one A4 page, as a PDF: a title and a line
+// below it, the form's table (the widest column takes the room that is left
+// and wraps), notes, then the lists below the form, as many of their items as
+// fit, and a line saying how many more Saldo lists (PdfFile saves it).
+class FormPdf {
+public:
+    struct List {
+        QString title;
+        const ListedItemsModel* items = nullptr;
+    };
+    struct Page {
+        QString title;
+        QString subtitle;
+        const FormTableModel* form = nullptr;
+        QStringList notes;
+        QList<List> lists;
+        QString footer;
+    };
+
+    static QByteArray render(const Page& page);
+};
+
+} // namespace saldo::gui
