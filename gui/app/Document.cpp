@@ -360,6 +360,9 @@ void Document::reportSaveFailure(const QString& path, const QString& reason)
 
 bool Document::saveTo(const QString& path)
 {
+    // One save by hand at a time.
+    if (waitingForSave_)
+        return false;
     autosaveTimer_.stop();
     if (saving_) {
         waitWithWindowPainting();
@@ -437,7 +440,8 @@ void Document::waitWithWindowPainting()
     if (window_)
         window_->statusBar()->showMessage(QStringLiteral("Sichern…"));
     QEventLoop loop;
-    while (!saving_->isDone())
+    // (A window closed meanwhile by the window manager may take the save in.)
+    while (saving_ && !saving_->isDone())
         loop.processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
     if (window_)
         window_->statusBar()->clearMessage();

@@ -78,11 +78,11 @@ done
 expect_equal "saldo-cli check" "$("$root/usr/bin/saldo-cli" check "$ledger" 2>&1 | sed 's/.*: //')" \
   "$("$build/cli/saldo-cli" check "$ledger" 2>&1 | sed 's/.*: //')"
 # The bank profiles are installed beside the programs, and the installed tool
-# finds them there: an N26 export reads without --profile.
+# finds them there: an N26 export reads without --profile (Status after Hinweis).
 [[ -s $share/saldo/bankprofile/n26.profil ]] || fail "the package lacks the bank profiles"
 printf '"Booking Date","Value Date","Partner Name","Partner Iban",Type,"Payment Reference","Account Name","Amount (EUR)"\n2025-11-03,2025-11-03,A,DE1,T,Miete,K,-12.50\n' >"$tmp/n26.csv"
 expect_equal "saldo-cli bank with an installed profile" \
-  "$(XDG_CONFIG_HOME="$tmp/config" "$root/usr/bin/saldo-cli" bank "$tmp/n26.csv" 2>&1 | tail -1 | cut -d';' -f2,3,5,15)" \
+  "$(XDG_CONFIG_HOME="$tmp/config" "$root/usr/bin/saldo-cli" bank "$tmp/n26.csv" 2>&1 | tail -1 | cut -d';' -f2,3,5,16)" \
   "Ausgabe;A: Miete;12,50;neu"
 
 desktop-file-validate "$share/applications/$id.desktop" || fail "desktop-file-validate rejects the desktop entry"
