@@ -12,6 +12,10 @@
 #include "app/DocumentWindow.h"
 #include "model/LedgerFile.h"
 #include "platform/CanberraSoundPlayer.h"
+#include "platform/FileWriteError.h"
+#include "platform/FileWriteErrorText.h"
+#include "platform/LedgerFileErrorText.h"
+#include "platform/PathText.h"
 #include "platform/GermanTranslations.h"
 #include "platform/SettingsUserDefaults.h"
 #include "printing/PdfPrintout.h"
@@ -58,21 +62,30 @@ bool asksForPdf(int argc, char** argv)
 }
 
 // Writes the printout of the ledger at arguments[0] as a PDF to arguments[1];
-// answers the exit status, with one line on standard error for a failure.
+// answers the exit status, with one German line on standard error for a
+// failure (a PDF is never written over a ledger).
 int printPdf(const QStringList& arguments)
 {
     if (arguments.size() != 2) {
-        std::cerr << "saldo: --print-pdf needs a ledger file and a PDF file name (see saldo --help)\n";
+        std::cerr << "saldo: --print-pdf braucht eine Ledger-Datei und einen Namen fuer das PDF (siehe saldo --help)\n";
         return 1;
     }
+    const std::string ledger = QFile::encodeName(arguments[0]).toStdString();
+    const std::string pdf = QFile::encodeName(arguments[1]).toStdString();
     try {
-        const saldo::EinnahmeList entries = saldo::LedgerFile::read(QFile::encodeName(arguments[0]).toStdString());
+        const saldo::EinnahmeList entries = saldo::LedgerFile::read(ledger);
         saldo::gui::PdfPrintout::write(arguments[1], entries);
         return 0;
+    } catch (const saldo::LedgerFileError& error) {
+        std::cerr << "saldo: " << saldo::PathText::oneLine(ledger) << ": konnte nicht gelesen werden: "
+                  << saldo::gui::LedgerFileErrorText::reason(error).toStdString() << '\n';
+    } catch (const saldo::FileWriteError& error) {
+        std::cerr << "saldo: " << saldo::PathText::oneLine(pdf) << ": "
+                  << saldo::gui::FileWriteErrorText::reason(error).toStdString() << '\n';
     } catch (const std::exception& error) {
         std::cerr << "saldo: " << error.what() << '\n';
-        return 1;
     }
+    return 1;
 }
 
 // Shows the window and paints it completely; answers false when it never
@@ -151,6 +164,7 @@ int main(int argc, char** argv)
     sound.install();
 
     saldo::gui::DocumentController controller(defaults);
+    controller.quitOnSignals();
     controller.startUp(
         parser.positionalArguments(), !parser.isSet(timing) && !parser.isSet(screenshot), !parser.isSet(preferences));
     if (parser.isSet(preferences)) {

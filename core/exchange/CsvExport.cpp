@@ -1,13 +1,14 @@
 #include "exchange/CsvExport.h"
 
+#include "evaluation/AmountFormat.h"
 #include "model/DecimalCommaText.h"
 #include "model/LedgerEntryPath.h"
 #include "model/LedgerFile.h"
-#include "platform/AtomicFileWriter.h"
 #include "platform/Calendar.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <optional>
 #include <string_view>
 
@@ -16,7 +17,8 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kHeader = "Teil von;Art;Name;Kategorie;Brutto;Netto;Steuer;Steuersatz;Datum;"
-                                     "Rechnungsnummer;Steuernummer;Leistungsart;Innergemeinschaftlich;Non EU";
+                                     "Rechnungsnummer;Steuernummer;Leistungsart;Innergemeinschaftlich;Non EU;"
+                                     "Hinweis";
 
 // A text field: guarded against being read as a formula, quoted when it has to be.
 void appendText(std::string& out, std::string_view text)
@@ -53,15 +55,20 @@ void appendNumber(std::string& out, long long value, int digits)
     out.append(buffer, end);
 }
 
-// dd.MM.yyyy of the local day.
-void appendDate(std::string& out, ReferenceSeconds datum)
+// dd.MM.yyyy of the local day; false, and nothing written, for a date the
+// calendar cannot name in the years 1 to 9999 (or one that is no number).
+bool appendDate(std::string& out, ReferenceSeconds datum)
 {
-    const Calendar::Fields f = Calendar::localFields(datum);
+    const std::optional<Calendar::LocalDateTime> local = Calendar::localDateTime(datum);
+    if (!local || local->fields.year < 1 || local->fields.year > 9999)
+        return false;
+    const Calendar::Fields& f = local->fields;
     appendNumber(out, f.day, 2);
     out += '.';
     appendNumber(out, f.month, 2);
     out += '.';
     appendNumber(out, f.year, 4);
+    return true;
 }
 
 class Rows {
@@ -127,11 +134,22 @@ private:
         out_ += ';';
         const float netto = e.netto();
         const float steuer = e.brutto() - netto;
-        for (const float amount : { e.brutto(), netto, steuer, e.steuersatz() }) {
-            out_ += DecimalCommaText::fixed(amount, 2);
+        // An amount that is no finite number reads as the report writes it
+        // ("nan", "inf", "-inf"), and the note says which.
+        const std::pair<float, const char*> amounts[]
+            = { { e.brutto(), "Brutto" }, { netto, "Netto" }, { steuer, "Steuer" }, { e.steuersatz(), "Steuersatz" } };
+        std::string notNumbers;
+        for (const auto& [amount, title] : amounts) {
+            if (std::isfinite(amount)) {
+                out_ += DecimalCommaText::fixed(amount, 2);
+            } else {
+                AmountFormat::appendNumber(out_, amount);
+                notNumbers += notNumbers.empty() ? "keine endliche Zahl: " : ", ";
+                notNumbers += title;
+            }
             out_ += ';';
         }
-        appendDate(out_, e.datum());
+        const bool dated = appendDate(out_, e.datum());
         out_ += ';';
         appendText(out_, e.rechnungsnummer());
         out_ += ';';
@@ -139,7 +157,10 @@ private:
         out_ += ';';
         appendText(out_, e.leistungsart());
         out_ += e.innergemeinschaftlicherErwerb() ? ";ja" : ";nein";
-        out_ += e.isNonEU() ? ";ja" : ";nein";
+        out_ += e.isNonEU() ? ";ja;" : ";nein;";
+        out_ += notNumbers;
+        if (!dated)
+            out_ += notNumbers.empty() ? "Datum ausserhalb der Jahre 1 bis 9999" : ". Datum ausserhalb der Jahre 1 bis 9999";
     }
 
     // The further columns of an entry of the list (empty for a split booking), and the row's end.
@@ -198,7 +219,7 @@ void CsvExport::encode(const EinnahmeList& entries, const ExtraColumns& extra, c
 
 void CsvExport::write(const std::string& path, const EinnahmeList& entries)
 {
-    AtomicFileWriter::write(path, encode(entries));
+    LedgerFile::writeBesideLedgers(path, encode(entries));
 }
 
 } // namespace saldo

@@ -20,7 +20,10 @@ namespace saldo {
 // spreadsheet counts rows (the header is row 1), of the entry it belongs to.
 // Amounts and rates have a decimal comma and two decimals, the tax is gross
 // minus net in single precision, the date is dd.MM.yyyy in local time, the two
-// flags read "ja" or "nein". A text that begins with "=", "+", "-", "@", a tab
+// flags read "ja" or "nein". An amount that is no finite number is written as
+// the report writes it ("nan", "inf", "-inf"), a date outside the years 1 to
+// 9999 is left empty, and the last column, "Hinweis", says so; it is empty
+// otherwise. A text that begins with "=", "+", "-", "@", a tab
 // or a CR gets a leading "'" so that no spreadsheet takes it for a formula;
 // nothing else in it changes.
 class CsvExport {
@@ -41,7 +44,8 @@ public:
     };
     static void encode(const EinnahmeList& entries, const ExtraColumns& extra, const Sink& sink);
 
-    // Encodes and replaces the file atomically; throws FileWriteError.
+    // Encodes and replaces the file atomically, but never a file that holds a
+    // ledger; throws FileWriteError.
     static void write(const std::string& path, const EinnahmeList& entries);
 };
 

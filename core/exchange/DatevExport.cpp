@@ -3,7 +3,7 @@
 #include "exchange/Cp1252Text.h"
 #include "exchange/DatevBatchHeader.h"
 #include "exchange/DatevBooking.h"
-#include "platform/AtomicFileWriter.h"
+#include "model/LedgerFile.h"
 #include "settings/DatevSettings.h"
 #include "tax/EuerEvaluation.h"
 #include "tax/TaxItems.h"
@@ -175,7 +175,7 @@ std::vector<std::string> DatevExport::filePaths(const std::string& path, const s
 void DatevExport::write(const std::vector<std::string>& paths, const DatevExportResult& result)
 {
     for (std::size_t i = 0; i < result.files.size() && i < paths.size(); ++i)
-        AtomicFileWriter::write(paths[i], result.files[i].bytes);
+        LedgerFile::writeBesideLedgers(paths[i], result.files[i].bytes);
 }
 
 } // namespace saldo

@@ -92,8 +92,9 @@ public:
     // ("DATEV-2025-07.csv"), and "-teil1", "-teil2" … for the parts of a batch.
     static std::vector<std::string> filePaths(const std::string& path, const std::vector<DatevBatchFile>& files);
 
-    // Writes every batch to its file through the atomic writer; throws
-    // FileWriteError at the first that fails (files written before it stay).
+    // Writes every batch to its file through the atomic writer, never over a
+    // file that holds a ledger; throws FileWriteError at the first that fails
+    // (files written before it stay).
     static void write(const std::vector<std::string>& paths, const DatevExportResult& result);
 };
 

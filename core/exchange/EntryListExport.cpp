@@ -1,7 +1,6 @@
 #include "exchange/EntryListExport.h"
 
 #include "model/LedgerFile.h"
-#include "platform/AtomicFileWriter.h"
 #include "platform/Diagnostics.h"
 
 #include <filesystem>
@@ -46,7 +45,7 @@ std::string EntryListExport::write(const std::string& chosenPath, const Einnahme
     const std::string bytes = LedgerFile::encode(einnahmen);
     diagnosticLine("Einnahmen erfolgreich verschluesselt: " + std::to_string(bytes.size()) + " bytes");
     const std::string path = filePath(chosenPath);
-    AtomicFileWriter::write(path, bytes);
+    LedgerFile::writeBesideLedgers(path, bytes);
     diagnosticLine("Einnahmen erfolgreich auf Disk geschrieben: " + fileUrl(path));
     return path;
 }

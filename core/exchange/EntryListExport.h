@@ -12,7 +12,8 @@ namespace saldo {
 // name the user chose with ".plist" appended, always ("Januar.plist" is written
 // as "Januar.plist.plist"). Two diagnostic lines say how many bytes were
 // encoded and which file received them; the file is replaced atomically, so a
-// failed write leaves an earlier file of that name whole.
+// failed write leaves an earlier file of that name whole. A file of that name
+// that holds a readable ledger (an earlier export included) is not written over.
 class EntryListExport {
 public:
     // The file an export to `chosenPath` writes.

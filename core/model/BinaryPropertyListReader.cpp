@@ -95,10 +95,11 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     readTrailer();
     const Head root = head(topObject_);
     if ((root.marker >> 4) != 0xA)
-        fail(std::string("root is ") + typeName(root.marker) + ", not an array");
-    // Every entry costs about its size in memory; a file that does not share
-    // objects stays far below this, one that shares them a million times does not.
-    const std::uint64_t budget = size_ < (std::uint64_t(1) << 58) ? 16 * std::uint64_t(size_) + (1u << 20) : UINT64_MAX;
+        throw LedgerFileError(std::string("root is ") + typeName(root.marker) + ", not an array",
+            LedgerFileError::Kind::NotALedger);
+    const std::uint64_t budget = size_ < (std::uint64_t(1) << 58)
+        ? kBudgetPerFileByte * std::uint64_t(size_) + kBudgetBase
+        : UINT64_MAX;
     EinnahmeList list;
     if (root.count >= kSplitFrom && std::thread::hardware_concurrency() >= 2 && readInTwo(root, budget, list))
         return list;
@@ -109,19 +110,19 @@ EinnahmeList BinaryPropertyListReader::readEntries()
     return readEntryArray(topObject_);
 }
 
-// Fresh object states and text cache (a fresh mapping is zero) and the text pool to fill.
+// Fresh object states and text numbers (a fresh mapping is zero) and the text
+// pool to fill. The offset table proves the object count: both tables together
+// take at most five times the file's size.
 void BinaryPropertyListReader::startPass()
 {
+    const auto objects = static_cast<std::size_t>(objectCount_);
     objectStates_ = HugePageMemory();
-    objectStates_ = HugePageMemory(static_cast<std::size_t>(objectCount_), HugePageMemory::Backing::Filled);
+    objectStates_ = HugePageMemory(objects, HugePageMemory::Backing::Filled);
     state_ = static_cast<std::uint8_t*>(objectStates_.data());
-    unsigned bits = 4;
-    while (bits < kMostTextSlotBits && (std::uint64_t(1) << bits) < objectCount_)
-        ++bits;
-    textCache_ = HugePageMemory();
-    textCache_ = HugePageMemory(sizeof(TextSlot) << bits, HugePageMemory::Backing::Filled);
-    textSlots_ = static_cast<TextSlot*>(textCache_.data());
-    textSlotShift_ = 64 - bits;
+    // Only the numbers of text objects are touched, often far apart.
+    textNumbers_ = HugePageMemory();
+    textNumbers_ = HugePageMemory(objects * sizeof(std::uint32_t), HugePageMemory::Backing::Huge);
+    textOf_ = static_cast<std::uint32_t*>(textNumbers_.data());
     texts_ = &arena_.texts();
 }
 
@@ -171,12 +172,29 @@ bool BinaryPropertyListReader::readInTwo(const Head& root, std::uint64_t budget,
     return false;
 }
 
+namespace {
+constexpr std::size_t kTrailer = 32;
+}
+
+void BinaryPropertyListReader::checkTrailer(std::string_view trailer, std::uint64_t fileSize)
+{
+    BinaryPropertyListReader reader { std::string_view() };
+    reader.size_ = static_cast<std::size_t>(fileSize);
+    reader.parseTrailer(trailer.size() == kTrailer ? reinterpret_cast<const std::uint8_t*>(trailer.data()) : nullptr);
+}
+
 void BinaryPropertyListReader::readTrailer()
 {
-    constexpr std::size_t kTrailer = 32;
-    if (size_ < 8 + 1 + 1 + kTrailer)
-        fail("too short for a binary property list (" + std::to_string(size_) + " bytes)");
-    const std::uint8_t* t = data_ + size_ - kTrailer;
+    parseTrailer(size_ >= kTrailer ? data_ + size_ - kTrailer : nullptr);
+}
+
+// The trailer's fields, each checked against the size of the file (no trailer
+// when the file is shorter than one).
+void BinaryPropertyListReader::parseTrailer(const std::uint8_t* t)
+{
+    if (size_ < 8 + 1 + 1 + kTrailer || !t)
+        fail("too short for a binary property list (" + std::to_string(size_) + " bytes)", size_);
+    const std::uint64_t at = size_ - kTrailer;
     offsetSize_ = t[6];
     refSize_ = t[7];
     objectCount_ = bigEndian(t + 8, 8);
@@ -184,20 +202,23 @@ void BinaryPropertyListReader::readTrailer()
     const std::uint64_t table = bigEndian(t + 24, 8);
     const std::size_t trailerStart = size_ - kTrailer;
     if (offsetSize_ < 1 || offsetSize_ > 8)
-        fail("offset size " + std::to_string(offsetSize_) + " in the trailer is out of range (1 to 8)");
+        fail("offset size " + std::to_string(offsetSize_) + " in the trailer is out of range (1 to 8)", at + 6);
     if (refSize_ < 1 || refSize_ > 8)
-        fail("object reference size " + std::to_string(refSize_) + " in the trailer is out of range (1 to 8)");
+        fail("object reference size " + std::to_string(refSize_) + " in the trailer is out of range (1 to 8)", at + 7);
     if (objectCount_ == 0)
-        fail("the trailer counts no objects");
+        fail("the trailer counts no objects", at + 8);
     if (topObject_ >= objectCount_)
         fail("top object " + std::to_string(topObject_) + " out of range (" + std::to_string(objectCount_)
-            + " objects)");
+            + " objects)",
+            at + 16);
     if (table < 9 || table >= trailerStart)
         fail("offset table out of range (at " + std::to_string(table) + ", trailer at " + std::to_string(trailerStart)
-            + ")");
+                + ")",
+            at + 24);
     if (objectCount_ > (trailerStart - table) / offsetSize_)
         fail("offset table out of range (" + std::to_string(objectCount_) + " offsets of " + std::to_string(offsetSize_)
-            + " bytes do not fit before the trailer)");
+                + " bytes do not fit before the trailer)",
+            at + 24);
     offsetTable_ = static_cast<std::size_t>(table);
 }
 
@@ -244,7 +265,8 @@ inline BinaryPropertyListReader::Head BinaryPropertyListReader::head(std::uint64
 void BinaryPropertyListReader::failOffset(std::uint64_t object, std::uint64_t offset) const
 {
     fail("object " + std::to_string(object) + ": offset " + std::to_string(offset)
-        + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")");
+            + " lies outside the object area (8 to " + std::to_string(offsetTable_) + ")",
+        offsetTable_ + object * offsetSize_);
 }
 
 inline BinaryPropertyListReader::Head BinaryPropertyListReader::headAt(std::uint64_t object, std::uint64_t offset) const
@@ -311,7 +333,7 @@ BinaryPropertyListReader::Head BinaryPropertyListReader::headOfLength(
 
 void BinaryPropertyListReader::failObject(std::uint64_t object, std::uint64_t offset, const std::string& what) const
 {
-    fail("object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": " + what);
+    fail("object " + std::to_string(object) + " at offset " + std::to_string(offset) + ": " + what, offset);
 }
 
 inline std::uint64_t BinaryPropertyListReader::refAt(std::size_t position) const
@@ -383,14 +405,14 @@ void BinaryPropertyListReader::prefetchEntry(const Head& array, std::uint64_t in
         if (value >= objectCount_)
             continue;
         const std::uint8_t* slot = data_ + offsetTable_ + static_cast<std::size_t>(value) * offsetSize_;
-        const TextSlot& cached = textSlotOf(value);
+        const std::uint32_t known = textOf_[value];
         if (!values) {
             __builtin_prefetch(slot);
-            __builtin_prefetch(&cached);
+            __builtin_prefetch(&textOf_[value]);
             continue;
         }
-        if ((cached.tag & ~kSlotHit) == value + 1) {
-            __builtin_prefetch(&texts_->at(cached.number));
+        if (known != 0) {
+            __builtin_prefetch(&texts_->at(known - 1));
             continue;
         }
         const std::uint64_t at = bigEndianInData(slot, offsetSize_);
@@ -402,10 +424,11 @@ void BinaryPropertyListReader::prefetchEntry(const Head& array, std::uint64_t in
 EinnahmePtr BinaryPropertyListReader::readEntry(std::uint64_t object)
 {
     const Head h = head(object);
+    entryAt_ = bigEndianInData(data_ + offsetTable_ + static_cast<std::size_t>(object) * offsetSize_, offsetSize_);
     if ((h.marker >> 4) != 0xD)
         fail(std::string("is ") + typeName(h.marker) + ", not a dictionary");
     enter(object);
-    charge(256);
+    charge(kEntryCost);
     Einnahme::Fields fields;
     unsigned seen = 0;
     const std::size_t values = h.payload + static_cast<std::size_t>(h.count) * refSize_;
@@ -523,30 +546,25 @@ std::size_t firstNonAscii(const std::uint8_t* p, std::size_t length)
 
 void BinaryPropertyListReader::readText(int key, std::uint64_t object, EntryText& out)
 {
-    TextSlot& slot = textSlotOf(object);
-    if ((slot.tag & ~kSlotHit) == object + 1) {
-        // Decoded lately: charged as a fresh decoding would be, then shared.
-        slot.tag |= kSlotHit;
-        charge(slot.charge);
-        out = EntryText::borrowed(texts_->at(slot.number));
+    std::uint32_t& known = textOf_[object];
+    if (known != 0) {
+        // Decoded before: shared, nothing new is built.
+        out = EntryText::borrowed(texts_->at(known - 1));
         return;
     }
     const Head h = head(object);
     const std::uint8_t* p = data_ + h.payload;
     const auto length = static_cast<std::size_t>(h.count);
-    std::uint64_t cost;
     std::string* text;
     if ((h.marker >> 4) == 0x5) {
-        cost = length;
-        charge(cost);
+        charge(kTextCost + length);
         const std::size_t bad = firstNonAscii(p, length);
         if (bad < length)
             failAtKey(key, "ASCII string holds the byte " + hexByte(p[bad]));
         text = &texts_->add();
         text->assign(reinterpret_cast<const char*>(p), length);
     } else if ((h.marker >> 4) == 0x6) {
-        cost = 3 * std::uint64_t(length);
-        charge(cost);
+        charge(kTextCost + 3 * std::uint64_t(length));
         text = &texts_->add();
         if (!Utf16::appendUtf8FromBigEndian(p, length, *text))
             failAtKey(key, "string holds an unpaired UTF-16 surrogate");
@@ -554,15 +572,11 @@ void BinaryPropertyListReader::readText(int key, std::uint64_t object, EntryText
         failWrongType(key, h, "a string");
     }
     out = EntryText::borrowed(*text);
-    // A slot holding an object found again gets a second chance: it is kept
-    // this time and may be replaced the next.
-    if (slot.tag & kSlotHit) {
-        slot.tag &= ~kSlotHit;
-        return;
-    }
-    const std::size_t number = texts_->size() - 1;
-    if (number <= UINT32_MAX && cost <= UINT32_MAX)
-        slot = TextSlot { object + 1, static_cast<std::uint32_t>(number), static_cast<std::uint32_t>(cost) };
+    // Each text is charged kTextCost bytes at least, so only a file of many
+    // gigabytes could hold more texts than 32 bits number; past that, a text
+    // is decoded (and charged) again at each reference.
+    if (texts_->size() <= UINT32_MAX)
+        known = static_cast<std::uint32_t>(texts_->size());
 }
 
 float BinaryPropertyListReader::readAmount(int key, const Head& h) const
@@ -616,14 +630,15 @@ void BinaryPropertyListReader::failCycle(std::uint64_t object) const
 
 void BinaryPropertyListReader::failBudget() const
 {
-    fail("objects are shared so often that the file would expand beyond 16 times its size");
+    fail("objects are shared so often that the file would expand beyond " + std::to_string(kBudgetPerFileByte)
+        + " times its size");
 }
 
-void BinaryPropertyListReader::fail(const std::string& what) const
+void BinaryPropertyListReader::fail(const std::string& what, std::optional<std::uint64_t> byte) const
 {
     if (path_.depth() == 0)
-        throw LedgerFileError(what);
-    throw LedgerFileError(path_.describe() + ": " + what);
+        throw LedgerFileError(what, LedgerFileError::Kind::Damaged, byte);
+    throw LedgerFileError(path_.describe() + ": " + what, LedgerFileError::Kind::Damaged, byte ? byte : entryAt_);
 }
 
 void BinaryPropertyListReader::failAtKey(int key, const std::string& what) const

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,19 +21,22 @@ namespace saldo {
 // and object reference is checked against the data before it is used, all
 // arithmetic on them is overflow-checked, reference cycles are refused, split
 // bookings nest at most LedgerEntryPath::kMaxNesting levels (bounded recursion
-// with small frames), and objects referenced more than once are decoded once
-// per reference only within a budget proportional to the file size. Objects
+// with small frames), and what decoding builds is bounded by a budget that
+// grows with the file (see kBudgetPerFileByte). Objects
 // are examined when an entry refers to them; objects nothing refers to (and
 // the values of keys other than the twelve) are skipped unread. Any fault
 // throws LedgerFileError naming what was wrong and where; nothing partial is
 // returned.
 //
-// A string object referred to again soon is decoded once: the entries that
-// refer to it share one text (kept in the arena's TextPool), found through a
-// small cache by object that keeps the objects met again and again (kinds,
-// categories, names); other texts are decoded per reference. Each reference is
-// charged to the budget as if it were decoded again, so what is refused does
-// not depend on what the cache holds.
+// A string object is decoded once, however many entries refer to it: they
+// share one text, kept in the arena's TextPool and found through a table of
+// four bytes per object. A dictionary or array referred to more than once is
+// decoded once per reference, into entries of their own. The budget is
+// charged with what is really built: every entry and list, and every text
+// once; a reference to a text decoded before costs nothing more. So every
+// ledger the writer makes, which shares texts as much as it can but gives
+// each entry its own dictionary, date and child list, reads back, while a
+// file whose few objects nest into millions of entries is refused.
 //
 // A long top-level list is decoded by two threads, one half each, every
 // thread with its own object states and half the budget. When either half
@@ -44,8 +48,24 @@ public:
 
     EinnahmeList readEntries();
 
+    // Checks the 32-byte trailer of a binary property list of `fileSize`
+    // bytes against that size, before the rest of the file is read: throws
+    // LedgerFileError as readEntries() would.
+    static void checkTrailer(std::string_view trailer, std::uint64_t fileSize);
+
     // Top-level lists at least this long are decoded by two threads.
     static constexpr std::uint64_t kSplitFrom = 8192;
+
+    // The budget: bytes of entries, lists and texts that a file may build, per
+    // byte of the file and in all. An entry is charged kEntryCost (its memory
+    // with room to spare), a list 8 bytes per element and 16 more, a text its
+    // UTF-8 bytes (at most three per UTF-16 unit) and kTextCost more. A
+    // ledger the writer makes holds at least 40 bytes per entry, so it needs
+    // at most about seven bytes per byte of its file.
+    static constexpr std::uint64_t kBudgetPerFileByte = 16;
+    static constexpr std::uint64_t kBudgetBase = std::uint64_t(1) << 20;
+    static constexpr std::uint64_t kEntryCost = 256;
+    static constexpr std::uint64_t kTextCost = 32;
 
 private:
     // The decoded head of one object: its marker, its element count or length,
@@ -57,6 +77,7 @@ private:
     };
 
     void readTrailer();
+    void parseTrailer(const std::uint8_t* trailer);
     bool readInTwo(const Head& root, std::uint64_t budget, EinnahmeList& list);
     Head head(std::uint64_t object) const;
     Head headAt(std::uint64_t object, std::uint64_t offset) const;
@@ -90,7 +111,8 @@ private:
         budget_ -= units;
     }
 
-    [[noreturn]] void fail(const std::string& what) const;
+    // Fails at the entry being read, or at `byte` when given.
+    [[noreturn]] void fail(const std::string& what, std::optional<std::uint64_t> byte = {}) const;
     [[noreturn, gnu::cold, gnu::noinline]] void failOffset(std::uint64_t object, std::uint64_t offset) const;
     [[noreturn, gnu::cold, gnu::noinline]] void failLength(
         std::uint64_t object, std::uint64_t offset, std::uint64_t count) const;
@@ -108,20 +130,6 @@ private:
 
     static constexpr std::uint8_t kActive = 0x80; // a container on the current path
     static constexpr std::uint8_t kKeyKnown = 0x40; // low bits hold the key index + 1 (0: other key)
-    // A string object decoded lately: the object + 1 (0: none), with kSlotHit
-    // set once it was found again; its number in the text pool and what each
-    // reference to it is charged.
-    struct TextSlot {
-        std::uint64_t tag;
-        std::uint32_t number;
-        std::uint32_t charge;
-    };
-    static constexpr std::uint64_t kSlotHit = std::uint64_t(1) << 63;
-    static constexpr unsigned kMostTextSlotBits = 15;
-    TextSlot& textSlotOf(std::uint64_t object) const
-    {
-        return textSlots_[(object * 0x9E3779B97F4A7C15ull) >> textSlotShift_];
-    }
 
     const std::uint8_t* data_;
     std::size_t size_;
@@ -130,11 +138,12 @@ private:
     std::uint64_t objectCount_ = 0;
     std::uint64_t topObject_ = 0;
     std::size_t offsetTable_ = 0; // also the end of the object area
+    std::uint64_t entryAt_ = 0; // where the entry being read starts, for errors
     HugePageMemory objectStates_; // state_ of one pass, zero at its start
-    HugePageMemory textCache_; // textSlots_ of one pass, zero at its start
+    HugePageMemory textNumbers_; // textOf_ of one pass, zero at its start
     std::uint8_t* state_ = nullptr; // one byte per object
-    TextSlot* textSlots_ = nullptr;
-    unsigned textSlotShift_ = 64;
+    // Per object: the number + 1 of its text in the pool once decoded, else 0.
+    std::uint32_t* textOf_ = nullptr;
     TextPool* texts_ = nullptr;
     std::uint64_t budget_ = 0;
     LedgerEntryPath path_;

@@ -10,6 +10,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <limits>
 #include <string>
 
@@ -96,7 +97,8 @@ EinnahmeList Reader::read(std::string_view bytes)
     const pugi::xml_parse_result result = document.load_buffer(bytes.data(), bytes.size(), options);
     if (!result)
         throw LedgerFileError(
-            std::string("malformed XML: ") + result.description() + " (byte " + std::to_string(result.offset) + ")");
+            std::string("malformed XML: ") + result.description() + " (byte " + std::to_string(result.offset) + ")",
+            LedgerFileError::Kind::Damaged, static_cast<std::uint64_t>(result.offset));
 
     pugi::xml_node top;
     for (pugi::xml_node node = document.first_child(); node; node = node.next_sibling()) {
@@ -114,7 +116,7 @@ EinnahmeList Reader::read(std::string_view bytes)
         }
     }
     if (!top)
-        throw LedgerFileError("not a property list: no document element");
+        throw LedgerFileError("not a property list: no document element", LedgerFileError::Kind::NotALedger);
     pugi::xml_node root = top;
     if (std::strcmp(top.name(), "plist") == 0) {
         root = firstElement(top);
@@ -124,7 +126,9 @@ EinnahmeList Reader::read(std::string_view bytes)
             fail(top, "the property list holds more than one root value");
     }
     if (std::strcmp(root.name(), "array") != 0)
-        fail(root, std::string("root is <") + root.name() + ">, not an array");
+        throw LedgerFileError(std::string("root is <") + root.name() + ">, not an array (byte "
+                + std::to_string(root.offset_debug()) + ")",
+            LedgerFileError::Kind::NotALedger);
     return readEntryArray(root);
 }
 
@@ -438,9 +442,12 @@ void Reader::fail(const pugi::xml_node& at, const std::string& what) const
     if (key_ >= 0)
         message += "key \"" + std::string(kEinnahmeKeys[key_]) + "\" ";
     message += what;
-    if (at)
-        message += " (byte " + std::to_string(at.offset_debug()) + ")";
-    throw LedgerFileError(message);
+    std::optional<std::uint64_t> byte;
+    if (at) {
+        byte = static_cast<std::uint64_t>(at.offset_debug());
+        message += " (byte " + std::to_string(*byte) + ")";
+    }
+    throw LedgerFileError(message, LedgerFileError::Kind::Damaged, byte);
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include <ctime>
 #include <fcntl.h>
 #include <pthread.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,36 +14,14 @@ namespace {
 
 using Kind = FileWriteError::Kind;
 
-// strerror_r comes in two forms; both are safe to call from any thread.
-[[maybe_unused]] const char* messageOf(int, const char* buffer)
-{
-    return buffer;
-}
-[[maybe_unused]] const char* messageOf(const char* message, const char*)
-{
-    return message;
-}
-
-std::string systemText(int error)
-{
-    char buffer[256] = {};
-    return messageOf(::strerror_r(error, buffer, sizeof buffer), buffer);
-}
-
 [[noreturn]] void fail(Kind kind, const std::string& path, const std::string& what, int error)
 {
-    throw FileWriteError(kind, path, what, error, systemText(error));
+    throw FileWriteError::fromSystem(kind, path, what, error);
 }
 
 [[noreturn]] void refuse(const std::string& path, const char* what, const char* detail, int error = 0)
 {
     throw FileWriteError(Kind::NotRegularFile, path, what, error, detail);
-}
-
-std::string folderOf(const std::string& path)
-{
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
 }
 
 // The name a chain of symbolic links ends in; `path` itself when it is no
@@ -65,77 +42,53 @@ std::string endOfLinks(const std::string& path)
         if (static_cast<std::size_t>(length) == target.size()) // grew meanwhile: read again
             continue;
         target.resize(static_cast<std::size_t>(length));
-        current = target.front() == '/' ? target : folderOf(current) + "/" + target;
+        current = target.front() == '/' ? target : TemporaryFile::folderOf(current) + "/" + target;
     }
 }
 
-// Eight characters no other writer is likely to pick; O_EXCL settles any clash.
-std::string randomSuffix(unsigned attempt)
-{
-    static constexpr char kAlphabet[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_";
-    unsigned char noise[8] = {};
-    if (::getrandom(noise, sizeof noise, GRND_NONBLOCK) != static_cast<ssize_t>(sizeof noise)) {
-        timespec now {};
-        ::clock_gettime(CLOCK_MONOTONIC, &now);
-        unsigned long long mix = static_cast<unsigned long long>(now.tv_nsec) * 0x9E3779B97F4A7C15ull
-            ^ static_cast<unsigned long long>(::getpid()) << 20 ^ attempt;
-        for (unsigned char& n : noise) {
-            n = static_cast<unsigned char>(mix);
-            mix = mix >> 8 | mix << 56;
-        }
-    }
-    std::string suffix;
-    for (const unsigned char n : noise)
-        suffix += kAlphabet[n % 64];
-    return suffix;
-}
-
-// A new temporary file beside the target, removed again unless the write went through.
-class TemporaryFile {
+// While it lives, the signals a write itself can raise on the calling thread
+// do not end the process: a reader that went away makes a write to a pipe fail
+// with EPIPE instead of SIGPIPE, and the file-size limit makes it fail with
+// EFBIG instead of SIGXFSZ. Only the calling thread's signal mask changes, and
+// such a signal it caused is taken off again.
+class WriteSignalBlock {
 public:
-    TemporaryFile(const std::string& path, const std::string& target, mode_t createMode)
+    WriteSignalBlock()
     {
-        const std::string folder = folderOf(target);
-        // A hidden name of at most 255 bytes, the longest a folder entry may have.
-        const std::string base = target.substr(target.rfind('/') + 1, 200);
-        for (unsigned attempt = 0; attempt < 100; ++attempt) {
-            path_ = (folder == "/" ? "" : folder) + "/." + base + "." + randomSuffix(attempt);
-            fd_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, createMode);
-            if (fd_ >= 0 || errno != EEXIST)
-                break;
+        sigemptyset(&signals_);
+        sigaddset(&signals_, SIGPIPE);
+        sigaddset(&signals_, SIGXFSZ);
+        sigpending(&wasPending_);
+        ::pthread_sigmask(SIG_BLOCK, &signals_, &previous_);
+    }
+    ~WriteSignalBlock()
+    {
+        sigset_t pending;
+        sigpending(&pending);
+        for (const int signal : { SIGPIPE, SIGXFSZ }) {
+            if (sigismember(&wasPending_, signal) == 1 || sigismember(&pending, signal) != 1)
+                continue;
+            sigset_t one;
+            sigemptyset(&one);
+            sigaddset(&one, signal);
+            const timespec now {};
+            while (::sigtimedwait(&one, nullptr, &now) < 0 && errno == EINTR) { }
         }
-        if (fd_ < 0)
-            fail(Kind::CannotCreate, path, "cannot create a file in " + folder, errno);
+        ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
     }
-    ~TemporaryFile()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-        if (!renamed_)
-            ::unlink(path_.c_str());
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    int fd() const { return fd_; }
-    const std::string& path() const { return path_; }
-    int close()
-    {
-        const int result = ::close(fd_);
-        fd_ = -1;
-        return result;
-    }
-    void renamed() { renamed_ = true; }
+    WriteSignalBlock(const WriteSignalBlock&) = delete;
+    WriteSignalBlock& operator=(const WriteSignalBlock&) = delete;
 
 private:
-    std::string path_;
-    int fd_ = -1;
-    bool renamed_ = false;
+    sigset_t signals_;
+    sigset_t previous_;
+    sigset_t wasPending_;
 };
 
 // Writes everything or fails with the first error; a write of nothing counts as a failure.
 int writeAll(int fd, std::string_view bytes)
 {
+    WriteSignalBlock quiet;
     while (!bytes.empty()) {
         const ssize_t n = ::write(fd, bytes.data(), bytes.size());
         if (n < 0 && errno == EINTR)
@@ -147,88 +100,52 @@ int writeAll(int fd, std::string_view bytes)
     return 0;
 }
 
-void replace(const std::string& path, const std::string& target, std::string_view bytes)
+AtomicFileWriter::Result replace(
+    const std::string& path, const std::string& target, std::string_view bytes, const AtomicFileWriter::Options& options)
 {
     struct stat old { };
     const bool exists = ::stat(target.c_str(), &old) == 0;
     // Renaming over a file needs only the folder's permission; a file the user
     // made read-only must not be replaced behind their back. (Asked with the
-    // effective identity, which the writes below run under as well.)
+    // effective identity, which the writes below run under as well. The
+    // superuser may write any file, so permissions that let nobody write it
+    // are asked for as well.)
     if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         fail(Kind::ReadOnly, path, "the file is read-only", errno);
+    if (exists && (old.st_mode & 0222) == 0)
+        fail(Kind::ReadOnly, path, "the file is read-only", EACCES);
+    if (exists && options.holdsLedger && options.holdsLedger(target))
+        throw FileWriteError(Kind::HoldsLedger, path, "holds a ledger", 0, "only the ledger's own save writes over it");
 
     // A new file gets what the umask leaves of rw-rw-rw-, as any new file does;
     // a replaced one its old permissions, before any byte is written.
-    TemporaryFile temporary(path, target, exists ? old.st_mode & 0777 : 0666);
+    auto temporary = std::make_unique<TemporaryFile>(path, target, exists ? old.st_mode & 0777 : 0666);
     if (exists) {
         struct stat made { };
-        if (::fstat(temporary.fd(), &made) == 0 && (made.st_uid != old.st_uid || made.st_gid != old.st_gid)) {
+        if (::fstat(temporary->fd(), &made) == 0 && (made.st_uid != old.st_uid || made.st_gid != old.st_gid)) {
             // Keeps the owner when the superuser saves a user's file, and the
             // group where the user belongs to it.
-            if (::fchown(temporary.fd(), old.st_uid, old.st_gid) != 0
-                && ::fchown(temporary.fd(), static_cast<uid_t>(-1), old.st_gid) != 0) {
+            if (::fchown(temporary->fd(), old.st_uid, old.st_gid) != 0
+                && ::fchown(temporary->fd(), static_cast<uid_t>(-1), old.st_gid) != 0) {
                 // Neither: the file becomes the writer's, as a new file would.
             }
         }
         // After fchown, which clears set-user-ID and set-group-ID bits.
-        if (::fchmod(temporary.fd(), old.st_mode & 07777) != 0)
+        if (::fchmod(temporary->fd(), old.st_mode & 07777) != 0)
             fail(Kind::CannotCreate, path, "cannot set the permissions", errno);
     }
-    if (const int error = writeAll(temporary.fd(), bytes))
+    if (const int error = writeAll(temporary->fd(), bytes))
         fail(Kind::WriteFailed, path, "cannot write", error);
-    if (::fsync(temporary.fd()) != 0)
+    if (::fsync(temporary->fd()) != 0)
         fail(Kind::WriteFailed, path, "cannot flush to disk", errno);
-    if (temporary.close() != 0)
-        fail(Kind::WriteFailed, path, "cannot write", errno);
-    if (::rename(temporary.path().c_str(), target.c_str()) != 0) {
-        const int error = errno;
-        const Kind kind = error == EACCES || error == EPERM || error == EROFS ? Kind::ReadOnly
-            : error == EISDIR                                                 ? Kind::NotRegularFile
-                                                                              : Kind::WriteFailed;
-        fail(kind, path, "cannot replace the file", error);
+    AtomicFileWriter::Result result;
+    if (options.mayReplace && !options.mayReplace()) {
+        result.kept = std::move(temporary);
+        return result;
     }
-    temporary.renamed();
-    // The rename itself reaches the disk with the folder. The file is already
-    // complete under its name, so a failure here has nothing left to undo.
-    const int folder = ::open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder >= 0) {
-        ::fsync(folder);
-        ::close(folder);
-    }
+    result.file = temporary->renameOverTarget();
+    return result;
 }
-
-// While it lives, a reader that went away makes a write to a pipe fail with
-// EPIPE instead of ending the process with SIGPIPE. Only the calling thread's
-// signal mask changes, and a SIGPIPE it caused is taken off again.
-class PipeSignalBlock {
-public:
-    PipeSignalBlock()
-    {
-        sigemptyset(&pipe_);
-        sigaddset(&pipe_, SIGPIPE);
-        sigset_t pending;
-        sigpending(&pending);
-        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-        ::pthread_sigmask(SIG_BLOCK, &pipe_, &previous_);
-    }
-    ~PipeSignalBlock()
-    {
-        sigset_t pending;
-        sigpending(&pending);
-        if (!wasPending_ && sigismember(&pending, SIGPIPE) == 1) {
-            const timespec now {};
-            while (::sigtimedwait(&pipe_, nullptr, &now) < 0 && errno == EINTR) { }
-        }
-        ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
-    }
-    PipeSignalBlock(const PipeSignalBlock&) = delete;
-    PipeSignalBlock& operator=(const PipeSignalBlock&) = delete;
-
-private:
-    sigset_t pipe_;
-    sigset_t previous_;
-    bool wasPending_ = false;
-};
 
 void writeThrough(const std::string& path, bool pipe, std::string_view bytes)
 {
@@ -250,10 +167,8 @@ void writeThrough(const std::string& path, bool pipe, std::string_view bytes)
     const int flags = ::fcntl(fd, F_GETFL);
     if (error == 0 && (flags < 0 || ::fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) != 0))
         error = errno;
-    if (error == 0) {
-        PipeSignalBlock quiet;
+    if (error == 0)
         error = writeAll(fd, bytes);
-    }
     if (::close(fd) != 0 && error == 0)
         error = errno;
     if (error != 0)
@@ -262,7 +177,7 @@ void writeThrough(const std::string& path, bool pipe, std::string_view bytes)
 
 } // namespace
 
-void AtomicFileWriter::write(const std::string& path, std::string_view bytes)
+AtomicFileWriter::Result AtomicFileWriter::write(const std::string& path, std::string_view bytes, const Options& options)
 {
     struct stat info { };
     if (::stat(path.c_str(), &info) != 0) {
@@ -270,18 +185,19 @@ void AtomicFileWriter::write(const std::string& path, std::string_view bytes)
         if (error != ENOENT)
             fail(Kind::CannotCreate, path, "cannot reach the file", error);
         // A new file, or one a symbolic link names that is not there yet.
-        replace(path, endOfLinks(path), bytes);
-    } else if (S_ISREG(info.st_mode)) {
-        replace(path, endOfLinks(path), bytes);
-    } else if (S_ISCHR(info.st_mode) || S_ISFIFO(info.st_mode)) {
-        writeThrough(path, S_ISFIFO(info.st_mode), bytes);
-    } else if (S_ISDIR(info.st_mode)) {
-        refuse(path, "not a regular file", "a directory");
-    } else if (S_ISBLK(info.st_mode)) {
-        refuse(path, "not a regular file", "a block device");
-    } else {
-        refuse(path, "not a regular file", "a socket");
+        return replace(path, endOfLinks(path), bytes, options);
     }
+    if (S_ISREG(info.st_mode))
+        return replace(path, endOfLinks(path), bytes, options);
+    if (S_ISCHR(info.st_mode) || S_ISFIFO(info.st_mode)) {
+        writeThrough(path, S_ISFIFO(info.st_mode), bytes);
+        return {};
+    }
+    if (S_ISDIR(info.st_mode))
+        refuse(path, "not a regular file", "a directory");
+    if (S_ISBLK(info.st_mode))
+        refuse(path, "not a regular file", "a block device");
+    refuse(path, "not a regular file", "a socket");
 }
 
 } // namespace saldo

@@ -15,19 +15,25 @@
 #include "app/commands/ReplaceEntryCommand.h"
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/SearchOutcome.h"
+#include "model/InterruptedSaves.h"
 #include "model/LedgerFile.h"
 #include "platform/Diagnostics.h"
 #include "platform/Dialogs.h"
+#include "platform/LedgerFileErrorText.h"
+#include "platform/PathText.h"
 #include "platform/Sound.h"
 #include "settings/CategoryRename.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
+#include <QApplication>
+#include <QEventLoop>
 #include <QHash>
 #include <QLockFile>
+#include <QStatusBar>
 #include <QUndoStack>
 
 #include <cmath>
@@ -114,27 +120,49 @@ bool Document::readFromData(const QByteArray& data)
     return false;
 }
 
+bool Document::readEntries(const QString& path, std::size_t* hash)
+{
+    try {
+        EinnahmeList entries = LedgerFile::read(QFile::encodeName(path).toStdString(), {}, [&](std::string_view bytes) {
+            if (hash)
+                *hash = qHash(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+        });
+        entries_->setEntries(std::move(entries));
+        errorCode_ = 0;
+        readFailure_.clear();
+        return true;
+    } catch (const LedgerFileError& error) {
+        std::cerr << "saldo: " << error.what() << '\n';
+        readFailure_ = LedgerFileErrorText::reason(error);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "saldo: " << PathText::oneLine(QFile::encodeName(path).toStdString()) << ": out of memory\n";
+        readFailure_ = QStringLiteral("zu gross fuer den Arbeitsspeicher");
+    }
+    errorCode_ = kFileErrorCode;
+    return false;
+}
+
+QString Document::unreadableFileText() const
+{
+    return readFailure_.isEmpty() ? unreadableFileReason()
+                                  : QStringLiteral("Die Datei ist keine lesbare Saldo-Datei (%1).").arg(readFailure_);
+}
+
 bool Document::readFromFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        std::cerr << "saldo: " << path.toStdString() << ": " << file.errorString().toStdString() << '\n';
-        errorCode_ = kFileErrorCode;
-        return false;
-    }
-    const QByteArray bytes = file.readAll();
-    if (!readFromData(bytes))
+    std::size_t hash = 0;
+    if (!readEntries(path, &hash))
         return false;
     const QString canonical = QFileInfo(path).canonicalFilePath();
     setFilePath(canonical.isEmpty() ? QFileInfo(path).absoluteFilePath() : canonical);
-    noteFileContents(bytes);
+    noteFileContents(hash);
     return true;
 }
 
-void Document::noteFileContents(const QByteArray& bytes)
+void Document::noteFileContents(std::size_t hash)
 {
     diskStamp_ = FileStamp::of(filePath_);
-    diskHash_ = qHash(bytes);
+    diskHash_ = hash;
     declinedStamp_.reset();
 }
 
@@ -143,17 +171,16 @@ bool Document::reloadFromFile()
     if (isUntitled())
         return false;
     finishBackgroundSave();
-    QFile file(filePath_);
-    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    if (!file.isOpen() || !readFromData(bytes)) {
+    std::size_t hash = 0;
+    if (!readEntries(filePath_, &hash)) {
         // Nothing replaced: the window keeps its entries, still to be saved.
         declinedStamp_ = FileStamp::of(filePath_);
         Dialogs::instance().showError(window_.get(),
             QStringLiteral("Das Dokument „%1“ konnte nicht neu geladen werden.").arg(displayName()),
-            unreadableFileReason() + QStringLiteral(" Die Einträge im Fenster bleiben erhalten."));
+            unreadableFileText() + QStringLiteral(" Die Einträge im Fenster bleiben erhalten."));
         return false;
     }
-    noteFileContents(bytes);
+    noteFileContents(hash);
     // The undo history belongs to the entries that were replaced.
     clearUndoHistory();
     updateChangeCount(ChangeType::Cleared);
@@ -162,12 +189,18 @@ bool Document::reloadFromFile()
 
 bool Document::adoptRecoveryCopy(const QString& path, std::unique_ptr<QLockFile> lock)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || !readFromData(file.readAll()))
+    if (!readEntries(path, nullptr))
         return false;
     recoveryPath_ = path;
     recoveryLock_ = std::move(lock);
+    changedWhenShown_ = true;
     return true;
+}
+
+void Document::takeEntriesOfInterruptedSave(EinnahmeList entries)
+{
+    entries_->setEntries(std::move(entries));
+    changedWhenShown_ = true;
 }
 
 void Document::makeWindowControllers()
@@ -177,8 +210,8 @@ void Document::makeWindowControllers()
     if (DocumentController* controller = DocumentController::sharedDocumentController())
         setAutosavingDelay(controller->autosavingDelay());
     window_ = std::make_unique<DocumentWindow>(*this, defaults_);
-    // A restored recovery copy has never been saved under a name.
-    if (!recoveryPath_.isEmpty())
+    // Restored work (a recovery copy, an interrupted save) is not in the file yet.
+    if (changedWhenShown_)
         updateChangeCount(ChangeType::Done);
 }
 
@@ -331,7 +364,7 @@ void Document::sortEinnahmen(std::optional<std::string_view> key, bool ascending
 
 void Document::reportSaveFailure(const QString& path, const QString& reason)
 {
-    std::cerr << "saldo: " << path.toStdString() << ": " << reason.toStdString() << '\n';
+    std::cerr << "saldo: " << PathText::oneLine(path.toStdString()) << ": " << reason.toStdString() << '\n';
     if (saveFailureShown_)
         return;
     saveFailureShown_ = true;
@@ -345,14 +378,25 @@ void Document::reportSaveFailure(const QString& path, const QString& reason)
 
 bool Document::saveTo(const QString& path)
 {
+    // One save by hand at a time.
+    if (waitingForSave_)
+        return false;
     autosaveTimer_.stop();
-    finishBackgroundSave();
-    const BackgroundSave::Outcome outcome = BackgroundSave::writeNow(backupEinnahmen(), path);
-    if (!noteSaved(path, outcome, changeCount_))
+    if (saving_) {
+        waitWithWindowPainting();
+        finishBackgroundSave();
+    }
+    startBackgroundSave(path, SaveTarget::File);
+    waitWithWindowPainting();
+    if (!finishBackgroundSave())
         return false;
     const QString canonical = QFileInfo(path).canonicalFilePath();
     setFilePath(canonical.isEmpty() ? path : canonical);
     dropRecoveryCopy();
+    // A change that came while the save waited on a question.
+    if (saveAgain_ && isDocumentEdited())
+        autosaveTimer_.start();
+    saveAgain_ = false;
     return true;
 }
 
@@ -369,6 +413,8 @@ bool Document::noteSaved(const QString& path, const BackgroundSave::Outcome& out
         return false;
     }
     saveFailureShown_ = false;
+    // What saves killed before left beside the file is older than it now.
+    InterruptedSaves::sweep(QFile::encodeName(path).toStdString(), false);
     diskStamp_ = outcome.stamp;
     diskHash_ = outcome.hash;
     declinedStamp_.reset();
@@ -383,14 +429,42 @@ void Document::startBackgroundSave(const QString& path, SaveTarget target)
     savingTarget_ = target;
     savingPath_ = path;
     changeCountAtSave_ = changeCount_;
-    saving_ = std::make_unique<BackgroundSave>(backupEinnahmen(), entries_->saveGate(), path);
-    connect(saving_.get(), &BackgroundSave::finished, this, [this] {
+    // The stamp the file has now, while the snapshot is taken: the worker
+    // renames over the file only if it still has it.
+    // (A new name chosen in the save panel is the user's own decision.)
+    std::optional<FileStamp> expected;
+    if (target == SaveTarget::File && path == filePath_)
+        expected = FileStamp::of(path);
+    saving_ = std::make_unique<BackgroundSave>(backupEinnahmen(), entries_->saveGate(), path, expected);
+    const unsigned number = ++saveNumber_;
+    connect(saving_.get(), &BackgroundSave::finished, this, [this, number] {
+        // A save by hand takes its outcome itself.
+        if (number != saveNumber_ || !saving_ || waitingForSave_)
+            return;
         finishBackgroundSave();
         if (saveAgain_) {
             saveAgain_ = false;
             autosave();
         }
     });
+}
+
+void Document::waitWithWindowPainting()
+{
+    if (!saving_ || saving_->isDone())
+        return;
+    waitingForSave_ = true;
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    if (window_)
+        window_->statusBar()->showMessage(QStringLiteral("Sichern…"));
+    QEventLoop loop;
+    // (A window closed meanwhile by the window manager may take the save in.)
+    while (saving_ && !saving_->isDone())
+        loop.processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+    if (window_)
+        window_->statusBar()->clearMessage();
+    QApplication::restoreOverrideCursor();
+    waitingForSave_ = false;
 }
 
 bool Document::isSaving() const
@@ -404,17 +478,35 @@ void Document::waitForBackgroundSave() const
         saving_->waitForWorker();
 }
 
-void Document::finishBackgroundSave()
+bool Document::finishBackgroundSave()
 {
     if (!saving_)
-        return;
-    const BackgroundSave::Outcome outcome = saving_->wait();
+        return false;
+    BackgroundSave::Outcome outcome = saving_->wait();
     saving_.reset();
-    if (savingTarget_ == SaveTarget::File) {
-        noteSaved(savingPath_, outcome, changeCountAtSave_);
-    } else if (!outcome.written) {
-        std::cerr << "saldo: " << savingPath_.toStdString() << ": " << outcome.reason.toStdString() << '\n';
+    if (savingTarget_ == SaveTarget::Recovery) {
+        if (!outcome.written)
+            std::cerr << "saldo: " << PathText::oneLine(savingPath_.toStdString()) << ": "
+                      << outcome.reason.toStdString() << '\n';
+        return outcome.written;
     }
+    if (outcome.kept)
+        return resolveOutsideChange(std::move(outcome));
+    return noteSaved(savingPath_, outcome, changeCountAtSave_);
+}
+
+bool Document::resolveOutsideChange(BackgroundSave::Outcome outcome)
+{
+    const FileStamp now = FileStamp::of(savingPath_);
+    // Removed meanwhile, or written again with the same bytes: nothing of
+    // the other program's is lost. Else the user decides, unless the program
+    // is ending: then the kept bytes go, and the changes into a recovery copy.
+    if (quitting_ || !(!now.exists || holdsKnownBytes(now) || askOverwrite(now))) {
+        diagnosticLine("data saved");
+        return false;
+    }
+    BackgroundSave::replaceWithKept(outcome);
+    return noteSaved(savingPath_, outcome, changeCountAtSave_);
 }
 
 bool Document::save()
@@ -438,13 +530,23 @@ bool Document::mayOverwriteFile(SaveKind kind)
     // Declined before and untouched since: autosave does not ask again.
     if (kind == SaveKind::Automatic && declinedStamp_ && *declinedStamp_ == now)
         return false;
+    return holdsKnownBytes(now) || askOverwrite(now);
+}
+
+bool Document::holdsKnownBytes(const FileStamp& now)
+{
     // Touched, copied back or restored from a backup: same bytes, nothing lost.
     QFile file(filePath_);
-    if (file.open(QIODevice::ReadOnly) && qHash(file.readAll()) == diskHash_) {
-        diskStamp_ = now;
-        return true;
-    }
+    if (!file.open(QIODevice::ReadOnly) || qHash(file.readAll()) != diskHash_)
+        return false;
+    diskStamp_ = now;
+    return true;
+}
 
+bool Document::askOverwrite(const FileStamp& now)
+{
+    if (quitting_)
+        return false;
     autosaveTimer_.stop();
     asking_ = true;
     const Dialogs::FileChangedChoice choice = Dialogs::instance().askFileChanged(window_.get(), displayName());
@@ -523,14 +625,39 @@ void Document::autosave()
     // The entries are coded and written on a worker thread; the window goes
     // on meanwhile (see BackgroundSave).
     if (isUntitled()) {
-        if (recoveryPath_.isEmpty())
-            recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
-        if (!recoveryPath_.isEmpty())
-            startBackgroundSave(recoveryPath_, SaveTarget::Recovery);
+        startRecoveryCopy();
         return;
     }
     if (mayOverwriteFile(SaveKind::Automatic))
         startBackgroundSave(filePath_, SaveTarget::File);
+}
+
+bool Document::startRecoveryCopy()
+{
+    if (recoveryPath_.isEmpty())
+        recoveryPath_ = AutosaveStore::newFilePath(&recoveryLock_);
+    if (recoveryPath_.isEmpty())
+        return false;
+    startBackgroundSave(recoveryPath_, SaveTarget::Recovery);
+    return true;
+}
+
+bool Document::keepChangesWithoutAsking()
+{
+    quitting_ = true;
+    autosaveTimer_.stop();
+    finishBackgroundSave();
+    if (!isDocumentEdited())
+        return true;
+    if (!isUntitled()) {
+        const FileStamp now = FileStamp::of(filePath_);
+        if (!now.exists || now == diskStamp_ || holdsKnownBytes(now)) {
+            startBackgroundSave(filePath_, SaveTarget::File);
+            if (finishBackgroundSave() && !isDocumentEdited())
+                return true;
+        }
+    }
+    return startRecoveryCopy() && finishBackgroundSave();
 }
 
 void Document::dropRecoveryCopy()
@@ -546,6 +673,7 @@ void Document::dropRecoveryCopy()
 bool Document::canClose()
 {
     autosaveTimer_.stop();
+    waitWithWindowPainting();
     finishBackgroundSave();
     bool agreed = false;
     // A save in place may also end in reloading the file, which leaves the

@@ -76,6 +76,10 @@ public:
     // Reads the file and, on success, makes it the document's file.
     bool readFromFile(const QString& path);
     int errorCode() const { return errorCode_; }
+    // Why the last read of a file failed, for a message: the fixed reason
+    // with the reader's own in a few German words ("kein Ledger",
+    // "beschaedigt bei Byte 512").
+    QString unreadableFileText() const;
 
     // The shown list (a search shows a subset, a sort an order) and the
     // complete list that is saved and printed.
@@ -141,16 +145,21 @@ public:
     // The preferences the document's window reads (the category list).
     UserDefaults& defaults() const { return defaults_; }
 
-    // True while an automatic save runs on its worker thread.
+    // True while a save runs on its worker thread.
     bool isSaving() const;
-    // Waits for a save under way and takes its outcome in.
-    void finishBackgroundSave();
+    // Waits for a save under way and takes its outcome in; answers whether
+    // it wrote the document's file. Bytes that wait because another program
+    // changed the file meanwhile are asked about here, as before a save.
+    bool finishBackgroundSave();
     // Waits for a save under way without taking its outcome in (benchmarks).
     void waitForBackgroundSave() const;
 
-    // Saves into the document's file now. False for an untitled document, a
-    // failed write (reported once until a save succeeds again), or a file
-    // changed by another program that the user chose not to overwrite.
+    // Saves into the document's file now: the entries are written on the
+    // worker while the window goes on painting, with a busy cursor and
+    // "Sichern…" in the status bar, and takes no input meanwhile. False for
+    // an untitled document, a failed write (reported once until a save
+    // succeeds again), or a file changed by another program that the user
+    // chose not to overwrite.
     bool save();
     // Saves into another file, which becomes the document's file on success.
     bool saveTo(const QString& path);
@@ -178,6 +187,10 @@ public:
     // start-up (its lock already taken): reads it and marks the document changed
     // once its window exists.
     bool adoptRecoveryCopy(const QString& path, std::unique_ptr<QLockFile> lock);
+    // Makes the entries that an interrupted save left beside the file (see
+    // InterruptedSaves) the document's, to be saved into its file: the
+    // document is marked changed once its window exists.
+    void takeEntriesOfInterruptedSave(EinnahmeList entries);
     // The recovery copy of this untitled document; empty until first written.
     QString recoveryFilePath() const { return recoveryPath_; }
 
@@ -185,6 +198,13 @@ public:
     // place, and asks (save / discard / cancel) for a changed untitled one or
     // when saving failed. False means the close is cancelled.
     bool canClose();
+
+    // Keeps the changes for a quit nobody can be asked about (a signal to end
+    // the program): a changed named document is saved in place unless another
+    // program changed its file; what cannot be saved so, an untitled
+    // document's changes included, goes into a recovery copy, offered at the
+    // next start. Answers whether every change was kept.
+    bool keepChangesWithoutAsking();
 
 signals:
     void editedChanged(bool edited);
@@ -206,9 +226,27 @@ private:
     // True when the file may be written: unchanged since we last knew it,
     // missing (then it is written again), or the user chose to overwrite it.
     bool mayOverwriteFile(SaveKind kind);
-    void noteFileContents(const QByteArray& bytes);
+    // The file's stamp differs from the one we know: true when it still holds
+    // the bytes we last read or wrote (then its stamp is taken as known).
+    bool holdsKnownBytes(const FileStamp& now);
+    // Asks what to do about another program's change of the file: true to
+    // overwrite it; a reload happens here.
+    bool askOverwrite(const FileStamp& now);
+    // The worker found the file changed just before its rename: decides as
+    // before a save, and renames the kept bytes or lets them go.
+    bool resolveOutsideChange(BackgroundSave::Outcome outcome);
+    // Runs the window's events, all but the user's input, until the save
+    // under way is done, with a busy cursor and "Sichern…" in the status bar.
+    void waitWithWindowPainting();
+    // Reads a ledger file into the document; the hash of its bytes into
+    // `hash` when given. On failure the reason is kept for unreadableFileText().
+    bool readEntries(const QString& path, std::size_t* hash);
+    void noteFileContents(std::size_t hash);
     enum class SaveTarget { File, Recovery };
     void startBackgroundSave(const QString& path, SaveTarget target);
+    // Starts writing the recovery copy of the document (in a new file of the
+    // autosave folder the first time); false when no file can be made there.
+    bool startRecoveryCopy();
     // Takes a save's outcome in: "data saved", the file's stamp and hash, the
     // document saved unless it changed since `changeCountSaved`; or the
     // failure reported. Answers whether the file was written.
@@ -230,6 +268,7 @@ private:
     QTimer autosaveTimer_;
     long long changeCount_ = 0;
     int errorCode_ = 0;
+    QString readFailure_;
     bool saveFailureShown_ = false;
 
     // What the file held when we last read or wrote it, and the outside
@@ -242,13 +281,17 @@ private:
 
     QString recoveryPath_;
     std::unique_ptr<QLockFile> recoveryLock_;
+    bool changedWhenShown_ = false; // restored work, to be saved
 
     // The automatic save under way, where it writes, and the change count it saves.
     std::unique_ptr<BackgroundSave> saving_;
     SaveTarget savingTarget_ = SaveTarget::File;
     QString savingPath_;
     long long changeCountAtSave_ = 0;
+    unsigned saveNumber_ = 0; // of the save under way, so that a late finished() of an earlier one is ignored
     bool saveAgain_ = false;
+    bool waitingForSave_ = false; // a save by hand waits with the window painting
+    bool quitting_ = false; // nobody is asked any more
 };
 
 } // namespace saldo::gui

@@ -3,8 +3,11 @@
 #include "app/AutosaveStore.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
+#include "model/InterruptedSaves.h"
 #include "platform/Dialogs.h"
 #include "settings/PreferencesViewController.h"
+#include "platform/PathText.h"
+#include "platform/QuitSignals.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -14,7 +17,10 @@
 #include <QLockFile>
 #include <QStandardPaths>
 
+#include <cstdio>
 #include <iostream>
+
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -22,6 +28,11 @@ namespace saldo::gui {
 
 namespace {
 DocumentController* g_shared = nullptr;
+
+QString germanTime(const QDateTime& when)
+{
+    return QLocale(QLocale::German).toString(when, QStringLiteral("dd.MM.yyyy, HH:mm"));
+}
 
 QString canonicalOrAbsolute(const QString& path)
 {
@@ -97,11 +108,10 @@ int DocumentController::restoreAutosavedDocuments()
             continue; // a running Saldo keeps it up to date
         auto document = std::make_unique<Document>(defaults_);
         if (!document->adoptRecoveryCopy(path, std::move(lock))) {
-            std::cerr << "saldo: " << path.toStdString() << ": not a readable recovery copy, left alone\n";
+            std::cerr << "saldo: " << PathText::oneLine(path.toStdString()) << ": not a readable recovery copy, left alone\n";
             continue;
         }
-        const QString when
-            = QLocale(QLocale::German).toString(QFileInfo(path).lastModified(), QStringLiteral("dd.MM.yyyy, HH:mm"));
+        const QString when = germanTime(QFileInfo(path).lastModified());
         const auto count = static_cast<qlonglong>(document->backupEinnahmen().size());
         const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
             QStringLiteral("Saldo wurde beendet, ohne ein unbenanntes Dokument zu sichern (%1 %2, zuletzt "
@@ -145,15 +155,39 @@ Document* DocumentController::openDocument(const QString& path)
     }
     auto* document = new Document(defaults_);
     if (!document->readFromFile(path)) {
+        const QString reason = document->unreadableFileText();
         delete document;
         forgetRecentDocument(canonicalOrAbsolute(path));
         Dialogs::instance().showError(nullptr,
             QStringLiteral("Das Dokument „%1“ konnte nicht geoeffnet werden.").arg(QFileInfo(path).fileName()),
-            Document::unreadableFileReason());
+            reason);
         return nullptr;
     }
+    offerInterruptedSave(*document);
     noteRecentDocument(document->filePath());
     return adopt(document);
+}
+
+void DocumentController::offerInterruptedSave(Document& document)
+{
+    std::optional<InterruptedSaves::Found> found
+        = InterruptedSaves::sweep(QFile::encodeName(document.filePath()).toStdString(), true);
+    if (!found)
+        return;
+    const auto count = static_cast<qlonglong>(found->entries.size());
+    const bool restore = Dialogs::instance().askRestoreDocument(nullptr,
+        QStringLiteral("Saldo wurde beim Sichern von „%1“ unterbrochen. Eine vollstaendig geschriebene, neuere "
+                       "Fassung liegt bereit (%2 %3, gesichert am %4 Uhr).")
+            .arg(document.displayName())
+            .arg(count)
+            .arg(count == 1 ? QStringLiteral("Eintrag") : QStringLiteral("Eintraege"))
+            .arg(germanTime(QDateTime::fromSecsSinceEpoch(found->written))),
+        QStringLiteral("Wiederherstellen zeigt diese Fassung; sie wird beim naechsten Sichern in die Datei "
+                       "geschrieben. Verwerfen loescht sie."));
+    if (restore)
+        document.takeEntriesOfInterruptedSave(std::move(found->entries));
+    else
+        QFile::remove(QFile::decodeName(QByteArray::fromStdString(found->path)));
 }
 
 Document* DocumentController::openDocumentWithDialog(QWidget* parent)
@@ -169,8 +203,9 @@ QStringList DocumentController::recentDocumentPaths() const
 {
     QStringList paths;
     if (const auto stored = defaults_.stringArray(kRecentDocumentsKey)) {
-        for (const std::string& path : *stored)
-            paths << QString::fromStdString(path);
+        // However long a list another program or an old version left.
+        for (std::size_t i = 0; i < stored->size() && i < std::size_t(kMaxRecentDocuments); ++i)
+            paths << QString::fromStdString((*stored)[i]);
     }
     return paths;
 }
@@ -272,4 +307,27 @@ void DocumentController::offerKategorieRename(const QString& from, const QString
         document->renameKategorie(before, after);
 }
 
-}  // namespace saldo::gui
+
+void DocumentController::quitOnSignals()
+{
+    auto* quitSignals = new QuitSignals(this);
+    connect(quitSignals, &QuitSignals::received, this, &DocumentController::quitWithoutAsking);
+}
+
+void DocumentController::quitWithoutAsking()
+{
+    bool kept = true;
+    for (Document* document : documents_)
+        kept = document->keepChangesWithoutAsking() && kept;
+    // Everything is on the disk. The signal may have come while a dialog's
+    // own event loop ran, and whatever called that dialog must not go on:
+    // the process ends here, without unwinding. (The settings are written
+    // at each change; the locks of recovery copies are left stale, so that
+    // the next start offers the copies.)
+    std::cout.flush();
+    std::cerr.flush();
+    std::fflush(nullptr);
+    ::_exit(kept ? 0 : 1);
+}
+
+} // namespace saldo::gui

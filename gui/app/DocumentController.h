@@ -21,7 +21,9 @@ class PreferencesViewController;
 // be read opens no window and shows one message naming the file; a document
 // saved under a new name joins the recent list as well. The autosave
 // delay is its setting, handed to every document it makes. At start-up it
-// offers back the untitled documents that a crash left in the autosave folder.
+// offers back the untitled documents that a crash left in the autosave folder,
+// and at each open the newer work a killed save left beside the file.
+// A signal to end the program is a quit that asks nothing and loses nothing.
 class DocumentController : public QObject {
     Q_OBJECT
 public:
@@ -75,6 +77,10 @@ public:
     // Asks every document to close, in order; stops at the first that refuses.
     bool closeAllDocuments();
 
+    // From now on SIGTERM, SIGINT and SIGHUP end the program as
+    // quitWithoutAsking() does (a second one of them at once).
+    void quitOnSignals();
+
 public slots:
     // Closes every document and, when all agreed, ends the program.
     void quit();
@@ -82,6 +88,10 @@ public slots:
     // entries of open documents carry the old text, asks whether they are to
     // take the new one, and if so renames them, one step per document.
     void offerKategorieRename(const QString& from, const QString& to);
+    // Ends the program when nobody can be asked (see quitOnSignals): every
+    // document keeps its changes in its file or in a recovery copy, then the
+    // process ends with status 0, or 1 when a change could not be kept.
+    void quitWithoutAsking();
 
 signals:
     void documentsChanged();
@@ -89,6 +99,8 @@ signals:
 private:
     Document* adopt(Document* document);
     void forget(Document* document);
+    // Offers the newer work that a killed save left beside a document's file.
+    void offerInterruptedSave(Document& document);
     void noteRecentDocument(const QString& path);
     // A file that can no longer be read leaves the recent list.
     void forgetRecentDocument(const QString& path);

@@ -5,6 +5,9 @@
 #include "exchange/EntryListExport.h"
 #include "model/LedgerFile.h"
 #include "platform/Dialogs.h"
+#include "platform/FileWriteError.h"
+#include "platform/FileWriteErrorText.h"
+#include "platform/LedgerFileErrorText.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,13 +25,17 @@
 namespace saldo::gui {
 
 namespace {
-const QString kUnreadable = QStringLiteral("Die Datei „%1“ konnte nicht gelesen werden.");
+const QString kUnreadable = QStringLiteral("Die Datei „%1“ konnte nicht gelesen werden: %2.");
 const QString kUnwritable = QStringLiteral("Die Datei „%1“ konnte nicht geschrieben werden.");
 
-// The reason goes to standard error; a write error names its file itself.
-void reportError(const std::exception& error)
+// The reason goes to standard error, and in German words to the status bar;
+// a write error names its file itself.
+QString reportError(const std::exception& error)
 {
     std::cerr << "saldo: " << error.what() << '\n';
+    if (const auto* writeError = dynamic_cast<const FileWriteError*>(&error))
+        return FileWriteErrorText::reason(*writeError);
+    return QString();
 }
 } // namespace
 
@@ -57,8 +64,8 @@ void EntryListExchange::exportEntries(const QString& chosenPath)
     try {
         EntryListExport::write(chosen, document_.einnahmen());
     } catch (const std::exception& error) {
-        reportError(error);
-        showFailure(kUnwritable, QFile::decodeName(QByteArray::fromStdString(EntryListExport::filePath(chosen))));
+        const QString reason = reportError(error);
+        showFailure(kUnwritable, QFile::decodeName(QByteArray::fromStdString(EntryListExport::filePath(chosen))), reason);
     }
 }
 
@@ -70,16 +77,12 @@ void EntryListExchange::Laden()
         return;
     EinnahmeList entries;
     try {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            throw LedgerFileError(file.errorString().toStdString());
-        const QByteArray bytes = file.readAll();
-        if (file.error() != QFileDevice::NoError)
-            throw LedgerFileError(file.errorString().toStdString());
-        entries = LedgerFile::decode(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
-    } catch (const std::exception& error) {
-        std::cerr << "saldo: " << QFile::encodeName(path).constData() << ": " << error.what() << '\n';
-        showFailure(kUnreadable, path);
+        entries = LedgerFile::read(QFile::encodeName(path).toStdString());
+    } catch (const LedgerFileError& error) {
+        std::cerr << "saldo: " << error.what() << '\n';
+        window_.statusBar()->showMessage(
+            kUnreadable.arg(FileWriteErrorText::fileName(path), LedgerFileErrorText::reason(error)),
+            kStatusMessageMilliseconds);
         return;
     }
     const std::size_t replaced = document_.backupEinnahmen().size();
@@ -116,8 +119,7 @@ void EntryListExchange::exportTable()
     try {
         CsvExport::write(QFile::encodeName(path).toStdString(), document_.einnahmen());
     } catch (const std::exception& error) {
-        reportError(error);
-        showFailure(kUnwritable, path);
+        showFailure(kUnwritable, path, reportError(error));
     }
 }
 
@@ -126,9 +128,12 @@ QString EntryListExchange::startFolder() const
     return document_.isUntitled() ? QDir::homePath() : QFileInfo(document_.filePath()).absolutePath();
 }
 
-void EntryListExchange::showFailure(const QString& format, const QString& path)
+void EntryListExchange::showFailure(const QString& format, const QString& path, const QString& reason)
 {
-    window_.statusBar()->showMessage(format.arg(QFileInfo(path).fileName()), kStatusMessageMilliseconds);
+    QString line = format.arg(FileWriteErrorText::fileName(path));
+    if (!reason.isEmpty())
+        line += QLatin1Char(' ') + reason;
+    window_.statusBar()->showMessage(line, kStatusMessageMilliseconds);
 }
 
 } // namespace saldo::gui

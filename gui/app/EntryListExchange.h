@@ -21,8 +21,9 @@ class Document;
 // entries replaced how many and how to get them back. `exportTable` writes
 // the shown entries as a spreadsheet table.
 // A failure ends without an alert and without a sound: one short line in the
-// window's status bar names the file that could not be read or written, and
-// the reason goes to standard error.
+// window's status bar names the file that could not be read or written and
+// says why in a few words ("kein Ledger", "beschaedigt bei Byte 512", a
+// ledger not written over); the full reason goes to standard error.
 class EntryListExchange : public QObject {
     Q_OBJECT
 public:
@@ -45,7 +46,7 @@ private:
     void exportEntries(const QString& chosenPath);
     // The folder the panels start in: the document's own, else the home folder.
     QString startFolder() const;
-    void showFailure(const QString& format, const QString& path);
+    void showFailure(const QString& format, const QString& path, const QString& reason = QString());
 
     Document& document_;
     QMainWindow& window_;

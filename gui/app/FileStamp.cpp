@@ -8,10 +8,15 @@ namespace saldo::gui {
 
 FileStamp FileStamp::of(const QString& path)
 {
-    FileStamp stamp;
     struct stat info { };
     if (::stat(QFile::encodeName(path).constData(), &info) != 0)
-        return stamp;
+        return FileStamp();
+    return of(info);
+}
+
+FileStamp FileStamp::of(const struct stat& info)
+{
+    FileStamp stamp;
     stamp.exists = true;
     stamp.device = static_cast<std::uint64_t>(info.st_dev);
     stamp.inode = static_cast<std::uint64_t>(info.st_ino);

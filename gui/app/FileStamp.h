@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+struct stat;
+
 namespace saldo::gui {
 
 // What the file system says about a file at one moment: whether it exists,
@@ -21,6 +23,8 @@ struct FileStamp {
 
     // The stamp of the file at `path` now (follows symbolic links).
     static FileStamp of(const QString& path);
+    // The stamp of a file whose status is at hand (from an open file).
+    static FileStamp of(const struct stat& info);
 
     bool operator==(const FileStamp&) const = default;
 };

@@ -1,6 +1,7 @@
 #include "editors/EntryForm.h"
 
 #include "entrylist/EntryCells.h"
+#include "entrylist/ShownText.h"
 #include "entrylist/StatusImages.h"
 #include "model/DecimalCommaText.h"
 #include "model/UnicodeText.h"
@@ -206,10 +207,10 @@ void EntryForm::setKategorien(const std::vector<std::string>& rows)
 void EntryForm::fill(const Einnahme* e)
 {
     filling_ = true;
-    name_->setText(e ? qs(e->name()) : QString());
-    rechnungsnummer_->setText(e ? qs(e->rechnungsnummer()) : QString());
-    steuernummer_->setText(e ? qs(e->steuernummer()) : QString());
-    leistungsart_->setText(e ? qs(e->leistungsart()) : QString());
+    fillText(name_, e ? &e->name() : nullptr);
+    fillText(rechnungsnummer_, e ? &e->rechnungsnummer() : nullptr);
+    fillText(steuernummer_, e ? &e->steuernummer() : nullptr);
+    fillText(leistungsart_, e ? &e->leistungsart() : nullptr);
     shownBrutto_ = e ? e->brutto() : 0.0f;
     shownSteuersatz_ = e ? e->steuersatz() : 0.0f;
     brutto_->setText(qs(DecimalCommaText::editable(shownBrutto_)));
@@ -267,6 +268,26 @@ void EntryForm::showKategorie(const Einnahme* e)
             : QString());
 }
 
+void EntryForm::fillText(QLineEdit* field, const std::string* text)
+{
+    // A text too long to show whole is shown as a view that cannot be edited;
+    // the form hands back the whole text for it.
+    const bool cut = text && ShownText::isCut(*text);
+    if (cut)
+        cutTexts_[field] = *text;
+    else
+        cutTexts_.erase(field);
+    const std::string_view shown = text ? ShownText::of(*text) : std::string_view();
+    field->setText(QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size())));
+    field->setReadOnly(cut);
+    if (cut)
+        field->setCursorPosition(0); // the view from its start
+    field->setToolTip(cut ? QStringLiteral("Ein sehr langer Text: gezeigt werden seine ersten %1 Zeichen; bearbeiten "
+                                           "laesst er sich hier nicht.")
+                                .arg(ShownText::kMostShown)
+                          : QString());
+}
+
 void EntryForm::showDerivedBrutto(std::optional<float> brutto)
 {
     showReadOnly(brutto_, brutto.has_value());
@@ -292,10 +313,14 @@ bool EntryForm::nameLongEnough() const
 FormEdit::Texts EntryForm::texts() const
 {
     FormEdit::Texts texts;
-    texts.name = name_->text().toStdString();
-    texts.rechnungsnummer = rechnungsnummer_->text().toStdString();
-    texts.steuernummer = steuernummer_->text().toStdString();
-    texts.leistungsart = leistungsart_->text().toStdString();
+    const auto whole = [this](QLineEdit* field) {
+        const auto found = cutTexts_.find(field);
+        return found != cutTexts_.end() ? found->second : field->text().toStdString();
+    };
+    texts.name = whole(name_);
+    texts.rechnungsnummer = whole(rechnungsnummer_);
+    texts.steuernummer = whole(steuernummer_);
+    texts.leistungsart = whole(leistungsart_);
     // With no item of the entry's category in the list, the category stays.
     if (kategorie_->currentIndex() >= 0 && !isOwnKategorie(kategorie_->currentIndex()))
         texts.kategorie = kategorie_->currentText().toStdString();

@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,7 +31,9 @@ class DateField;
 // rate as they are typed, and a name too short to be taken is framed in red
 // with the reason as its tooltip; a category the list does not hold shows as
 // itself, marked, and is kept. While split bookings decide the gross amount,
-// the gross field shows the amount the owner derives and is read-only.
+// the gross field shows the amount the owner derives and is read-only. A text
+// longer than a field shows (see ShownText) appears as a read-only view, and
+// the form hands back the whole text for it.
 class EntryForm : public QWidget {
     Q_OBJECT
 public:
@@ -93,6 +96,7 @@ private:
     void updateNameHint();
     void previewNetto();
     QList<QLineEdit*> textFields() const;
+    void fillText(QLineEdit* field, const std::string* text);
 
     QLineEdit* name_ = nullptr;
     QLineEdit* rechnungsnummer_ = nullptr;
@@ -115,6 +119,8 @@ private:
     bool filling_ = false;
     // The category pop-up's first item is the entry's own category, not in the list.
     bool ownKategorie_ = false;
+    // The whole texts of the fields that show a view of them.
+    std::map<QLineEdit*, std::string> cutTexts_;
 };
 
 } // namespace saldo::gui

@@ -64,7 +64,7 @@ Qt::ItemFlags SplitBookingTableModel::flags(const QModelIndex& index) const
 {
     if (!index.isValid() || index.column() >= kColumnCount)
         return Qt::NoItemFlags;
-    return cells_.flags(columnAt(index.column()));
+    return cells_.flags(splitBookingAt(index.row()).get(), columnAt(index.column()));
 }
 
 bool SplitBookingTableModel::setData(const QModelIndex& index, const QVariant& value, int role)

@@ -1,5 +1,6 @@
 #include "entrylist/EntryCells.h"
 
+#include "entrylist/ShownText.h"
 #include "entrylist/StatusImages.h"
 #include "model/DateText.h"
 #include "model/DecimalCommaText.h"
@@ -14,9 +15,32 @@
 namespace saldo::gui {
 namespace {
 
-QString fromStd(const std::string& text)
+QString fromStd(std::string_view text)
 {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// What a text cell shows of its text: a view of a very long one.
+QString shown(const std::string& text)
+{
+    return fromStd(ShownText::of(text));
+}
+
+// The text a text column shows, or null for the other columns.
+const std::string* textOf(const Einnahme& entry, EntryColumn::Id column)
+{
+    switch (column) {
+    case EntryColumn::Name:
+        return &entry.name();
+    case EntryColumn::Rechnungsnummer:
+        return &entry.rechnungsnummer();
+    case EntryColumn::Steuernummer:
+        return &entry.steuernummer();
+    case EntryColumn::Leistungsart:
+        return &entry.leistungsart();
+    default:
+        return nullptr;
+    }
 }
 
 // "dd.MM.yyyy HH:mm" in local time, as the date field shows it.
@@ -92,7 +116,10 @@ QVariant EntryCells::displayData(const Einnahme& entry, EntryColumn::Id column) 
 {
     switch (column) {
     case EntryColumn::Name:
-        return fromStd(entry.name());
+    case EntryColumn::Rechnungsnummer:
+    case EntryColumn::Steuernummer:
+    case EntryColumn::Leistungsart:
+        return shown(*textOf(entry, column));
     case EntryColumn::Art:
         return artTitles().at(entry.isIncome() ? 0 : 1);
     case EntryColumn::Kategorie:
@@ -107,12 +134,6 @@ QVariant EntryCells::displayData(const Einnahme& entry, EntryColumn::Id column) 
         return numberText(entry.steuersatz());
     case EntryColumn::Date:
         return dateText(entry.datum());
-    case EntryColumn::Rechnungsnummer:
-        return fromStd(entry.rechnungsnummer());
-    case EntryColumn::Steuernummer:
-        return fromStd(entry.steuernummer());
-    case EntryColumn::Leistungsart:
-        return fromStd(entry.leistungsart());
     case EntryColumn::NonEU:
     case EntryColumn::Innergem:
     case EntryColumn::Splitbuchung:
@@ -201,9 +222,12 @@ QVariant EntryCells::headerData(EntryColumn::Id column, int role)
     return QVariant();
 }
 
-Qt::ItemFlags EntryCells::flags(EntryColumn::Id column) const
+Qt::ItemFlags EntryCells::flags(const Einnahme* entry, EntryColumn::Id column) const
 {
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    // A text shown cut is not edited in its cell: the edit would take the view for the text.
+    if (const std::string* text = entry ? textOf(*entry, column) : nullptr; text && ShownText::isCut(*text))
+        return flags;
     switch (column) {
     case EntryColumn::Name:
     case EntryColumn::Art:

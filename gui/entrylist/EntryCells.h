@@ -24,6 +24,7 @@ namespace saldo::gui {
 // without a stored list of texts the category cell shows no pop-up and cannot
 // be edited. An entry's category that the list no longer holds (renamed or
 // removed there) shows as itself, marked as not in the list; the entry keeps it.
+// A text cell shows at most the first 10,000 characters of its text.
 class EntryCells {
 public:
     enum Role {
@@ -53,7 +54,9 @@ public:
     // What the cell of `column` shows of `entry` in `role`; `row` picks the
     // row colour.
     QVariant data(const Einnahme& entry, EntryColumn::Id column, int row, int role) const;
-    Qt::ItemFlags flags(EntryColumn::Id column) const;
+    // The flags of `column`'s cell of `entry` (none: of the column): a text
+    // cell showing a long text cut (see ShownText) cannot be edited.
+    Qt::ItemFlags flags(const Einnahme* entry, EntryColumn::Id column) const;
     static QVariant headerData(EntryColumn::Id column, int role);
 
     // The role a cell's edit arrives in: the check state for check boxes,

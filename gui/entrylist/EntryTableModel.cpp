@@ -64,7 +64,7 @@ Qt::ItemFlags EntryTableModel::flags(const QModelIndex& index) const
 {
     if (!index.isValid())
         return Qt::NoItemFlags;
-    return cells_.flags(EntryColumn::fromIndex(index.column()));
+    return cells_.flags(entryAt(index.row()).get(), EntryColumn::fromIndex(index.column()));
 }
 
 bool EntryTableModel::setData(const QModelIndex& index, const QVariant& value, int role)

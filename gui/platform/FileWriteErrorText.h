@@ -14,6 +14,9 @@ namespace saldo::gui {
 class FileWriteErrorText {
 public:
     static QString reason(const FileWriteError& error);
+    // A file's name as it stands in a one-line message (the status bar):
+    // control characters escaped (see PathText).
+    static QString fileName(const QString& path);
 };
 
 } // namespace saldo::gui

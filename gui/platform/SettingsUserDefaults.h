@@ -2,6 +2,7 @@
 
 #include "platform/UserDefaults.h"
 
+#include <QSet>
 #include <QSettings>
 
 #include <memory>
@@ -15,8 +16,11 @@ namespace saldo::gui {
 // that is not such a list reads as nothing and is never overwritten by a reader.
 // A file that QSettings cannot read completely (not a settings file, a value it
 // cannot decode, no permission) is never written: QSettings would write back only
-// what it understood. Changes then live in memory until the program ends. A
-// yes or no is a plain value, "true" or "false".
+// what it understood. Neither is one holding a value that QSettings would
+// write back in another form (a value another program wrote), nor a name that
+// is no regular file or a file far larger than settings are, which is not
+// even read. Changes then live in memory until the program ends. A yes or no
+// is a plain value, "true" or "false".
 class SettingsUserDefaults : public UserDefaults {
 public:
     // The program's own settings.
@@ -33,15 +37,20 @@ public:
     std::optional<bool> boolValue(const std::string& key) const override;
     void setBool(const std::string& key, bool value) override;
 
-    QSettings& settings() const { return *settings_; }
+    // The settings as read; nothing when the file was left unread.
+    QSettings* settings() const { return settings_.get(); }
 
     // True when the file could not be read completely and is left untouched.
     bool isReadOnly() const { return readOnly_; }
+
+    // Far more than 100,000 category rows take.
+    static constexpr qint64 kLargestFile = qint64(64) << 20;
 
 private:
     void checkReadable();
 
     std::unique_ptr<QSettings> settings_;
+    QSet<QString> groups_; // the top-level groups, for hasValue and stringArray
     bool readOnly_ = false;
     InMemoryUserDefaults changes_; // what was set while the file is read-only
 };

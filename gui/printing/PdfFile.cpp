@@ -1,6 +1,6 @@
 #include "printing/PdfFile.h"
 
-#include "platform/AtomicFileWriter.h"
+#include "model/LedgerFile.h"
 #include "platform/Dialogs.h"
 #include "platform/FileWriteError.h"
 #include "platform/FileWriteErrorText.h"
@@ -32,7 +32,7 @@ QByteArray PdfFile::render(const std::function<void(QPdfWriter&)>& paint)
 
 void PdfFile::write(const QString& path, const QByteArray& bytes)
 {
-    AtomicFileWriter::write(QFile::encodeName(path).toStdString(),
+    LedgerFile::writeBesideLedgers(QFile::encodeName(path).toStdString(),
         std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 

@@ -11,7 +11,8 @@ class QWidget;
 namespace saldo::gui {
 
 // A PDF the user saves: the bytes go through the atomic writer, so a failure
-// leaves an earlier file of that name as it was.
+// leaves an earlier file of that name as it was, and never over a file that
+// holds a ledger.
 class PdfFile {
 public:
     // The bytes of a PDF on A4 paper in portrait, without margins, that

@@ -16,8 +16,8 @@ public:
     // The bytes of the PDF of the entries, in this order.
     static QByteArray render(const EinnahmeList& einnahmen);
 
-    // Writes the PDF to `path` through AtomicFileWriter; throws
-    // FileWriteError when it cannot be written.
+    // Writes the PDF to `path` through AtomicFileWriter, never over a file
+    // that holds a ledger; throws FileWriteError when it cannot be written.
     static void write(const QString& path, const EinnahmeList& einnahmen);
 };
 

@@ -45,7 +45,7 @@ TEST_F(BankCommandTest, ProposesAppendsOnceAndExitsAsDocumented)
     const CommandRun first = bank(statement + " --rules " + rules + " --into " + ledger);
     EXPECT_EQ(first.status, 0);
     EXPECT_NE(first.out.find(";4210 Miete Gesch. ;1190,00;"), std::string::npos) << first.out;
-    EXPECT_NE(first.out.find(";Non EU;Status;Regel\r\n"), std::string::npos);
+    EXPECT_NE(first.out.find(";Non EU;Hinweis;Status;Regel\r\n"), std::string::npos);
     EXPECT_NE(first.out.find(";neu;Miete\r\n"), std::string::npos);
     EXPECT_EQ(LedgerFile::read(ledger).size(), 3u);
 

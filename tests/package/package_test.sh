@@ -62,13 +62,14 @@ if [[ -f /usr/share/qt6/translations/qtbase_de.qm ]]; then
   [[ $help == *Optionen:* ]] || fail "saldo --help is not German under LC_ALL=C: $help"
 fi
 # The printout as a PDF, drawn without a display; a ledger that cannot be read
-# or a PDF that cannot be written is one line on standard error and status 1.
+# or a PDF that cannot be written is one line on standard error and status 1;
+# a ledger is never written over (checked again by saldo-cli below).
 if "${no_display[@]}" "$root/usr/bin/saldo" --print-pdf "$ledger" "$tmp/printout.pdf" 2>"$tmp/pdf.err"; then
   [[ $(head -c 5 "$tmp/printout.pdf") == "%PDF-" ]] || fail "saldo --print-pdf wrote no PDF"
 else
   fail "saldo --print-pdf failed: $(cat "$tmp/pdf.err")"
 fi
-for args in "$tmp/missing.saldo $tmp/missing.pdf" "$ledger $tmp/no-folder/printout.pdf"; do
+for args in "$tmp/missing.saldo $tmp/missing.pdf" "$ledger $tmp/no-folder/printout.pdf" "$ledger $ledger"; do
   # shellcheck disable=SC2086
   "${no_display[@]}" "$root/usr/bin/saldo" --print-pdf $args 2>"$tmp/pdf.err" && status=0 || status=$?
   expect_equal "status of saldo --print-pdf $args" "$status" 1
@@ -77,11 +78,11 @@ done
 expect_equal "saldo-cli check" "$("$root/usr/bin/saldo-cli" check "$ledger" 2>&1 | sed 's/.*: //')" \
   "$("$build/cli/saldo-cli" check "$ledger" 2>&1 | sed 's/.*: //')"
 # The bank profiles are installed beside the programs, and the installed tool
-# finds them there: an N26 export reads without --profile.
+# finds them there: an N26 export reads without --profile (Status after Hinweis).
 [[ -s $share/saldo/bankprofile/n26.profil ]] || fail "the package lacks the bank profiles"
 printf '"Booking Date","Value Date","Partner Name","Partner Iban",Type,"Payment Reference","Account Name","Amount (EUR)"\n2025-11-03,2025-11-03,A,DE1,T,Miete,K,-12.50\n' >"$tmp/n26.csv"
 expect_equal "saldo-cli bank with an installed profile" \
-  "$(XDG_CONFIG_HOME="$tmp/config" "$root/usr/bin/saldo-cli" bank "$tmp/n26.csv" 2>&1 | tail -1 | cut -d';' -f2,3,5,15)" \
+  "$(XDG_CONFIG_HOME="$tmp/config" "$root/usr/bin/saldo-cli" bank "$tmp/n26.csv" 2>&1 | tail -1 | cut -d';' -f2,3,5,16)" \
   "Ausgabe;A: Miete;12,50;neu"
 
 desktop-file-validate "$share/applications/$id.desktop" || fail "desktop-file-validate rejects the desktop entry"

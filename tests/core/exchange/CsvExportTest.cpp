@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
 #include <filesystem>
 #include <fstream>
 
@@ -53,19 +54,45 @@ TEST(CsvExportTest, WritesTheTableWithSplitBookingsBeneathTheirEntry)
     EXPECT_EQ(CsvExport::encode(entries),
         "\xEF\xBB\xBF"
         "Teil von;Art;Name;Kategorie;Brutto;Netto;Steuer;Steuersatz;Datum;Rechnungsnummer;Steuernummer;"
-        "Leistungsart;Innergemeinschaftlich;Non EU\r\n"
+        "Leistungsart;Innergemeinschaftlich;Non EU;Hinweis\r\n"
         ";Ausgabe;Bürobedarf;4930 Bürobedarf Gesch. ;119,00;100,00;19,00;19,00;01.01.2024;RE-1;12/345/67890;Ware;"
-        "nein;nein\r\n"
-        "2;Ausgabe;Papier;8400 Erlöse 19 % USt Erlöse ;10,00;9,35;0,65;7,00;01.07.2024;;;;ja;nein\r\n"
-        "3;Einnahme;Porto;4910 Porto Porto ;1,50;1,50;0,00;0,00;05.03.1999;;;;nein;ja\r\n"
-        "2;Ausgabe;Toner;8400 Erlöse 19 % USt Erlöse ;2,00;1,68;0,32;19,00;30.06.2024;;;;nein;nein\r\n"
-        ";Einnahme;\"'=1+2; Summe\";;-5,00;-4,20;-0,80;19,00;01.01.2001;;;;nein;nein\r\n");
+        "nein;nein;\r\n"
+        "2;Ausgabe;Papier;8400 Erlöse 19 % USt Erlöse ;10,00;9,35;0,65;7,00;01.07.2024;;;;ja;nein;\r\n"
+        "3;Einnahme;Porto;4910 Porto Porto ;1,50;1,50;0,00;0,00;05.03.1999;;;;nein;ja;\r\n"
+        "2;Ausgabe;Toner;8400 Erlöse 19 % USt Erlöse ;2,00;1,68;0,32;19,00;30.06.2024;;;;nein;nein;\r\n"
+        ";Einnahme;\"'=1+2; Summe\";;-5,00;-4,20;-0,80;19,00;01.01.2001;;;;nein;nein;\r\n");
 
     // An entry that holds itself ends at the file's nesting limit, not in a crash.
     const auto loop = Einnahme::restore(stored(kArtEinnahme, "Schleife", 1.0f, 19.0f, 0.0));
     loop->setChildTransactions({ loop });
     EXPECT_THROW(CsvExport::encode({ loop }), LedgerFileError);
     loop->setChildTransactions({});
+}
+
+// NaN and infinite amounts were written "-nan" and "-inf", a date beyond the
+// calendar "01.01.1900".
+TEST(CsvExportTest, AmountsThatAreNoNumbersAndDatesBeyondTheCalendarAreNoted)
+{
+    const float nan = -std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    const struct {
+        float brutto, steuersatz;
+        double datum;
+        const char* row;
+    } cases[] = {
+        { nan, 19.0f, 0.0, "nan;nan;nan;19,00;01.01.2001;;;;nein;nein;keine endliche Zahl: Brutto, Netto, Steuer" },
+        { 119.0f, -100.0f, 0.0, "119,00;inf;-inf;-100,00;01.01.2001;;;;nein;nein;keine endliche Zahl: Netto, Steuer" },
+        { 1.0f, inf, 1e300, "1,00;0,00;1,00;inf;;;;;nein;nein;keine endliche Zahl: Steuersatz. Datum ausserhalb der "
+                            "Jahre 1 bis 9999" },
+        { 1.0f, 0.0f, -70'000'000'000.0, "1,00;1,00;0,00;0,00;;;;;nein;nein;Datum ausserhalb der Jahre 1 bis 9999" },
+        { 1.0f, 0.0f, std::numeric_limits<double>::quiet_NaN(),
+            "1,00;1,00;0,00;0,00;;;;;nein;nein;Datum ausserhalb der Jahre 1 bis 9999" },
+    };
+    for (const auto& c : cases) {
+        const std::string table = CsvExport::encode({ Einnahme::restore(stored(kArtEinnahme, "X", c.brutto, c.steuersatz, c.datum)) });
+        const std::string prefix = ";Einnahme;X;8400 Erlöse 19 % USt Erlöse ;";
+        EXPECT_EQ(table.substr(table.find("\r\n") + 2), prefix + c.row + "\r\n");
+    }
 }
 
 TEST(CsvExportTest, PiecesOfALargeTableMakeUpTheWholeText)
@@ -107,7 +134,7 @@ TEST_F(CsvExportPythonTest, PythonsCsvModuleReadsBackEveryFieldAndTheFormulaGuar
     EinnahmeList entries;
     std::vector<std::vector<std::string>> expected
         = { { "Teil von", "Art", "Name", "Kategorie", "Brutto", "Netto", "Steuer", "Steuersatz", "Datum",
-            "Rechnungsnummer", "Steuernummer", "Leistungsart", "Innergemeinschaftlich", "Non EU" } };
+            "Rechnungsnummer", "Steuernummer", "Leistungsart", "Innergemeinschaftlich", "Non EU", "Hinweis" } };
     for (const auto& [name, shown] : names) {
         Einnahme::Stored s = stored(kArtEinnahme, name, 119.0f, 19.0f, 725'758'200.0);
         s.rechnungsnummer = "R;1";
@@ -115,12 +142,12 @@ TEST_F(CsvExportPythonTest, PythonsCsvModuleReadsBackEveryFieldAndTheFormulaGuar
         s.leistungsart = "=";
         entries.push_back(Einnahme::restore(s));
         expected.push_back({ "", "Einnahme", shown, "8400 Erlöse 19 % USt Erlöse ", "119,00", "100,00", "19,00",
-            "19,00", "01.01.2024", "R;1", "\"", "'=", "nein", "nein" });
+            "19,00", "01.01.2024", "R;1", "\"", "'=", "nein", "nein", "" });
     }
     entries.front()->setChildTransactions({ Einnahme::restore(stored(kArtEinnahme, "Anteil", 1.0f, 0.0f, 0.0)) });
     expected.insert(expected.begin() + 2,
         { "2", "Einnahme", "Anteil", "8400 Erlöse 19 % USt Erlöse ", "1,00", "1,00", "0,00", "0,00", "01.01.2001", "",
-            "", "", "nein", "nein" });
+            "", "", "nein", "nein", "" });
 
     const fs::path table = dir / "Tabelle.csv";
     CsvExport::write(table.string(), entries);

@@ -6,6 +6,7 @@
 #include "BplistBuilder.h"
 
 #include <cmath>
+#include <functional>
 
 namespace saldo {
 namespace {
@@ -211,22 +212,24 @@ TEST(BinaryPropertyListReaderTest, AcceptsOtherNumberFormsAndDropsExtraKeys)
 }
 
 // A list long enough to be read in two halves: every entry its own dictionary
-// of shared values, `overrides` replacing values of entries by position from 0.
-std::string longList(const std::map<std::size_t, Values>& overrides, const std::string& sharedName = "")
+// of shared values, `overrides` replacing values of entries by position from 0
+// with the object `shared` makes (or leaving the key out).
+std::string longList(const std::map<std::size_t, Values>& overrides,
+    const std::function<std::size_t(BplistBuilder&)>& shared = [](BplistBuilder& b) { return b.ascii(""); })
 {
     BplistBuilder b;
     b.refSize = 3;
     b.offsetSize = 4;
-    Values shared;
+    Values defaults;
     for (const char* key : test::kEntryKeys)
-        shared[key] = b.defaultValue(key);
-    const std::size_t name = b.ascii(sharedName);
+        defaults[key] = b.defaultValue(key);
+    const std::size_t object = shared(b);
     std::vector<std::size_t> refs;
     for (std::size_t i = 0; i < BinaryPropertyListReader::kSplitFrom + 2; ++i) {
-        Values values = shared;
+        Values values = defaults;
         if (const auto found = overrides.find(i); found != overrides.end())
             for (const auto& [key, value] : found->second)
-                values[key] = value ? std::optional(name) : std::nullopt;
+                values[key] = value ? std::optional(object) : std::nullopt;
         refs.push_back(b.entry(values));
     }
     return b.build(b.array(refs));
@@ -240,17 +243,18 @@ TEST(BinaryPropertyListReaderTest, LongListsReadInTwoHalvesFailExactlyAsInOnePas
     // Faults in both halves: the first in list order is the one named.
     EXPECT_EQ(refusal(longList({ { 4, { { "name", std::nullopt } } }, { count - 1, { { "art", std::nullopt } } } })),
         "entry 5: key \"name\" missing");
-    // 120 entries of the second half share one name of 60,000 characters:
-    // that half alone reads more than half of what sharing may cost in all
-    // (16 times the file size), the whole list less than all of it. The
-    // list is read, as in one pass.
+    // 120 entries of the second half share one list of 200 split bookings:
+    // that half alone builds more than half of the budget (some 7 of 11 MB),
+    // the whole list less than all of it. The list is read, as in one pass.
     std::map<std::size_t, Values> overrides;
     for (std::size_t i = count - 120; i < count; ++i)
-        overrides[i] = { { "name", 0 } };
-    const EinnahmeList entries = LedgerFile::decode(longList(overrides, std::string(60'000, 'x')));
+        overrides[i] = { { "childTransactions", 0 } };
+    const EinnahmeList entries = LedgerFile::decode(longList(overrides, [](BplistBuilder& b) {
+        return b.array(std::vector<std::size_t>(200, b.entry()));
+    }));
     ASSERT_EQ(entries.size(), count);
-    EXPECT_EQ(entries[count - 120]->name().size(), 60'000u);
-    EXPECT_EQ(entries[count - 121]->name(), "Miete");
+    EXPECT_EQ(entries[count - 120]->childTransactions().size(), 200u);
+    EXPECT_TRUE(entries[count - 121]->childTransactions().empty());
 }
 
 } // namespace

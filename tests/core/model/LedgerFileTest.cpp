@@ -3,6 +3,7 @@
 #include "model/LedgerFile.h"
 
 #include "core/support/TestSupport.h"
+#include "platform/FileWriteError.h"
 
 #include <gtest/gtest.h>
 
@@ -139,6 +140,29 @@ TEST_F(LedgerFileWriteTest, EntriesThatCannotBeEncodedLeaveTheFileAloneAndErrors
     const fs::path text = dir / "notiz.txt";
     std::ofstream(text) << "kein Ledger";
     EXPECT_EQ(errorOf([&] { LedgerFile::read(text.string()); }), text.string() + ": not a property list");
+}
+
+// saldo --print-pdf LEDGER LEDGER wrote the printout over the ledger, and the
+// export panels did the same when the user picked a ledger's file.
+TEST_F(LedgerFileWriteTest, OnlyALedgersOwnSaveWritesOverIt)
+{
+    const fs::path ledger = dir / "Kasse.saldo", other = dir / "Notiz.txt";
+    LedgerFile::write(ledger.string(), { entry("Miete", 1.0f, 19.0f, 1.0) });
+    std::ofstream(other) << "kein Ledger";
+    const std::string before = readFile(ledger);
+    try {
+        LedgerFile::writeBesideLedgers(ledger.string(), "%PDF-1.4");
+        ADD_FAILURE() << "written over the ledger";
+    } catch (const FileWriteError& e) {
+        EXPECT_EQ(e.kind(), FileWriteError::Kind::HoldsLedger);
+    }
+    EXPECT_EQ(readFile(ledger), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 2);
+    LedgerFile::writeBesideLedgers(other.string(), "%PDF-1.4");
+    EXPECT_EQ(readFile(other), "%PDF-1.4");
+    // A ledger written as a ledger (convert, a save) replaces one.
+    LedgerFile::write(ledger.string(), {});
+    EXPECT_TRUE(LedgerFile::read(ledger.string()).empty());
 }
 
 // plistlib loads what we write and dumps it again, binary and XML; both read

@@ -63,10 +63,10 @@ TEST(SharedEntryTextTest, TextsLiveAsLongAsAnyEntryOrCopyThatUsesThem)
     EXPECT_EQ(copied.rechnungsnummer(), "RE-2024-000001 und noch mehr Text");
 }
 
-TEST(SharedEntryTextTest, EveryObjectComesBackWithItsOwnTextWhateverTheCacheHolds)
+TEST(SharedEntryTextTest, EveryObjectComesBackWithItsOwnText)
 {
-    // Far more distinct texts than the cache has slots, each used by entries
-    // near each other and far apart, and a few used by every entry.
+    // Many distinct texts, each used by entries near each other and far
+    // apart, and a few used by every entry.
     const int distinct = 70000;
     EinnahmeList written;
     for (int round = 0; round < 2; ++round) {

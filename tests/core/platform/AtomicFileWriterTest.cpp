@@ -26,6 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Kind = FileWriteError::Kind;
+using testing::namesIn;
 using testing::readFile;
 
 // The kind a write fails with, or nothing when it succeeds.
@@ -39,15 +40,6 @@ std::optional<Kind> failureOf(const fs::path& path, std::string_view bytes, std:
         return e.kind();
     }
     return std::nullopt;
-}
-
-std::vector<std::string> namesIn(const fs::path& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& item : fs::directory_iterator(folder))
-        names.push_back(item.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 mode_t modeOf(const fs::path& path)
@@ -71,8 +63,9 @@ TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLink
     // A replaced one keeps its permissions, and its owner when the superuser writes it.
     ASSERT_EQ(::chmod(file.c_str(), 0604), 0);
     const bool root = ::geteuid() == 0;
-    if (root)
+    if (root) {
         ASSERT_EQ(::chown(file.c_str(), testing::Unprivileged::kNobody, testing::Unprivileged::kNobody), 0);
+    }
     EXPECT_EQ(failureOf(file, "zwei, laenger"), std::nullopt);
     struct stat info { };
     ASSERT_EQ(::stat(file.c_str(), &info), 0);
@@ -135,8 +128,9 @@ TEST_F(AtomicFileWriterTest, NonRegularTargetsAreWrittenThroughOrRefusedButNever
         const bool wasLink = fs::is_symlink(target.path);
         std::string message;
         EXPECT_EQ(failureOf(target.path, "Inhalt", &message), target.failure) << message;
-        if (target.failure)
+        if (target.failure) {
             EXPECT_EQ(message, target.path.string() + ": " + target.reason);
+        }
         EXPECT_EQ(modeOf(target.path) & S_IFMT, target.typeAfter);
         EXPECT_EQ(fs::is_symlink(target.path), wasLink);
     }
@@ -194,21 +188,31 @@ TEST_F(AtomicFileWriterTest, FailuresSayTheirKindAndLeaveTheOldFileWholeAndNoTem
         [&] { fs::permissions(dir, fs::perms::owner_all); });
     expectFailure(
         Kind::CannotCreate, [&] { return dir / "fehlt" / "Kasse.saldo"; }, [] {});
-    // A file-size limit makes writes fail as a full disk does, for every user.
+    // A file-size limit makes writes fail as a full disk does, for every
+    // user; its signal, left at its default, would end the process.
     expectFailure(
         Kind::WriteFailed,
         [&] {
             ::getrlimit(RLIMIT_FSIZE, &g_sizeLimit);
             rlimit small = g_sizeLimit;
             small.rlim_cur = old.size() / 2;
-            std::signal(SIGXFSZ, SIG_IGN);
             ::setrlimit(RLIMIT_FSIZE, &small);
             return file;
         },
-        [] {
-            ::setrlimit(RLIMIT_FSIZE, &g_sizeLimit);
-            std::signal(SIGXFSZ, SIG_DFL);
-        });
+        [] { ::setrlimit(RLIMIT_FSIZE, &g_sizeLimit); });
+}
+
+TEST_F(AtomicFileWriterTest, AFileNobodyMayWriteIsRefusedEvenToTheSuperuserAndNamesStayOnOneLine)
+{
+    // Permissions that let nobody write: the superuser could, but is refused
+    // like everybody else.
+    const fs::path file = dir / "Zeile\neins\tzwei";
+    std::ofstream(file) << "alt";
+    fs::permissions(file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    std::string message;
+    EXPECT_EQ(failureOf(file, "neu", &message), Kind::ReadOnly);
+    EXPECT_EQ(readFile(file), "alt");
+    EXPECT_EQ(message, (dir / "Zeile\\neins\\tzwei").string() + ": the file is read-only: Permission denied");
 }
 
 } // namespace

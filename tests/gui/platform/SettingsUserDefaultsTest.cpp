@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace saldo::gui {
 namespace {
 
@@ -66,7 +68,7 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
     // Readers fall back to the default chart without writing it over the value.
     EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien());
     Kategorien::storeDefaultKategorienIfMissing(defaults);
-    defaults.settings().sync();
+    defaults.settings()->sync();
     EXPECT_TRUE(testing::readBytes(file).contains("Kategorien=42"));
 }
 
@@ -83,6 +85,10 @@ TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
         QByteArray::fromRawData(kPngStart, sizeof kPngStart - 1),
         "[General]\nKategorien=@Variant(\\0\\0\\0\\x7f\\0\\0\\0\\x5)\n",
         "[ZuletztGeoeffnet]\nsize=1\n1=/tmp/a.saldo\n[General]\nKategorien=@Variant(kaputt)\n",
+        // Values of another program that QSettings reads but would write back
+        // in another form ("@ByteArray()", a shorter list).
+        "[General]\nKategorien=@Variant(\\0\\0\\0\\x7f\\0\\0\\0\\nQByteArray\\0)\n",
+        "[General]\nKategorien=@Variant(\\0\\0\\0\\t\\0\\0\\0\\x1\\0\\0\\0\\n\\0\\0\\0\\0\\x2\\0x)\n",
     };
     int n = 0;
     for (const QByteArray& bytes : damaged) {
@@ -105,13 +111,37 @@ TEST(SettingsUserDefaultsTest, AFileThatCannotBeReadCompletelyIsNeverWritten)
             defaults.setStringArray(Kategorien::kKey, { "1000 Kasse Kasse " });
             EXPECT_EQ(Kategorien::listOrDefault(defaults), std::vector<std::string> { "1000 Kasse Kasse " });
             EXPECT_TRUE(dialogs.errors.isEmpty() && dialogs.informations.isEmpty());
-            defaults.settings().sync();
+            defaults.settings()->sync();
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         EXPECT_EQ(testing::readBytes(file), bytes) << n;
     }
 
     AutosaveStore::setFolder(QString());
+}
+
+// A settings name that was a pipe hung the start, and a link to /dev/zero
+// made the program read 3.9 GB. Neither, nor a file far larger than any
+// settings, is read; the start goes on with the default chart.
+TEST(SettingsUserDefaultsTest, ANameThatIsNoRegularFileOfSaneSizeIsNotRead)
+{
+    QTemporaryDir dir;
+    const QString pipe = dir.filePath(QStringLiteral("Leitung.conf"));
+    const QString device = dir.filePath(QStringLiteral("Null.conf"));
+    const QString large = dir.filePath(QStringLiteral("Gross.conf"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), device));
+    ASSERT_TRUE(testing::writeBytes(large, "[General]\n"));
+    ASSERT_TRUE(QFile::resize(large, SettingsUserDefaults::kLargestFile + 1));
+    for (const QString& file : { pipe, device, large }) {
+        SettingsUserDefaults defaults(file);
+        EXPECT_TRUE(defaults.isReadOnly());
+        EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien());
+        defaults.setStringArray(Kategorien::kKey, { "1000 Kasse Kasse " });
+        EXPECT_EQ(Kategorien::listOrDefault(defaults), std::vector<std::string> { "1000 Kasse Kasse " });
+    }
+    EXPECT_EQ(QFileInfo(large).size(), SettingsUserDefaults::kLargestFile + 1);
+    EXPECT_TRUE(QFileInfo(device).isSymLink());
 }
 
 } // namespace
