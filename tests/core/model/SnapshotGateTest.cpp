@@ -1,9 +1,11 @@
-// Workers that read a snapshot of a list through its gate (the save's coder and
-// the summary's engine) see the entries exactly as they were when the gate
-// opened, whatever the main thread changes meanwhile.
+// Workers that read a snapshot of a list through its gate (the save's coder,
+// the summary's engine and the VAT return) see the entries exactly as they
+// were when the gate opened, whatever the main thread changes meanwhile.
 #include "evaluation/CalcEngine.h"
 #include "model/LedgerFile.h"
 #include "model/SnapshotGate.h"
+#include "tax/UstvaCalculation.h"
+#include "tax/UstvaText.h"
 
 #include <gtest/gtest.h>
 
@@ -74,22 +76,32 @@ std::string reportOf(const EinnahmeList& entries)
     return engine.ergebnisString();
 }
 
+// The VAT return of the year the ledger spans.
+std::string vatOf(const EinnahmeList& entries, const SnapshotGate* gate = nullptr)
+{
+    using namespace tax;
+    return UstvaText::tsv(UstvaCalculation::calculate(entries, *TaxPeriod::parse("2025"), *UstvaForm::forYear(2025), gate));
+}
+
 TEST(SnapshotGateTest, ReadersSeeTheEntriesAsTheyWereWhenTheGateOpened)
 {
     const EinnahmeList live = makeLedger(9000);
     const EinnahmeList snapshot = live;
     const std::string bytes = LedgerFile::encode(valuesOf(live));
     const std::string report = reportOf(valuesOf(live));
+    const std::string vat = vatOf(live);
 
     SnapshotGate gate;
     gate.open();
     changeSome(gate, live, 1);
     changeSome(gate, live, 2); // a second change keeps the values of the first
     ASSERT_FALSE(LedgerFile::encode(live) == bytes);
+    ASSERT_NE(vatOf(live), vat);
     EXPECT_TRUE(LedgerFile::encode(snapshot, gate) == bytes); // not printed: megabytes
     CalcEngine engine;
     engine.calculateSnapshot(snapshot, gate, std::nullopt);
     EXPECT_EQ(engine.ergebnisString(), report);
+    EXPECT_EQ(vatOf(snapshot, &gate), vat);
 
     // Closed, the gate forgets the old values: the next snapshot is the list as it is.
     gate.close();
@@ -108,18 +120,23 @@ TEST(SnapshotGateTest, ChangesRacingTheWorkersNeverReachTheirFileOrReport)
         const EinnahmeList values = valuesOf(live);
         const std::string bytes = LedgerFile::encode(values);
         const std::string report = reportOf(values);
+        const std::string vat = vatOf(values);
 
         saveGate.open();
         summaryGate.open();
-        std::string written;
+        std::string written, vatRead;
         CalcEngine engine;
-        std::atomic<int> running { 2 };
+        std::atomic<int> running { 3 };
         std::thread coder([&, snapshot = live] {
             written = LedgerFile::encode(snapshot, saveGate);
             --running;
         });
         std::thread evaluator([&, snapshot = live] {
             engine.calculateSnapshot(snapshot, summaryGate, 1000.0f);
+            --running;
+        });
+        std::thread vatReader([&, snapshot = live] {
+            vatRead = vatOf(snapshot, &summaryGate);
             --running;
         });
         // The main thread changes entries through both gates as the document does.
@@ -130,11 +147,13 @@ TEST(SnapshotGateTest, ChangesRacingTheWorkersNeverReachTheirFileOrReport)
                 });
         coder.join();
         evaluator.join();
+        vatReader.join();
         saveGate.close();
         summaryGate.close();
 
         EXPECT_TRUE(written == bytes) << "round " << round;
         EXPECT_EQ(engine.ergebnisString(), report) << "round " << round;
+        EXPECT_EQ(vatRead, vat) << "round " << round;
         EXPECT_TRUE(engine.limitWarning().has_value());
     }
 }

@@ -153,16 +153,33 @@ TEST(TaxPeriod, ReadsMonthsQuartersAndYearsBetweenLocalMidnights)
     for (const char* wrong : { "2025-13", "2025-00", "2025-Q5", "2025-3", "25-03", "2025-03-01", "2025 ", "Q1", "" })
         EXPECT_FALSE(TaxPeriod::parse(wrong)) << wrong;
 
-    // March 2025 in Berlin: the change to summer time falls inside it.
-    const TaxPeriod march = *TaxPeriod::parse("2025-03");
-    const double start = *Calendar::localMidnight(2025, 3, 1);
-    const double end = *Calendar::localMidnight(2025, 4, 1);
-    EXPECT_EQ(end - start, 31 * 86400.0 - 3600.0);
-    EXPECT_FALSE(march.contains(start - 0.001));
-    EXPECT_TRUE(march.contains(start));
-    EXPECT_TRUE(march.contains(end - 0.5));
-    EXPECT_FALSE(march.contains(end));
-    EXPECT_FALSE(march.contains(std::nan("")));
+    // A period runs from local midnight to local midnight, also across the
+    // changes to and from summer time; a date that is not a number is in none.
+    struct Instant {
+        const char* period;
+        ReferenceSeconds datum;
+        bool inside;
+    };
+    const ReferenceSeconds april = Calendar::fromLocalFields({ 2025, 4, 1, 0, 0, 0 }); // 22:00 UTC the day before
+    const ReferenceSeconds november = Calendar::fromLocalFields({ 2025, 11, 1, 0, 0, 0 }); // 23:00 UTC
+    for (const Instant& c : {
+             Instant { "2025-03", *Calendar::localMidnight(2025, 3, 1) - 0.001, false },
+             Instant { "2025-03", *Calendar::localMidnight(2025, 3, 1), true },
+             Instant { "2025-03", april - 0.5, true },
+             Instant { "2025-03", april, false },
+             Instant { "2025-04", april, true },
+             Instant { "2025-Q1", april - 0.001, true },
+             Instant { "2025-Q2", april, true },
+             Instant { "2025-03", Calendar::fromLocalFields({ 2025, 3, 30, 3, 0, 0 }), true }, // the hour after the gap
+             Instant { "2025-10", Calendar::fromLocalFields({ 2025, 10, 26, 2, 30, 0 }), true }, // the hour twice
+             Instant { "2025-10", november - 1.0, true },
+             Instant { "2025-10", november, false },
+             Instant { "2025-11", november, true },
+             Instant { "2025", *Calendar::localMidnight(2025, 1, 1) - 1.0, false },
+             Instant { "2025", *Calendar::localMidnight(2026, 1, 1) - 1.0, true },
+             Instant { "2025", std::nan(""), false },
+         })
+        EXPECT_EQ(TaxPeriod::parse(c.period)->contains(c.datum), c.inside) << c.period << " " << c.datum;
 }
 
 } // namespace
