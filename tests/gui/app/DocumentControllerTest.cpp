@@ -1,5 +1,6 @@
 // The document controller: each file open once, unreadable files refused with
-// one message, recent files, closing everything on quit.
+// one message, the work a killed save left offered, recent files, closing
+// everything on quit.
 #include "app/DocumentController.h"
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
@@ -12,6 +13,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -21,6 +23,7 @@
 namespace saldo::gui {
 namespace {
 
+using testing::decodeFile;
 using testing::encoded;
 using testing::sampleEntries;
 using testing::ScriptedDialogs;
@@ -87,6 +90,41 @@ TEST_F(DocumentControllerTest, UnreadableFilesAreRefusedOneByOneAndTheProgramGoe
     EXPECT_EQ(QApplication::topLevelWidgets().size(), windowsBefore);
     EXPECT_TRUE(controller.recentDocumentPaths().isEmpty());
     EXPECT_NE(controller.openDocument(ledger(QStringLiteral("Gut.saldo"), 2)), nullptr);
+}
+
+// Opening a ledger beside which a killed save left a complete, newer file:
+// the work is offered as a recovery copy is, and what the user answers is
+// done. (Which leftovers are offered is the core's rule.)
+TEST_F(DocumentControllerTest, OpeningOffersTheNewerWorkAKilledSaveLeft)
+{
+    for (const bool restore : { true, false }) {
+        SCOPED_TRACE(restore);
+        const QString name = restore ? QStringLiteral("Kasse.saldo") : QStringLiteral("Bank.saldo");
+        const QString path = ledger(name, 3);
+        const QString left = dir.filePath(QLatin1Char('.') + name + QStringLiteral(".Xy7-_0aB"));
+        ASSERT_TRUE(writeBytes(left, encoded(sampleEntries(5))));
+        for (const auto& [file, secondsAgo] : { std::pair { path, 60 }, std::pair { left, 30 } }) {
+            QFile written(file);
+            ASSERT_TRUE(written.open(QIODevice::ReadWrite));
+            written.setFileTime(QDateTime::currentDateTime().addSecs(-secondsAgo), QFileDevice::FileModificationTime);
+        }
+        dialogs.asked.clear();
+        dialogs.restoreAnswers = { restore };
+        Document* document = controller.openDocument(path);
+        ASSERT_NE(document, nullptr);
+        ASSERT_EQ(dialogs.asked.size(), 1);
+        EXPECT_TRUE(dialogs.asked[0].startsWith(
+            QStringLiteral("Saldo wurde beim Sichern von „%1“ unterbrochen.").arg(name)));
+        EXPECT_TRUE(dialogs.asked[0].contains(QStringLiteral("5 Eintraege")));
+        EXPECT_EQ(document->backupEinnahmen().size(), restore ? 5u : 3u);
+        EXPECT_EQ(document->isDocumentEdited(), restore);
+        EXPECT_EQ(QFile::exists(left), restore);
+        // The restored work reaches the file with the next save, and the leftover goes.
+        QMetaObject::invokeMethod(&document->autosaveTimer(), "timeout");
+        document->finishBackgroundSave();
+        EXPECT_EQ(decodeFile(path).size(), restore ? 5u : 3u);
+        EXPECT_TRUE(QDir(dir.path()).entryList({ QStringLiteral(".*.saldo.*") }, QDir::Files | QDir::Hidden).isEmpty());
+    }
 }
 
 TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCategories)
