@@ -114,9 +114,9 @@ TEST_F(WindowActionsTest, TheShortcutListIsReadFromTheWindowsActions)
             + QKeySequence(Qt::Key_Backspace).toString(QKeySequence::NativeText));
     EXPECT_EQ(rowFor(QStringLiteral("Suchen"))->menu, QString::fromLatin1(ShortcutList::kOtherGroup));
 
-    window->actions()->duplicateAction()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
+    window->actions()->duplicateAction()->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_J));
     EXPECT_EQ(rowFor(QStringLiteral("Duplizieren"))->keys,
-        QKeySequence(Qt::CTRL | Qt::Key_J).toString(QKeySequence::NativeText));
+        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_J).toString(QKeySequence::NativeText));
 
     std::set<QString> keys;
     int rows = 0;
