@@ -14,7 +14,6 @@
 #include "platform/CanberraSoundPlayer.h"
 #include "platform/GermanTranslations.h"
 #include "platform/SettingsUserDefaults.h"
-#include "settings/PreferencesViewController.h"
 #include "printing/PdfPrintout.h"
 
 #include <QApplication>
@@ -157,7 +156,7 @@ int main(int argc, char** argv)
     if (parser.isSet(preferences)) {
         // The program then lives while any of its windows is open, the
         // preferences alone included, and ends with the last one.
-        saldo::gui::PreferencesViewController::showPreferences(defaults);
+        controller.showPreferences();
         return QApplication::exec();
     }
     if (controller.documents().empty())

@@ -33,6 +33,12 @@ void EntryLists::setEntries(EinnahmeList entries)
     einnahmen_ = std::move(entries);
 }
 
+void EntryLists::setLists(EinnahmeList einnahmen, EinnahmeList backupEinnahmen)
+{
+    einnahmen_ = std::move(einnahmen);
+    backupEinnahmen_ = std::move(backupEinnahmen);
+}
+
 void EntryLists::setStartingEntry()
 {
     setEntries({ Einnahme::make("Neu", "", 0.0f, 19.0f) });

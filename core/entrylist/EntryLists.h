@@ -31,6 +31,8 @@ public:
 
     // Document hand-over: both lists hold the given entries, in that order.
     void setEntries(EinnahmeList entries);
+    // Both lists as they were at another moment (an undone load).
+    void setLists(EinnahmeList einnahmen, EinnahmeList backupEinnahmen);
 
     // The content of a new document: one entry "Neu", empty category, gross 0,
     // rate 19, in both lists.

@@ -3,6 +3,7 @@
 #include "evaluation/AmountFormat.h"
 #include "platform/Calendar.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -35,6 +36,13 @@ std::array<std::string, PrintColumns::kCount> PrintColumns::values(const Einnahm
         date(entry.datum()),
         entry.rechnungsnummer(),
     };
+}
+
+double PrintColumns::width(std::size_t column, double paperWidth)
+{
+    if (column + 1 < kCount)
+        return kColumns[column + 1].x - kColumns[column].x - kColumnGap;
+    return std::max(0.0, paperWidth - kColumns[column].x);
 }
 
 std::string PrintColumns::amount(float value)

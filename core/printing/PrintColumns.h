@@ -35,6 +35,12 @@ public:
         { "Rg-Nr", 405.0 },
     } };
 
+    // The room a column's texts have: up to a small gap before the next
+    // column, the last one up to the paper's right edge. A longer text is cut
+    // there rather than running over its neighbour.
+    static constexpr double kColumnGap = 2.0;
+    static double width(std::size_t column, double paperWidth);
+
     // "✔︎" (heavy check mark, then the text-style selector) or "✕".
     static constexpr std::string_view kFlagSet = "\u2714\uFE0E";
     static constexpr std::string_view kFlagClear = "\u2715";

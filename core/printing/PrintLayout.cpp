@@ -82,7 +82,15 @@ bool PrintLayout::shows(const Window& window, double x, double y) const
 void PrintLayout::add(
     std::vector<PrintText>& out, double x, double y, PrintFont font, PrintColour colour, std::string text) const
 {
-    out.push_back({ x, y, paperWidth_, lineHeight_, pageOf(y), font, colour, std::move(text) });
+    out.push_back({ x, y, paperWidth_ - x, lineHeight_, pageOf(y), font, colour, std::move(text) });
+}
+
+void PrintLayout::addColumn(std::vector<PrintText>& out, std::size_t column, double y, PrintFont font,
+    PrintColour colour, std::string text) const
+{
+    const double x = PrintColumns::kColumns[column].x;
+    out.push_back({ x, y, PrintColumns::width(column, paperWidth_), lineHeight_, pageOf(y), font, colour,
+        std::move(text) });
 }
 
 std::vector<PrintText> PrintLayout::textsOfPage(int page) const
@@ -96,9 +104,9 @@ std::vector<PrintText> PrintLayout::textsOfPage(int page) const
     const std::uint64_t lowSlot = firstSlot > 0 ? firstSlot - 1 : 0;
     const std::uint64_t highSlot = firstSlot + kTransactionsPerPage;
 
-    for (const PrintColumns::Column& column : PrintColumns::kColumns)
-        if (shows(window, column.x, 0.0))
-            add(out, column.x, 0.0, PrintFont::Bold, PrintColour::Black, std::string(column.title));
+    for (std::size_t c = 0; c < PrintColumns::kCount; ++c)
+        if (shows(window, PrintColumns::kColumns[c].x, 0.0))
+            addColumn(out, c, 0.0, PrintFont::Bold, PrintColour::Black, std::string(PrintColumns::kColumns[c].title));
 
     // The first entry that draws anything at or below the window's top.
     std::size_t first = 0, count = einnahmen_.size();
@@ -126,8 +134,7 @@ std::vector<PrintText> PrintLayout::textsOfPage(int page) const
             auto values = PrintColumns::values(entry, false);
             for (std::size_t c = 0; c < PrintColumns::kCount; ++c)
                 if (shows(window, PrintColumns::kColumns[c].x, lineY))
-                    add(out, PrintColumns::kColumns[c].x, lineY, PrintFont::Regular, PrintColour::Black,
-                        std::move(values[c]));
+                    addColumn(out, c, lineY, PrintFont::Regular, PrintColour::Black, std::move(values[c]));
         }
         // Split booking j (from 1) sits at place slot + j; only those near the window can meet it.
         const EinnahmeList& splits = entry.childTransactions();
@@ -140,8 +147,7 @@ std::vector<PrintText> PrintLayout::textsOfPage(int page) const
             auto values = PrintColumns::values(*splits[j - 1], true);
             for (std::size_t c = 0; c < PrintColumns::kCount; ++c)
                 if (shows(window, PrintColumns::kColumns[c].x, y))
-                    add(out, PrintColumns::kColumns[c].x, y, PrintFont::Regular, PrintColour::Blue,
-                        std::move(values[c]));
+                    addColumn(out, c, y, PrintFont::Regular, PrintColour::Blue, std::move(values[c]));
         }
     }
 

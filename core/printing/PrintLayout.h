@@ -26,8 +26,10 @@ namespace saldo {
 // places are `contentRectHeight()` (paper height / 50) apart: the column
 // titles at the top, each entry 20 points below its place with its gray
 // category caption 10 points above that, each split booking and each
-// evaluation line at its place. Every text's rectangle is one paper width
-// wide and one line high and starts at its column's x.
+// evaluation line at its place. Every text's rectangle is one line high and
+// starts at its column's x; it is as wide as its column (PrintColumns::width),
+// or reaches the paper's right edge for a caption, the heading and the
+// evaluation lines, and the text is cut at its right edge.
 //
 // Painting page k: take `textsOfPage(k)`, move each text up by k x paper
 // height and clip to the page. The list holds every text whose rectangle
@@ -89,8 +91,11 @@ private:
     };
     // True when a text's rectangle at (x, y) lies on the sheet and meets the window.
     bool shows(const Window& window, double x, double y) const;
+    // A text across the line, or one of a column (its rectangle as wide as the column).
     void add(
         std::vector<PrintText>& out, double x, double y, PrintFont font, PrintColour colour, std::string text) const;
+    void addColumn(std::vector<PrintText>& out, std::size_t column, double y, PrintFont font, PrintColour colour,
+        std::string text) const;
 
     EinnahmeList einnahmen_;
     std::vector<std::string> evaluation_;

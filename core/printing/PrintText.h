@@ -16,7 +16,9 @@ enum class PrintColour { Black, Gray, Blue };
 // view's top-down coordinates (y is the top edge, measured from the top of the
 // first page), the page its top edge lies on, its face, colour and text. The
 // text is drawn from the rectangle's top left corner on one line without
-// wrapping; it may run past the rectangle's right edge. Evaluation lines hold
+// wrapping and cut at the rectangle's right edge: a column's text ends where
+// its column does, a line across the page (a category caption, the
+// evaluation) at the paper's edge. Evaluation lines hold
 // tab characters, and names or categories may hold line breaks: draw them as
 // they are (tabs expanded to the painter's tab stops, a line break starting a
 // second line below the first).

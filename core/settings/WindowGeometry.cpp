@@ -29,6 +29,24 @@ WindowGeometry::Size WindowGeometry::clampedSize(Size wanted, Size minimum, Size
         std::clamp(wanted.height, least.height, available.height) };
 }
 
+WindowGeometry::Rect WindowGeometry::fittedFrame(Rect content, Margins frame, Rect available, Size minimum)
+{
+    const Size room { available.width - frame.left - frame.right, available.height - frame.top - frame.bottom };
+    const Size least = clampedMinimum(minimum, room);
+    content.width = std::max(std::min(content.width, room.width), least.width);
+    content.height = std::max(std::min(content.height, room.height), least.height);
+    // The frame's left and top edges, moved in so that its far edges are inside as well.
+    const int frameX = std::max(
+        std::min(content.x - frame.left, available.x + available.width - content.width - frame.left - frame.right),
+        available.x);
+    const int frameY = std::max(
+        std::min(content.y - frame.top, available.y + available.height - content.height - frame.top - frame.bottom),
+        available.y);
+    content.x = frameX + frame.left;
+    content.y = frameY + frame.top;
+    return content;
+}
+
 std::optional<std::vector<int>> WindowGeometry::readNumbers(
     const UserDefaults& defaults, const std::string& key, std::size_t count)
 {

@@ -24,11 +24,32 @@ public:
         bool operator==(const Size&) const = default;
     };
 
+    // A window's place on the screen, and the margins the window manager's
+    // frame (title bar and borders) adds around it.
+    struct Rect {
+        int x = 0;
+        int y = 0;
+        int width = 0;
+        int height = 0;
+        bool operator==(const Rect&) const = default;
+    };
+    struct Margins {
+        int left = 0;
+        int top = 0;
+        int right = 0;
+        int bottom = 0;
+    };
+
     static constexpr int kScreenPercent = 90;
 
     static Size firstSize(Size preferred, Size available);
     static Size clampedSize(Size wanted, Size minimum, Size available);
     static Size clampedMinimum(Size minimum, Size available);
+    // The window's content place whose frame lies inside the free area: the
+    // content shrunk by what the frame needs (never below the clamped
+    // minimum), then moved in where the frame reaches over an edge. A window
+    // that fits stays where and as big as it is.
+    static Rect fittedFrame(Rect content, Margins frame, Rect available, Size minimum);
 
     // The list stored under `key` when it holds exactly `count` whole numbers.
     static std::optional<std::vector<int>> readNumbers(

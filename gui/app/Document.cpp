@@ -10,6 +10,8 @@
 #include "app/commands/ChangeEntryCommand.h"
 #include "app/commands/DeleteEntriesCommand.h"
 #include "app/commands/DuplicateEntryCommand.h"
+#include "app/commands/LoadEntriesCommand.h"
+#include "app/commands/RenameKategorieCommand.h"
 #include "app/commands/ReplaceEntryCommand.h"
 #include "entrylist/EntryTableModel.h"
 #include "entrylist/SearchOutcome.h"
@@ -17,6 +19,7 @@
 #include "platform/Diagnostics.h"
 #include "platform/Dialogs.h"
 #include "platform/Sound.h"
+#include "settings/CategoryRename.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -52,9 +55,9 @@ Document::Document(UserDefaults& defaults, QObject* parent)
     setAutosavingDelay(DocumentController::kDefaultAutosavingDelay);
     connect(&autosaveTimer_, &QTimer::timeout, this, &Document::autosave);
     // Every step, its undo and its redo change the entries, so each marks the
-    // document changed; clearing the history changes nothing.
+    // document changed; clearing the history and loading a list do not.
     connect(undoStack_, &QUndoStack::indexChanged, this, [this] {
-        if (!clearingHistory_)
+        if (!quietStep_)
             updateChangeCount(ChangeType::Done);
     });
 }
@@ -275,8 +278,23 @@ void Document::appendStatementEntries(EinnahmeList entries)
 
 void Document::replaceAllEntries(EinnahmeList entries)
 {
-    entries_->setEntries(std::move(entries), DocumentChange::Selection::KeepRows);
-    clearUndoHistory();
+    quietStep_ = true;
+    undoStack_->push(new LoadEntriesCommand(*entries_, std::move(entries)));
+    quietStep_ = false;
+}
+
+EinnahmeList Document::entriesWithKategorie(const std::string& kategorie) const
+{
+    return CategoryRename::entriesCarrying(backupEinnahmen(), kategorie);
+}
+
+std::size_t Document::renameKategorie(const std::string& from, const std::string& to)
+{
+    EinnahmeList renamed = entriesWithKategorie(from);
+    const std::size_t count = renamed.size();
+    if (count > 0)
+        undoStack_->push(new RenameKategorieCommand(*entries_, std::move(renamed), to));
+    return count;
 }
 
 void Document::noteChangeOutsideVerbs()
@@ -296,9 +314,9 @@ void Document::changeInPlace(Einnahme& entry, const std::function<void(Einnahme&
 
 void Document::clearUndoHistory()
 {
-    clearingHistory_ = true;
+    quietStep_ = true;
     undoStack_->clear();
-    clearingHistory_ = false;
+    quietStep_ = false;
 }
 
 void Document::applySearch(const SearchOutcome& outcome)

@@ -15,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -111,10 +112,17 @@ public:
     // A statement's proposals taken over: appends the entries and selects
     // them ("Kontoauszug"); nothing happens for none.
     void appendStatementEntries(EinnahmeList entries);
-    // An imported list replaces all entries. The document is not marked
-    // changed, and the undo history, which refers to entries that are gone,
-    // is cleared. The selected row numbers stay selected.
+    // An imported list replaces all entries ("Eintraege laden"), and the
+    // selected row numbers stay selected. The load is one step that can be
+    // undone, bringing every entry back, but it does not mark the document
+    // changed: only its undo and redo do.
     void replaceAllEntries(EinnahmeList entries);
+    // The entries (split bookings included) that carry this category.
+    EinnahmeList entriesWithKategorie(const std::string& kategorie) const;
+    // A category of the list was renamed: the entries that carry the old text
+    // take the new one, as one step ("Kategorie umbenennen"). Answers how
+    // many entries were renamed; none leaves no step.
+    std::size_t renameKategorie(const std::string& from, const std::string& to);
     // A change the user made outside the verbs (a split booking edited in
     // place in the split-booking editor): only marks the document changed.
     void noteChangeOutsideVerbs();
@@ -216,7 +224,9 @@ private:
     DocumentEntries* entries_ = nullptr;
     std::unique_ptr<DocumentWindow> window_;
     QUndoStack* undoStack_ = nullptr;
-    bool clearingHistory_ = false;
+    // True while the undo stack moves without the document changing: its
+    // history cleared, or a load pushed.
+    bool quietStep_ = false;
     QTimer autosaveTimer_;
     long long changeCount_ = 0;
     int errorCode_ = 0;

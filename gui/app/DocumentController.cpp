@@ -4,6 +4,7 @@
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
 #include "platform/Dialogs.h"
+#include "settings/PreferencesViewController.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -239,4 +240,36 @@ void DocumentController::quit()
         QApplication::quit();
 }
 
-} // namespace saldo::gui
+PreferencesViewController* DocumentController::showPreferences()
+{
+    PreferencesViewController* preferences = PreferencesViewController::showPreferences(defaults_);
+    connect(preferences, &PreferencesViewController::kategorieRenamed, this,
+        &DocumentController::offerKategorieRename, Qt::UniqueConnection);
+    return preferences;
+}
+
+void DocumentController::offerKategorieRename(const QString& from, const QString& to)
+{
+    const std::string before = from.toStdString();
+    std::size_t count = 0;
+    for (const Document* document : documents_)
+        count += document->entriesWithKategorie(before).size();
+    if (count == 0)
+        return;
+    const QString entries = count == 1 ? QStringLiteral("Ein Eintrag der geoeffneten Dokumente traegt")
+                                       : QStringLiteral("%1 Eintraege der geoeffneten Dokumente tragen").arg(count);
+    const bool rename = Dialogs::instance().confirm(qobject_cast<QWidget*>(sender()),
+        QStringLiteral("%1 die Kategorie „%2“. Sollen sie die neue Bezeichnung „%3“ erhalten?")
+            .arg(entries, from, to),
+        QStringLiteral("Jedes Dokument erhaelt dafuer einen Schritt, den Bearbeiten ▸ Widerrufen zuruecknimmt. "
+                       "Ohne Umbenennen behalten die Eintraege ihre Kategorie; sie steht dann nicht mehr in der "
+                       "Liste und wird so gekennzeichnet."),
+        QStringLiteral("Umbenennen"), QStringLiteral("Nicht umbenennen"));
+    if (!rename)
+        return;
+    const std::string after = to.toStdString();
+    for (Document* document : documents_)
+        document->renameKategorie(before, after);
+}
+
+}  // namespace saldo::gui

@@ -12,6 +12,7 @@ class QWidget;
 namespace saldo::gui {
 
 class Document;
+class PreferencesViewController;
 
 // The program's one document controller: makes new documents, opens files
 // (bringing an already open file's window forward instead of opening it
@@ -67,12 +68,20 @@ public:
     // user's documents folder or home: where the open and save panels start.
     QString ledgerFolder() const;
 
+    // Shows the program's preferences window; a category renamed there is
+    // offered to the open documents' entries (offerKategorieRename).
+    PreferencesViewController* showPreferences();
+
     // Asks every document to close, in order; stops at the first that refuses.
     bool closeAllDocuments();
 
 public slots:
     // Closes every document and, when all agreed, ends the program.
     void quit();
+    // A category of the list was renamed in the preferences window: when
+    // entries of open documents carry the old text, asks whether they are to
+    // take the new one, and if so renames them, one step per document.
+    void offerKategorieRename(const QString& from, const QString& to);
 
 signals:
     void documentsChanged();

@@ -38,6 +38,16 @@ void DocumentEntries::setEntries(EinnahmeList entries, DocumentChange::Selection
     run(what, [&] { model_->resetWith([&] { lists_.setEntries(std::move(entries)); }); });
 }
 
+void DocumentEntries::setLists(EinnahmeList einnahmen, EinnahmeList backupEinnahmen)
+{
+    DocumentChange what;
+    what.kind = DocumentChange::Kind::ListsReplaced;
+    what.selection = DocumentChange::Selection::KeepRows;
+    run(what, [&] {
+        model_->resetWith([&] { lists_.setLists(std::move(einnahmen), std::move(backupEinnahmen)); });
+    });
+}
+
 void DocumentEntries::applySearch(const SearchOutcome& outcome)
 {
     if (outcome.kind() == SearchOutcome::Kind::NoChange)
@@ -197,6 +207,19 @@ void DocumentEntries::setFields(const EinnahmePtr& entry, Einnahme::Stored field
         for (std::size_t row = 0; row < shown.size(); ++row)
             if (shown[row] == entry)
                 model_->rowChanged(static_cast<int>(row));
+    });
+}
+
+void DocumentEntries::changeEntries(
+    const EinnahmeList& entries, const std::function<void(Einnahme&, std::size_t)>& change)
+{
+    DocumentChange what;
+    what.kind = DocumentChange::Kind::EntriesEdited;
+    what.entries = entries;
+    run(what, [&] {
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            changeEntry(*entries[i], [&](Einnahme& e) { change(e, i); });
+        model_->reload();
     });
 }
 

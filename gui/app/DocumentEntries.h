@@ -37,6 +37,8 @@ public:
 
     // Both lists become `entries`.
     void setEntries(EinnahmeList entries, DocumentChange::Selection selection = DocumentChange::Selection::KeepEntries);
+    // Both lists become what they were at another moment; the selected rows stay.
+    void setLists(EinnahmeList einnahmen, EinnahmeList backupEinnahmen);
     // The shown list becomes what a search text selects (nothing for NoChange).
     void applySearch(const SearchOutcome& outcome);
     // Reorders the shown list; the model, which asks for it, keeps its rows in step.
@@ -55,6 +57,10 @@ public:
     void undoDeletion(const DeletionRecord& record);
     // Gives the entry these field values.
     void setFields(const EinnahmePtr& entry, Einnahme::Stored fields);
+    // Changes many entries at once, split bookings among them: `change` gets
+    // each entry and its place in `entries`; every row is shown anew.
+    void changeEntries(
+        const EinnahmeList& entries, const std::function<void(Einnahme&, std::size_t)>& change);
     // Changes an entry of the document (a split booking edited in its editor
     // included) in place, past the gates of the workers that may be reading
     // it. Every change of an entry's values goes through here.

@@ -8,6 +8,7 @@
 
 #include <QCloseEvent>
 #include <QShowEvent>
+#include <QTimer>
 
 namespace saldo::gui {
 
@@ -44,8 +45,20 @@ void DocumentWindow::showEvent(QShowEvent* event)
     if (!splittersRestored_) {
         splittersRestored_ = true;
         WindowLayout::restoreSplitters(*this, defaults_);
+        // The window manager frames the window after it is shown; the frame
+        // is fitted when it is known, which a move of the window tells.
+        fittingFrame_ = !WindowLayout::fitFrame(*this);
+        if (fittingFrame_)
+            QTimer::singleShot(kFrameWaitMilliseconds, this, [this] { fittingFrame_ = false; });
     }
     split_->viewController()->viewWillAppear();
+}
+
+void DocumentWindow::moveEvent(QMoveEvent* event)
+{
+    QMainWindow::moveEvent(event);
+    if (fittingFrame_ && WindowLayout::fitFrame(*this))
+        fittingFrame_ = false;
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event)

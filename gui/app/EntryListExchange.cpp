@@ -12,6 +12,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QStatusBar>
+#include <QUndoStack>
 
 #include <exception>
 #include <iostream>
@@ -81,7 +82,25 @@ void EntryListExchange::Laden()
         showFailure(kUnreadable, path);
         return;
     }
+    const std::size_t replaced = document_.backupEinnahmen().size();
+    const std::size_t loaded = entries.size();
     document_.replaceAllEntries(std::move(entries));
+    window_.statusBar()->showMessage(loadedText(loaded, replaced), kLoadedMessageMilliseconds);
+    // The message speaks of the load: the next step, its undo included, ends it.
+    auto* once = new QObject(this);
+    connect(document_.undoManager(), &QUndoStack::indexChanged, once, [this, once] {
+        window_.statusBar()->clearMessage();
+        once->deleteLater();
+    });
+}
+
+QString EntryListExchange::loadedText(std::size_t loaded, std::size_t replaced)
+{
+    const QString entries = loaded == 1 ? QStringLiteral("1 Eintrag") : QStringLiteral("%1 Eintraege").arg(loaded);
+    const QString before
+        = replaced == 1 ? QStringLiteral("1 bisheriger") : QStringLiteral("%1 bisherige").arg(replaced);
+    return QStringLiteral("%1 geladen, %2 ersetzt. Bearbeiten ▸ Widerrufen holt den vorigen Stand zurueck.")
+        .arg(entries, before);
 }
 
 void EntryListExchange::exportTable()

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <cstddef>
+
 class QMainWindow;
 
 namespace saldo::gui {
@@ -15,15 +17,22 @@ class Document;
 // takes the shown entries of the moment the panel closes; nothing in the
 // window changes. `Laden` reads a ledger file (binary or XML) chosen in a modal
 // open panel and makes its entries the document's, through the document's
-// import verb. `exportTable` writes the shown entries as a spreadsheet table.
+// import verb, as one step that can be undone; the status bar says how many
+// entries replaced how many and how to get them back. `exportTable` writes
+// the shown entries as a spreadsheet table.
 // A failure ends without an alert and without a sound: one short line in the
 // window's status bar names the file that could not be read or written, and
 // the reason goes to standard error.
 class EntryListExchange : public QObject {
     Q_OBJECT
 public:
-    // How long a failure stays in the status bar.
+    // How long a failure stays in the status bar, and what a load did.
     static constexpr int kStatusMessageMilliseconds = 6000;
+    static constexpr int kLoadedMessageMilliseconds = 20000;
+
+    // "7 Eintraege geladen, 67 bisherige ersetzt. Bearbeiten ▸ Widerrufen holt
+    // den vorigen Stand zurueck."
+    static QString loadedText(std::size_t loaded, std::size_t replaced);
 
     EntryListExchange(Document& document, QMainWindow& window);
 

@@ -9,6 +9,7 @@
 #include "app/ShortcutsDialog.h"
 #include "bank/StatementImport.h"
 #include "app/SplitViewController.h"
+#include "app/UndoKeysFallback.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/EuerViewController.h"
 #include "evaluation/UstvaViewController.h"
@@ -139,9 +140,12 @@ WindowActions::WindowActions(DocumentWindow& window)
     preferences_->setMenuRole(QAction::PreferencesRole);
     bearbeiten->addSeparator();
     bearbeiten->addAction(preferences_);
-    connect(preferences_, &QAction::triggered, this,
-        [&document] { PreferencesViewController::showPreferences(document.defaults()); });
-
+    connect(preferences_, &QAction::triggered, this, [&document, controller] {
+        if (controller)
+            controller->showPreferences();
+        else
+            PreferencesViewController::showPreferences(document.defaults());
+    });
     // Eintrag
     splitBooking_
         = makeAction(this, QStringLiteral("&Splitbuchung bearbeiten…"), { QKeySequence(Qt::CTRL | Qt::Key_Return) });
@@ -189,6 +193,8 @@ WindowActions::WindowActions(DocumentWindow& window)
     for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, statement_, quit_, undo_, redo_, addEntry_,
              duplicate_, splitBooking_, serialTransaction_, ustva_, euer_, preferences_, shortcuts_ })
         window.addAction(action);
+    // Ctrl+Z in a form field with nothing of its own to undo undoes the document's last step.
+    new UndoKeysFallback(window, this);
 }
 
 void WindowActions::showWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make)

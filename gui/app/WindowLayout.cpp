@@ -10,9 +10,11 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QTableView>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace saldo::gui {
 
@@ -29,13 +31,20 @@ QHeaderView* columnsOf(const DocumentWindow& window)
     return window.splitViewController()->viewController()->tableView()->horizontalHeader();
 }
 
-WindowGeometry::Size availableSize(const DocumentWindow& window)
+std::optional<QRect> availableArea(const DocumentWindow& window)
 {
     const QScreen* screen = window.screen() ? window.screen() : QGuiApplication::primaryScreen();
     if (!screen)
+        return std::nullopt;
+    return screen->availableGeometry();
+}
+
+WindowGeometry::Size availableSize(const DocumentWindow& window)
+{
+    const auto area = availableArea(window);
+    if (!area)
         return WindowLayout::kPreferredSize;
-    const QRect area = screen->availableGeometry();
-    return { area.width(), area.height() };
+    return { area->width(), area->height() };
 }
 
 } // namespace
@@ -68,6 +77,28 @@ void WindowLayout::restoreSplitters(DocumentWindow& window, const UserDefaults& 
     // A splitter shares its own length out in the proportions given.
     for (std::size_t i = 0; i < splitters.size(); ++i)
         splitters[i]->setSizes({ (*sizes)[2 * i], (*sizes)[2 * i + 1] });
+}
+
+bool WindowLayout::fitFrame(DocumentWindow& window)
+{
+    const QWindow* handle = window.windowHandle();
+    const auto area = availableArea(window);
+    if (!handle || !area || window.isMaximized() || window.isFullScreen())
+        return false;
+    const QMargins margins = handle->frameMargins();
+    if (margins.isNull())
+        return false;
+    const QRect content = window.geometry();
+    const WindowGeometry::Rect fitted = WindowGeometry::fittedFrame(
+        { content.x(), content.y(), content.width(), content.height() },
+        { margins.left(), margins.top(), margins.right(), margins.bottom() },
+        { area->x(), area->y(), area->width(), area->height() }, kMinimumSize);
+    if (fitted.width != content.width() || fitted.height != content.height())
+        window.resize(fitted.width, fitted.height);
+    // A window's position is its frame's.
+    if (fitted.x != content.x() || fitted.y != content.y())
+        window.move(fitted.x - margins.left(), fitted.y - margins.top());
+    return true;
 }
 
 void WindowLayout::save(const DocumentWindow& window, UserDefaults& defaults)

@@ -31,6 +31,10 @@ public:
     static void restoreSplitters(DocumentWindow& window, const UserDefaults& defaults);
     // Keeps the layout of a shown window.
     static void save(const DocumentWindow& window, UserDefaults& defaults);
+    // Fits the shown window's frame, title bar and borders included, into the
+    // screen's free area, once the window manager has framed it. Answers
+    // false while the frame is not known yet.
+    static bool fitFrame(DocumentWindow& window);
 };
 
 } // namespace saldo::gui

@@ -5,12 +5,12 @@
 #include "editors/EntryForm.h"
 #include "model/Kategorien.h"
 #include "model/UnicodeText.h"
+#include "platform/DateField.h"
 #include "platform/DateTimes.h"
 #include "platform/NotificationCenter.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QParallelAnimationGroup>
 #include <QPropertyAnimation>
 #include <QVBoxLayout>
@@ -266,7 +266,7 @@ QLineEdit* DetailViewController::bruttoField() const { return d_->form->bruttoFi
 QLineEdit* DetailViewController::nettoField() const { return d_->form->nettoField(); }
 QLineEdit* DetailViewController::steuersatzField() const { return d_->form->steuersatzField(); }
 QComboBox* DetailViewController::artPopUp() const { return d_->form->artPopUp(); }
-QDateTimeEdit* DetailViewController::datumPicker() const { return d_->form->datumPicker(); }
+DateField* DetailViewController::datumPicker() const { return d_->form->datumPicker(); }
 QCheckBox* DetailViewController::innergemCheckBox() const { return d_->form->innergemCheckBox(); }
 QCheckBox* DetailViewController::nonEUCheckBox() const { return d_->form->nonEUCheckBox(); }
 

@@ -8,11 +8,11 @@
 
 class QCheckBox;
 class QComboBox;
-class QDateTimeEdit;
 class QLineEdit;
 
 namespace saldo::gui {
 
+class DateField;
 class DetailBox;
 class Document;
 class EntryForm;
@@ -63,7 +63,7 @@ public:
     QLineEdit* nettoField() const;
     QLineEdit* steuersatzField() const;
     QComboBox* artPopUp() const;
-    QDateTimeEdit* datumPicker() const;
+    DateField* datumPicker() const;
     QCheckBox* innergemCheckBox() const;
     QCheckBox* nonEUCheckBox() const;
 

@@ -1,13 +1,14 @@
 #include "editors/EntryForm.h"
 
+#include "entrylist/EntryCells.h"
 #include "entrylist/StatusImages.h"
 #include "model/DecimalCommaText.h"
 #include "model/UnicodeText.h"
+#include "platform/DateField.h"
 #include "platform/DateTimes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -33,13 +34,6 @@ void showReadOnly(QLineEdit* field, bool readOnly)
     if (readOnly)
         palette.setColor(QPalette::Base, QColor(235, 235, 235));
     field->setPalette(palette);
-}
-
-QDateTime toDateTime(ReferenceSeconds datum)
-{
-    // A date the calendar cannot name shows the current moment.
-    const QDateTime local = DateTimes::toQDateTime(datum);
-    return local.isValid() ? local : QDateTime::currentDateTime();
 }
 
 } // namespace
@@ -77,13 +71,9 @@ EntryForm::EntryForm(QWidget* parent)
     art_->addItem(QStringLiteral("Einnahme"), QString::fromLatin1(kArtEinnahme));
     art_->addItem(QStringLiteral("Ausgabe"), QString::fromLatin1(kArtAusgabe));
 
-    datum_ = new QDateTimeEdit(this);
+    // Minutes, as the table shows them: the seconds stay as they are.
+    datum_ = new DateField(this);
     datum_->setObjectName(QStringLiteral("datum"));
-    datum_->setCalendarPopup(true);
-    datum_->setTimeSpec(Qt::LocalTime);
-    datum_->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
-    // The whole date and time stays readable where the form is narrow.
-    datum_->setMinimumWidth(datum_->sizeHint().width());
 
     innergem_ = new QCheckBox(QStringLiteral("Innergemeinschaftlicher Erwerb"), this);
     innergem_->setObjectName(QLatin1String(kInnergemCheckBoxId));
@@ -178,10 +168,20 @@ void EntryForm::connectEdits()
                 emit textFieldEdited();
         });
     }
+    // Choosing the entry's own category, which the list no longer holds, changes nothing.
     for (QComboBox* popUp : { art_, kategorie_ })
-        connect(popUp, &QComboBox::activated, this, [this, popUp] { emit popUpButtonChangedSelection(popUp); });
-    connect(datum_, &QDateTimeEdit::dateTimeChanged, this, [this] {
-        if (!filling_)
+        connect(popUp, &QComboBox::activated, this, [this, popUp](int index) {
+            if (popUp != kategorie_ || !isOwnKategorie(index))
+                emit popUpButtonChangedSelection(popUp);
+        });
+    // A typed date counts on Return and when the field is left; a day picked
+    // in the calendar at once.
+    connect(datum_, &QLineEdit::editingFinished, this, [this] {
+        if (datum_->commit() == DateField::Outcome::Changed && !filling_)
+            emit datePickerValueChanged();
+    });
+    connect(datum_, &DateField::dateChosen, this, [this](bool changed) {
+        if (changed && !filling_)
             emit datePickerValueChanged();
     });
     for (QCheckBox* check : { innergem_, nonEU_ })
@@ -195,6 +195,7 @@ void EntryForm::setKategorien(const std::vector<std::string>& rows)
 {
     filling_ = true;
     kategorie_->clear();
+    ownKategorie_ = false;
     QStringList items;
     for (const std::string& row : rows)
         items << qs(row);
@@ -216,18 +217,8 @@ void EntryForm::fill(const Einnahme* e)
     steuersatz_->setText(qs(DecimalCommaText::editable(shownSteuersatz_)));
     art_->setCurrentIndex(e && UnicodeText::equal(e->art(), kArtEinnahme) ? 0 : 1);
 
-    int kategorieIndex = -1;
-    if (e) {
-        for (int i = 0; i < kategorie_->count(); ++i) {
-            if (UnicodeText::equal(kategorie_->itemText(i).toStdString(), e->kategorie())) {
-                kategorieIndex = i;
-                break;
-            }
-        }
-    }
-    kategorie_->setCurrentIndex(kategorieIndex);
-
-    datum_->setDateTime(e ? toDateTime(e->datum()) : QDateTime::currentDateTime());
+    showKategorie(e);
+    datum_->setDateTime(e ? DateTimes::toQDateTime(e->datum()) : QDateTime());
     innergem_->setChecked(e && e->innergemeinschaftlicherErwerb());
     nonEU_->setChecked(e && e->isNonEU());
     if (e)
@@ -241,6 +232,39 @@ void EntryForm::fill(const Einnahme* e)
             : QString());
     markTaken();
     filling_ = false;
+}
+
+void EntryForm::showKategorie(const Einnahme* e)
+{
+    if (ownKategorie_) {
+        kategorie_->removeItem(1); // the separator
+        kategorie_->removeItem(0);
+        ownKategorie_ = false;
+    }
+    int index = -1;
+    if (e) {
+        for (int i = 0; i < kategorie_->count(); ++i) {
+            if (UnicodeText::equal(kategorie_->itemText(i).toStdString(), e->kategorie())) {
+                index = i;
+                break;
+            }
+        }
+    }
+    // A category the list no longer holds shows as itself, first and marked.
+    if (index < 0 && e && !e->kategorie().empty()) {
+        kategorie_->insertItem(0, EntryCells::notInList(qs(e->kategorie())));
+        QFont italic = kategorie_->font();
+        italic.setItalic(true);
+        kategorie_->setItemData(0, italic, Qt::FontRole);
+        kategorie_->insertSeparator(1);
+        ownKategorie_ = true;
+        index = 0;
+    }
+    kategorie_->setCurrentIndex(index);
+    kategorie_->setToolTip(ownKategorie_
+            ? QStringLiteral("Die Kategorie steht nicht in der Kategorienliste (Bearbeiten ▸ Einstellungen); "
+                             "der Eintrag behaelt sie.")
+            : QString());
 }
 
 void EntryForm::showDerivedBrutto(std::optional<float> brutto)
@@ -273,7 +297,7 @@ FormEdit::Texts EntryForm::texts() const
     texts.steuernummer = steuernummer_->text().toStdString();
     texts.leistungsart = leistungsart_->text().toStdString();
     // With no item of the entry's category in the list, the category stays.
-    if (kategorie_->currentIndex() >= 0)
+    if (kategorie_->currentIndex() >= 0 && !isOwnKategorie(kategorie_->currentIndex()))
         texts.kategorie = kategorie_->currentText().toStdString();
     texts.brutto = brutto_->text().toStdString();
     texts.steuersatz = steuersatz_->text().toStdString();

@@ -11,11 +11,12 @@
 
 class QCheckBox;
 class QComboBox;
-class QDateTimeEdit;
 class QLabel;
 class QLineEdit;
 
 namespace saldo::gui {
+
+class DateField;
 
 // The form over one entry that the detail panel and the split-booking editor
 // share: a control for every field (name, invoice and tax number, kind of
@@ -27,8 +28,9 @@ namespace saldo::gui {
 // filling. What an edit changes is the owner's business. The form keeps its
 // display current by itself: the net amount follows the gross amount and
 // rate as they are typed, and a name too short to be taken is framed in red
-// with the reason as its tooltip. While split bookings decide the gross
-// amount, the gross field shows the amount the owner derives and is read-only.
+// with the reason as its tooltip; a category the list does not hold shows as
+// itself, marked, and is kept. While split bookings decide the gross amount,
+// the gross field shows the amount the owner derives and is read-only.
 class EntryForm : public QWidget {
     Q_OBJECT
 public:
@@ -63,7 +65,7 @@ public:
     QLineEdit* nettoField() const { return netto_; }
     QLineEdit* steuersatzField() const { return steuersatz_; }
     QComboBox* artPopUp() const { return art_; }
-    QDateTimeEdit* datumPicker() const { return datum_; }
+    DateField* datumPicker() const { return datum_; }
     QCheckBox* innergemCheckBox() const { return innergem_; }
     QCheckBox* nonEUCheckBox() const { return nonEU_; }
     QLabel* imageView() const { return imageView_; }
@@ -85,6 +87,9 @@ signals:
 private:
     void buildLayout();
     void connectEdits();
+    // Selects the entry's category, first and marked when the list does not hold it.
+    void showKategorie(const Einnahme* e);
+    bool isOwnKategorie(int index) const { return ownKategorie_ && index == 0; }
     void updateNameHint();
     void previewNetto();
     QList<QLineEdit*> textFields() const;
@@ -98,7 +103,7 @@ private:
     QLineEdit* netto_ = nullptr;
     QLineEdit* steuersatz_ = nullptr;
     QComboBox* art_ = nullptr;
-    QDateTimeEdit* datum_ = nullptr;
+    DateField* datum_ = nullptr;
     QCheckBox* innergem_ = nullptr;
     QCheckBox* nonEU_ = nullptr;
     QLabel* imageView_ = nullptr;
@@ -108,6 +113,8 @@ private:
     float shownSteuersatz_ = 0.0f;
     // True while the form writes into its own controls: never an edit.
     bool filling_ = false;
+    // The category pop-up's first item is the entry's own category, not in the list.
+    bool ownKategorie_ = false;
 };
 
 } // namespace saldo::gui

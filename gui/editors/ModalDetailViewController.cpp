@@ -8,12 +8,13 @@
 #include "entrylist/EntryTableSetup.h"
 #include "entrylist/ViewController.h"
 #include "model/Kategorien.h"
+#include "platform/DateField.h"
 #include "platform/DateTimes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QPushButton>
 #include <QTableView>
@@ -107,6 +108,20 @@ void ModalDetailViewController::setUpTable()
     EntryTableSetup::apply(table_, SplitBookingTableModel::kColumnCount, &SplitBookingTableModel::columnAt);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setMinimumHeight(80);
+    // A double-click edits a cell, as in the entry table.
+    table_->setEditTriggers(table_->editTriggers() | QAbstractItemView::DoubleClicked);
+    // The window keeps its fixed size: name, kind and gross amount come first
+    // and fit its width, the other columns follow behind them.
+    QHeaderView* columns = table_->horizontalHeader();
+    const struct {
+        EntryColumn::Id column;
+        int width;
+    } first[] = { { EntryColumn::Name, 150 }, { EntryColumn::Art, 90 }, { EntryColumn::Brutto, 80 } };
+    for (int place = 0; place < 3; ++place) {
+        const int position = SplitBookingTableModel::positionOf(first[place].column);
+        columns->moveSection(columns->visualIndex(position), place);
+        columns->resizeSection(position, first[place].width);
+    }
 }
 
 void ModalDetailViewController::refillForm()

@@ -104,9 +104,13 @@ SerialTransactionCreationViewController::SerialTransactionCreationViewController
     intervallSelection_->setObjectName(QStringLiteral("intervallSelection"));
     for (std::string_view title : RecurringSeries::kIntervalTitles)
         intervallSelection_->addItem(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
-    // A choice in either pop-up, also of the item already shown, computes the series.
-    for (QComboBox* popUp : { whenInMonthSelection_, intervallSelection_ })
+    // Nothing is chosen until the user chooses: the pop-ups ask for it. A
+    // choice in either pop-up computes the series.
+    for (QComboBox* popUp : { whenInMonthSelection_, intervallSelection_ }) {
+        popUp->setPlaceholderText(QStringLiteral("Bitte waehlen"));
+        popUp->setCurrentIndex(-1);
         connect(popUp, &QComboBox::activated, this, &SerialTransactionCreationViewController::popupSelectionChanged);
+    }
 
     cancel_ = new QPushButton(QStringLiteral("Abbrechen"), this);
     cancel_->setObjectName(QStringLiteral("cancel"));
@@ -114,6 +118,7 @@ SerialTransactionCreationViewController::SerialTransactionCreationViewController
     ok_ = new QPushButton(QStringLiteral("OK"), this);
     ok_->setObjectName(QStringLiteral("ok"));
     ok_->setDefault(true);
+    ok_->setEnabled(false);
     for (QPushButton* button : { cancel_, ok_ })
         connect(button, &QPushButton::clicked, this,
             [this, button] { dismissTransactionViewControllerWithSender(button); });
@@ -148,6 +153,8 @@ void SerialTransactionCreationViewController::popupSelectionChanged()
         title = intervallSelection_->currentText().toStdString();
     newlyCreatedTransactions_
         = RecurringSeries::compute(*transactions_[*selectedIndex_], whenInMonthSelection_->currentIndex(), title);
+    // "OK" commits what both pop-ups show, so it waits for both choices.
+    ok_->setEnabled(!newlyCreatedTransactions_.empty() && whenInMonthSelection_->currentIndex() >= 0);
 }
 
 void SerialTransactionCreationViewController::dismissTransactionViewControllerWithSender(QAbstractButton* sender)

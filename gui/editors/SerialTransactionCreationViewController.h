@@ -23,7 +23,8 @@ class Document;
 // and the interval ("Monat", "2ter Monat", "3ter Monat"), and computes the series (RecurringSeries) whenever the user
 // chooses in either pop-up. "OK" hands a computed series to the document as one step that can be undone
 // ("Serienbuchung"): the copies at the end of both lists, all selected, the
-// template gone. Before any choice there is no series, and "OK" only closes.
+// template gone. The pop-ups show no choice until the user makes one, and
+// "OK" stays off until both show one; before any choice there is no series.
 class SerialTransactionCreationViewController : public QDialog {
     Q_OBJECT
 public:

@@ -13,6 +13,11 @@ EntryColumn::Id SplitBookingTableModel::columnAt(int position)
     return EntryColumn::fromIndex(position < EntryColumn::Splitbuchung ? position : position + 1);
 }
 
+int SplitBookingTableModel::positionOf(EntryColumn::Id column)
+{
+    return column < EntryColumn::Splitbuchung ? column : column - 1;
+}
+
 SplitBookingTableModel::SplitBookingTableModel(EinnahmePtr workingCopy, const UserDefaults& defaults, QObject* parent)
     : QAbstractTableModel(parent)
     , copy_(std::move(workingCopy))

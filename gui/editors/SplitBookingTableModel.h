@@ -27,8 +27,9 @@ class SplitBookingTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     static constexpr int kColumnCount = EntryColumn::Count - 1;
-    // The entry table's column shown at a position of this table.
+    // The entry table's column shown at a position of this table, and back.
     static EntryColumn::Id columnAt(int position);
+    static int positionOf(EntryColumn::Id column);
 
     SplitBookingTableModel(EinnahmePtr workingCopy, const UserDefaults& defaults, QObject* parent = nullptr);
 

@@ -1,57 +1,39 @@
 #include "entrylist/DateDelegate.h"
 
 #include "entrylist/CellEditorPalette.h"
-
-#include <QDateTimeEdit>
+#include "platform/DateField.h"
 
 #include <algorithm>
 
 namespace saldo::gui {
-namespace {
-
-constexpr const char* kInitial = "saldoInitialDateTime";
-
-// The part of a date the field shows and edits.
-QDateTime toMinute(const QDateTime& dateTime)
-{
-    return QDateTime(dateTime.date(), QTime(dateTime.time().hour(), dateTime.time().minute()));
-}
-
-} // namespace
 
 QWidget* DateDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex&) const
 {
-    auto* editor = new QDateTimeEdit(parent);
-    editor->setDisplayFormat(QString::fromLatin1(kFormat));
-    editor->setCalendarPopup(true);
-    // The field keeps its frame: the style places the text inside a frame's
-    // room whether or not one is drawn, and only with a frame does the field's
-    // size hint count that room.
+    auto* editor = new DateField(parent);
     editor->setFont(option.font);
     CellEditorPalette::apply(editor, option);
+    auto* self = const_cast<DateDelegate*>(this);
+    // A day picked in the calendar is the edit's end.
+    connect(editor, &DateField::dateChosen, self, [self, editor] {
+        emit self->commitData(editor);
+        emit self->closeEditor(editor, QAbstractItemDelegate::NoHint);
+    });
     return editor;
 }
 
 void DateDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
-    auto* field = qobject_cast<QDateTimeEdit*>(editor);
-    if (!field)
-        return;
-    const QDateTime value = index.data(Qt::EditRole).toDateTime();
-    field->setDateTime(value);
-    field->setProperty(kInitial, value);
+    if (auto* field = qobject_cast<DateField*>(editor))
+        field->setDateTime(index.data(Qt::EditRole).toDateTime());
 }
 
 void DateDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const
 {
-    auto* field = qobject_cast<QDateTimeEdit*>(editor);
-    if (!field)
+    auto* field = qobject_cast<DateField*>(editor);
+    if (!field || field->commit() == DateField::Outcome::Refused)
         return;
-    const QDateTime initial = field->property(kInitial).toDateTime();
-    const QDateTime chosen = field->dateTime();
-    if (initial.isValid() && toMinute(initial) == toMinute(chosen))
-        return;
-    model->setData(index, chosen, Qt::EditRole);
+    if (field->dateTime() != index.data(Qt::EditRole).toDateTime())
+        model->setData(index, field->dateTime(), Qt::EditRole);
 }
 
 void DateDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option, const QModelIndex&) const

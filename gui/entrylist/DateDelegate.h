@@ -5,14 +5,15 @@
 namespace saldo::gui {
 
 // The date cells of the entry table: shown as "dd.MM.yyyy HH:mm", edited in a
-// date-and-time field with a calendar pop-up, as wide as the whole date and
-// time need. The new date and time go to the model only when the user changed them.
+// DateField as wide as the whole date and time need. A typed date counts when
+// the cell is left (Return, Tab, a click elsewhere), a day picked in the
+// calendar at once; a text that cannot be read keeps the stored date and
+// plays "Basso". The new date and time go to the model only when they differ
+// from the stored ones.
 class DateDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
-
-    static constexpr const char* kFormat = "dd.MM.yyyy HH:mm";
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;

@@ -1,6 +1,7 @@
 #include "entrylist/EntryCells.h"
 
 #include "entrylist/StatusImages.h"
+#include "model/DateText.h"
 #include "model/DecimalCommaText.h"
 #include "model/Kategorien.h"
 #include "platform/Calendar.h"
@@ -18,17 +19,11 @@ QString fromStd(const std::string& text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// "dd.MM.yyyy HH:mm" in local time.
+// "dd.MM.yyyy HH:mm" in local time, as the date field shows it.
 QString dateText(ReferenceSeconds datum)
 {
-    const Calendar::Fields f = Calendar::localFields(datum);
-    const QChar zero(u'0');
-    return QStringLiteral("%1.%2.%3 %4:%5")
-        .arg(f.day, 2, 10, zero)
-        .arg(f.month, 2, 10, zero)
-        .arg(f.year, 4, 10, zero)
-        .arg(f.hour, 2, 10, zero)
-        .arg(f.minute, 2, 10, zero);
+    const Calendar::LocalDateTime local { Calendar::localFields(datum), 0 };
+    return QString::fromStdString(DateText::format(local));
 }
 
 QString numberText(float value)
@@ -83,6 +78,16 @@ bool EntryCells::refreshCategories()
     return true;
 }
 
+QString EntryCells::notInList(const QString& kategorie)
+{
+    return QStringLiteral("%1 (nicht in der Liste)").arg(kategorie);
+}
+
+bool EntryCells::isForeign(const Einnahme& entry) const
+{
+    return categoryTitles_ && !entry.kategorie().empty() && categorySet_.count(entry.kategorie()) == 0;
+}
+
 QVariant EntryCells::displayData(const Einnahme& entry, EntryColumn::Id column) const
 {
     switch (column) {
@@ -91,6 +96,8 @@ QVariant EntryCells::displayData(const Einnahme& entry, EntryColumn::Id column) 
     case EntryColumn::Art:
         return artTitles().at(entry.isIncome() ? 0 : 1);
     case EntryColumn::Kategorie:
+        if (isForeign(entry))
+            return notInList(fromStd(entry.kategorie()));
         return categorySet_.count(entry.kategorie()) != 0 ? fromStd(entry.kategorie()) : QString();
     case EntryColumn::Brutto:
         return numberText(entry.brutto());
@@ -122,6 +129,8 @@ QVariant EntryCells::editData(const Einnahme& entry, EntryColumn::Id column) con
         return entry.isIncome() ? 0 : 1;
     case EntryColumn::Date:
         return DateTimes::toQDateTime(entry.datum());
+    case EntryColumn::Kategorie:
+        return fromStd(entry.kategorie());
     case EntryColumn::Brutto:
         return editableNumberText(entry.brutto());
     case EntryColumn::Steuer:
@@ -161,8 +170,16 @@ QVariant EntryCells::data(const Einnahme& entry, EntryColumn::Id column, int row
         // Light rows over the table's blue background.
         return QBrush(row % 2 == 0 ? QColor(0xff, 0xff, 0xff) : QColor(0xe8, 0xef, 0xfc));
     case Qt::ToolTipRole:
+        if (column == EntryColumn::Kategorie && isForeign(entry))
+            return QStringLiteral("„%1“ steht nicht in der Kategorienliste (Bearbeiten ▸ Einstellungen); "
+                                  "der Eintrag behaelt die Kategorie.")
+                .arg(fromStd(entry.kategorie()));
         if (column == EntryColumn::Kategorie || column == EntryColumn::Name)
             return displayData(entry, column);
+        return QVariant();
+    case OwnItemRole:
+        if (column == EntryColumn::Kategorie && isForeign(entry))
+            return fromStd(entry.kategorie());
         return QVariant();
     case ItemsRole:
         if (column == EntryColumn::Art)

@@ -22,7 +22,8 @@ namespace saldo::gui {
 // value a cell's editor hands back, as the cell rules (CellEdit) take it. It
 // keeps the category list read from the preferences for the category cells:
 // without a stored list of texts the category cell shows no pop-up and cannot
-// be edited, and a category that is not in the list shows as empty.
+// be edited. An entry's category that the list no longer holds (renamed or
+// removed there) shows as itself, marked as not in the list; the entry keeps it.
 class EntryCells {
 public:
     enum Role {
@@ -31,7 +32,13 @@ public:
         ItemsRole = Qt::UserRole + 1,
         // The column identifier ("NameColumn", ...) in headerData.
         IdentifierRole,
+        // In a category cell, the entry's own category when the stored list
+        // does not hold it (QString); absent otherwise.
+        OwnItemRole,
     };
+
+    // How a category that the list does not hold is shown: "4400 Alt (nicht in der Liste)".
+    static QString notInList(const QString& kategorie);
 
     explicit EntryCells(const UserDefaults& defaults);
 
@@ -57,6 +64,8 @@ public:
     static std::optional<CellEdit::Value> cellValue(EntryColumn::Id column, const QVariant& value);
 
 private:
+    // A category the stored list does not hold (an empty one is no category).
+    bool isForeign(const Einnahme& entry) const;
     QVariant displayData(const Einnahme& entry, EntryColumn::Id column) const;
     QVariant editData(const Einnahme& entry, EntryColumn::Id column) const;
 

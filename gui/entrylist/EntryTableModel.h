@@ -30,6 +30,7 @@ public:
     enum Role {
         ItemsRole = EntryCells::ItemsRole,
         IdentifierRole = EntryCells::IdentifierRole,
+        OwnItemRole = EntryCells::OwnItemRole,
     };
 
     EntryTableModel(Document& document, const EntryLists& lists, const UserDefaults& defaults,

@@ -13,6 +13,8 @@ namespace {
 
 constexpr const char* kInitialIndex = "saldoInitialIndex";
 constexpr const char* kChosen = "saldoChosen";
+// Set on an editor whose first item is the entry's own category, not in the list.
+constexpr const char* kOwnItem = "saldoOwnItem";
 
 QRect controlRect(const QRect& cell)
 {
@@ -53,9 +55,16 @@ void PopUpDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     box.editable = false;
     box.frame = true;
     box.subControls = QStyle::SC_All;
-    box.currentText = option.fontMetrics.elidedText(text, Qt::ElideRight,
+    // A category the list no longer holds shows as itself, in gray italics.
+    QFont font = option.font;
+    if (index.data(EntryTableModel::OwnItemRole).isValid()) {
+        font.setItalic(true);
+        box.palette.setColor(QPalette::ButtonText, option.palette.color(QPalette::Disabled, QPalette::Text));
+    }
+    box.currentText = QFontMetrics(font).elidedText(text, Qt::ElideRight,
         style->subControlRect(QStyle::CC_ComboBox, &box, QStyle::SC_ComboBoxEditField, option.widget).width());
     painter->save();
+    painter->setFont(font);
     style->drawComplexControl(QStyle::CC_ComboBox, &box, painter, option.widget);
     style->drawControl(QStyle::CE_ComboBoxLabel, &box, painter, option.widget);
     painter->restore();
@@ -72,6 +81,16 @@ QWidget* PopUpDelegate::createEditor(
     CellEditorPalette::apply(combo, option);
     combo->addItems(items.toStringList());
     combo->setMaxVisibleItems(24);
+    // The entry's own category, when the list no longer holds it, comes first.
+    const QVariant own = index.data(EntryTableModel::OwnItemRole);
+    if (own.isValid()) {
+        combo->insertItem(0, EntryCells::notInList(own.toString()));
+        QFont italic = combo->font();
+        italic.setItalic(true);
+        combo->setItemData(0, italic, Qt::FontRole);
+        combo->insertSeparator(1);
+        combo->setProperty(kOwnItem, true);
+    }
     auto* self = const_cast<PopUpDelegate*>(this);
     connect(combo, &QComboBox::activated, self, [self, combo](int) {
         combo->setProperty(kChosen, true);
@@ -96,7 +115,9 @@ void PopUpDelegate::setEditorData(QWidget* editor, const QModelIndex& index) con
         if (!ok || current >= combo->count())
             current = -1;
     } else {
-        current = combo->findText(value.toString(), Qt::MatchExactly | Qt::MatchCaseSensitive);
+        current = combo->property(kOwnItem).toBool()
+            ? 0
+            : combo->findText(value.toString(), Qt::MatchExactly | Qt::MatchCaseSensitive);
     }
     combo->setCurrentIndex(current);
     combo->setProperty(kInitialIndex, current);
@@ -112,6 +133,8 @@ void PopUpDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, con
     if (!chosen && initial.isValid() && initial.toInt() == combo->currentIndex())
         return; // left without a choice
     const int current = combo->currentIndex();
+    if (current == 0 && combo->property(kOwnItem).toBool())
+        return; // the entry's own category again
     if (answer_ == Answer::Index)
         model->setData(index, current, Qt::EditRole);
     else

@@ -61,11 +61,14 @@ void PrintView::drawPage(QPainter& painter, int page) const
         = { QFontMetricsF(fonts[0], painter.device()), QFontMetricsF(fonts[1], painter.device()) };
 
     painter.save();
-    painter.setClipRect(QRectF(0.0, 0.0, layout_.paperWidth() * perPointX, layout_.paperHeight() * perPointY));
+    const QRectF paper(0.0, 0.0, layout_.paperWidth() * perPointX, layout_.paperHeight() * perPointY);
     for (const PrintText& text : layout_.textsOfPage(page)) {
         const int face = text.font == PrintFont::Bold ? 1 : 0;
         painter.setFont(fonts[face]);
         painter.setPen(colourOf(text.colour));
+        // Each text ends where its rectangle does, and the page where the paper does.
+        painter.setClipRect(
+            paper.intersected(QRectF(text.x * perPointX, 0.0, text.width * perPointX, paper.height())));
         drawText(painter, metrics[face], QPointF(text.x * perPointX, (text.y - pageTop) * perPointY),
             QString::fromStdString(text.text), kTabStopDistance * perPointX);
     }

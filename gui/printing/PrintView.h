@@ -22,6 +22,8 @@ namespace saldo::gui {
 // part. All texts are 7-point "Helvetica" (regular, or bold for the column
 // titles) in black, gray or blue; tabs in the evaluation lines stop every 28
 // points, and a line break in a name starts a second line below the first.
+// A text is cut at its rectangle's right edge, so that a long name ends at
+// the next column instead of running over it.
 class PrintView {
 public:
     // The points between two tab stops.

@@ -50,9 +50,13 @@ bool CategoryListModel::setData(const QModelIndex& index, const QVariant& value,
     if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != Qt::EditRole
         || value.typeId() != QMetaType::QString)
         return false;
-    containerArray_[static_cast<std::size_t>(index.row())] = value.toString().toStdString();
+    std::string& row = containerArray_[static_cast<std::size_t>(index.row())];
+    const std::string before = row;
+    row = value.toString().toStdString();
     emit dataChanged(index, index, { Qt::DisplayRole, Qt::EditRole });
     emit listEdited();
+    if (row != before)
+        emit rowRenamed(QString::fromStdString(before), QString::fromStdString(row));
     return true;
 }
 

@@ -48,6 +48,8 @@ public:
 
 signals:
     void listEdited();
+    // A row's text changed from `from` to `to` (after listEdited()).
+    void rowRenamed(const QString& from, const QString& to);
 
 private:
     std::vector<std::string> containerArray_;

@@ -15,6 +15,7 @@
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -51,6 +52,7 @@ PreferencesViewController::PreferencesViewController(UserDefaults& defaults, QWi
     // either way nothing is written until the first change.
     model_ = new CategoryListModel(Kategorien::listOrDefault(defaults_), this);
     connect(model_, &CategoryListModel::listEdited, this, &PreferencesViewController::storeList);
+    connect(model_, &CategoryListModel::rowRenamed, this, &PreferencesViewController::kategorieRenamed);
 
     // The category list and the income limit are the first page; the
     // program's other settings follow, a page each.
@@ -236,6 +238,17 @@ void PreferencesViewController::showEvent(QShowEvent* event)
     setFixedSize(kWidth, kHeight);
     if (const std::optional<float>& limit = einnahmenLimit())
         maxEinnahmenLimit_->setText(limitText(*limit));
+}
+
+void PreferencesViewController::keyPressEvent(QKeyEvent* event)
+{
+    // Escape closes the window, as it closes a dialog. A cell being edited
+    // takes the key itself (its edit is abandoned) and the window stays.
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void PreferencesViewController::closeEvent(QCloseEvent* event)

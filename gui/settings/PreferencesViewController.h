@@ -23,8 +23,9 @@ class CategoryListModel;
 // place, "Hinzufuegen", "Entfernen" and drag and drop. Every change stores the
 // whole list and posts DetailViewUpdated, so that every open window reloads
 // its table and its category pop-ups. Until the first change nothing is
-// written, whatever is stored. It also sets the income limit, which lives in
-// memory only. The program's further settings (tax, DATEV, bank rules) have a
+// written, whatever is stored. A rename leaves the entries their text; the
+// window tells of it, so that the open ledgers can offer to follow. It also
+// sets the income limit, which lives in memory only. Escape or Ctrl+W closes it. The program's further settings (tax, DATEV, bank rules) have a
 // page each beside the categories. One window serves the program: a second
 // request brings it to the front; closing it ends it, and the next request
 // reads the list again.
@@ -69,8 +70,14 @@ public slots:
     // income limit; any other text leaves the limit as it is, silently.
     void maxEinnahmenLimitChanged();
 
+signals:
+    // A row of the list was renamed (and the list stored): the open ledgers
+    // may let their entries take the new text.
+    void kategorieRenamed(const QString& from, const QString& to);
+
 protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:

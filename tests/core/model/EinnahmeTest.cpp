@@ -70,6 +70,9 @@ TEST_F(EinnahmeTest, CopyAppendsKopieAndSharesTheChildEntries)
     s.art = "Ausgabe";
     s.innergemeinschaftlicherErwerb = s.isNonEU = true; // both set, as a file may hold them
     s.rechnungsnummer = "R-1";
+    s.steuernummer = "St-2";
+    s.leistungsart = "Raum";
+    s.datum = 700'000'000.25; // not the moment of the copy
     s.childTransactions = { child };
     const auto source = Einnahme::restore(s);
 
@@ -78,8 +81,10 @@ TEST_F(EinnahmeTest, CopyAppendsKopieAndSharesTheChildEntries)
     EXPECT_EQ(copy->copy()->name(), "Miete Kopie Kopie");
     EXPECT_EQ(Einnahme::make("", "", 0, 0)->copy()->name(), " Kopie");
     // The flags go through the setters in order: non-EU wins.
-    EXPECT_EQ(textsAndFlags(*copy), std::tuple("Miete Kopie"s, s.kategorie, "Ausgabe"s, "R-1"s, ""s, ""s, false, true));
-    EXPECT_EQ(copy->brutto(), 800.0f);
+    EXPECT_EQ(textsAndFlags(*copy),
+        std::tuple("Miete Kopie"s, s.kategorie, "Ausgabe"s, "R-1"s, "St-2"s, "Raum"s, false, true));
+    // A copy once moved its date by a second, and no test saw it.
+    EXPECT_EQ(std::tuple(copy->brutto(), copy->steuersatz(), copy->datum()), std::tuple(800.0f, 19.0f, s.datum));
 
     ASSERT_EQ(copy->childTransactions(), (EinnahmeList { child }));
     copy->childTransactions()[0]->setName("geändert");

@@ -20,15 +20,15 @@ std::vector<std::string> engineLines(const EinnahmeList& list)
     return sharedCalcEngine().ergebnisStringAsArray();
 }
 
-// "x y face colour text", so that a mismatch shows the whole text.
-std::string describe(double x, double y, PrintFont font, PrintColour colour, const std::string& text)
+// "x y width face colour text", so that a mismatch shows the whole text.
+std::string describe(double x, double y, double width, PrintFont font, PrintColour colour, const std::string& text)
 {
-    return std::to_string(x) + " " + std::to_string(y) + " " + std::to_string(static_cast<int>(font)) + " "
-        + std::to_string(static_cast<int>(colour)) + " " + text;
+    return std::to_string(x) + " " + std::to_string(y) + " " + std::to_string(width) + " "
+        + std::to_string(static_cast<int>(font)) + " " + std::to_string(static_cast<int>(colour)) + " " + text;
 }
 std::string describe(const PrintText& t)
 {
-    return describe(t.x, t.y, t.font, t.colour, t.text);
+    return describe(t.x, t.y, t.width, t.font, t.colour, t.text);
 }
 
 TEST(PrintLayout, PageCountIsTheQuotientByFiftyAndOneMoreForAnyEntry)
@@ -78,37 +78,46 @@ TEST(PrintLayout, TitlesEntriesCaptionsSplitBookingsAndEvaluationAtTheirPlaces)
     EXPECT_EQ(layout.pageCount(), static_cast<int>(4 + evaluation.size()) / 50 + 1); // 2 entries, 2 split bookings
     EXPECT_EQ(layout.evaluationLines(), evaluation);
 
+    // The places of the printout's lines are fixed: an entry's line 20 points
+    // below its place, its caption 10, each split booking at its own place.
+    // On A4 (16.84 points a line) a split booking therefore starts 3.16 points
+    // above its entry's line; that stays. Each column's text is cut 2 points
+    // before the next column (a long name used to run over the flags); a
+    // caption and the evaluation lines reach the paper's edge.
     std::vector<std::string> expected;
     auto line = [&](double y, PrintFont font, PrintColour colour, std::vector<std::string> texts) {
-        const double xs[] = { 0, 50, 120, 155, 195, 235, 270, 320, 365, 405 };
+        const double xs[] = { 0, 50, 120, 155, 195, 235, 270, 320, 365, 405, kWidth + 2 };
         for (std::size_t c = 0; c < texts.size(); ++c)
-            expected.push_back(describe(xs[c], y, font, colour, texts[c]));
+            expected.push_back(describe(xs[c], y, xs[c + 1] - xs[c] - 2, font, colour, texts[c]));
+    };
+    auto across = [&](double y, PrintColour colour, const std::string& text) {
+        expected.push_back(describe(0, y, kWidth, PrintFont::Regular, colour, text));
     };
     line(0, PrintFont::Bold, black,
         { "Art", "Name", "Innerg.", "Non EU", "Brutto", "Netto", "Steuersatz", "St.betrag", "Datum", "Rg-Nr" });
     // Entry at place 0: caption 10 points, line 20 points below the place.
-    line(10, R, gray, { "---> 8400 Erloese" });
+    across(10, gray, "---> 8400 Erloese");
     line(20, R, black, { "Einnahme", "Miete", check, cross, "119.00", "100.00", "19.0", "19.00", "1.7.2017", "R-17" });
     // Entry at place 1 (16), its split bookings at places 2 and 3 without an offset.
-    line(26, R, gray, { "---> 4930 Bürobedarf" });
+    across(26, gray, "---> 4930 Bürobedarf");
     line(36, R, black, { "Ausgabe", "Buero", cross, check, "10.70", "10.00", "7.0", "0.70", "31.12.2017", "" });
     line(32, R, blue, { "> Ausgabe", "Papier", cross, cross, "10.00", "10.00", "0.0", "0.00", "2.1.2018", "" });
     line(48, R, blue, { "> Einnahme", "Toner", cross, cross, "0.70", "0.65", "7.5", "0.05", "11.10.2018", "T1" });
-    line(64, R, blue, { "Auswertung:" });
+    across(64, blue, "Auswertung:");
     for (std::size_t e = 0; e < 45; ++e) // places 5 to 49; place 50 starts page 2
-        line(80 + 16 * e, R, blue, { evaluation[e] });
+        across(80 + 16 * e, blue, evaluation[e]);
 
     std::vector<std::string> actual;
     for (const PrintText& t : layout.textsOfPage(0)) {
         actual.push_back(describe(t));
-        EXPECT_TRUE(t.width == kWidth && t.height == 16.0 && t.page == 0) << t.text;
+        EXPECT_TRUE(t.height == 16.0 && t.page == 0) << t.text;
     }
     EXPECT_EQ(actual, expected);
-    EXPECT_EQ(describe(layout.textsOfPage(1).at(0)), describe(0, 800, R, blue, evaluation[45]));
+    EXPECT_EQ(describe(layout.textsOfPage(1).at(0)), describe(0, 800, kWidth, R, blue, evaluation[45]));
     // The last evaluation line at place 4 + evaluation lines ends the last page.
     const std::size_t lastPlace = 4 + evaluation.size();
     EXPECT_EQ(describe(layout.textsOfPage(layout.pageCount() - 1).back()),
-        describe(0, (lastPlace / 50) * 800.0 + (lastPlace % 50) * 16.0, R, blue, evaluation.back()));
+        describe(0, (lastPlace / 50) * 800.0 + (lastPlace % 50) * 16.0, kWidth, R, blue, evaluation.back()));
     EXPECT_TRUE(layout.textsOfPage(layout.pageCount()).empty());
     // On paper 300 points wide, the last three columns of the five lines are left out.
     EXPECT_EQ(PrintLayout(list, 300.0, kHeight).textsOfPage(0).size(), expected.size() - 3 * 5);

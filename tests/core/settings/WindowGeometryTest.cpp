@@ -33,6 +33,36 @@ TEST(WindowGeometryTest, SizesFitTheScreen)
     }
 }
 
+// At 1366 x 768 a window clamped to the free area grew by its title bar and
+// borders beyond it and hid its status bar: the frame is what has to fit.
+TEST(WindowGeometryTest, TheFrameFitsTheFreeArea)
+{
+    using Rect = WindowGeometry::Rect;
+    const WindowGeometry::Margins frame { 1, 24, 1, 4 };
+    const Rect screen { 0, 0, 1366, 768 };
+    const Size minimum { 900, 560 };
+    struct Case {
+        Rect content;
+        Rect available;
+        Rect fitted;
+    };
+    for (const Case& c : {
+             // Clamped to the free area, then shrunk by the frame and moved in.
+             Case { { 1, 24, 1366, 768 }, screen, { 1, 24, 1364, 740 } },
+             // A panel at the top: the frame starts below it.
+             Case { { 1, 24, 1366, 740 }, { 0, 28, 1366, 740 }, { 1, 52, 1364, 712 } },
+             // Fits: left as it is.
+             Case { { 200, 100, 1000, 600 }, screen, { 200, 100, 1000, 600 } },
+             // Reaches over the right and bottom edges: moved in, not shrunk.
+             Case { { 600, 300, 1000, 600 }, screen, { 365, 164, 1000, 600 } },
+             // A free area smaller than the minimum and the frame: the minimum gives way.
+             Case { { 0, 0, 900, 560 }, { 0, 0, 640, 480 }, { 1, 24, 638, 452 } },
+         }) {
+        EXPECT_EQ(WindowGeometry::fittedFrame(c.content, frame, c.available, minimum), c.fitted)
+            << c.content.x << "," << c.content.y << " " << c.content.width << "x" << c.content.height;
+    }
+}
+
 TEST(WindowGeometryTest, OnlyAListOfWholeNumbersOfTheRightLengthIsRead)
 {
     InMemoryUserDefaults defaults;

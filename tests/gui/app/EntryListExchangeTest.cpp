@@ -110,30 +110,41 @@ TEST_F(EntryListExchangeTest, AnImportedExportHoldsTheSameEntriesBitForBitAndLea
     list->tableView()->selectRow(1);
     const PostCounter tableViewUpdated("TableViewUpdated");
 
+    const EinnahmeList shownBefore = document->einnahmen();
+    const int steps = document->undoManager()->count();
+
     dialogs.openFileNames = { exported };
     actions().importEntriesAction()->trigger();
     EXPECT_EQ(encoded(document->backupEinnahmen()), readBytes(exported));
     EXPECT_FALSE(document->isDocumentEdited());
-    EXPECT_EQ(document->undoManager()->count(), 0);
     // The same row stays selected, and the detail panel shows its new entry.
     EXPECT_EQ(list->selectedRows(), std::vector<std::size_t> { 1 });
     EXPECT_EQ(window->splitViewController()->detailViewController()->selectedEinnahme(), document->einnahmen()[1]);
     EXPECT_EQ(list->searchFieldController()->searchField()->text(), QStringLiteral("o"));
     EXPECT_EQ(tableViewUpdated.count(), 0u);
+
+    // The load is a step (DocumentTest undoes it), and the status bar says so
+    // until the next step.
+    EXPECT_EQ(statusLine(),
+        QStringLiteral("3 Eintraege geladen, 6 bisherige ersetzt. Bearbeiten ▸ Widerrufen holt den vorigen Stand zurueck."));
+    EXPECT_EQ(document->undoManager()->count(), steps + 1);
+    actions().undoAction()->trigger();
     EXPECT_TRUE(statusLine().isEmpty());
+    EXPECT_EQ(document->einnahmen(), shownBefore);
 }
 
 TEST_F(EntryListExchangeTest, AFileThatCannotBeReadChangesNothingAndSaysSoInTheStatusBar)
 {
     document->addEntry();
     const EinnahmeList before = document->backupEinnahmen();
+    const int steps = document->undoManager()->count();
     ASSERT_TRUE(writeBytes(dir.filePath(QStringLiteral("Notizen.txt")), "Miete;100\nStrom;45\n"));
     for (const QString& name : { QStringLiteral("Notizen.txt"), QStringLiteral("Fehlt.plist") }) {
         dialogs.openFileNames = { dir.filePath(name) };
         actions().importEntriesAction()->trigger();
         EXPECT_EQ(document->backupEinnahmen(), before);
         EXPECT_EQ(document->einnahmen(), before);
-        EXPECT_EQ(document->undoManager()->count(), 1);
+        EXPECT_EQ(document->undoManager()->count(), steps);
         EXPECT_EQ(statusLine(), QStringLiteral("Die Datei „%1“ konnte nicht gelesen werden.").arg(name));
     }
     EXPECT_TRUE(dialogs.errors.isEmpty() && sounds.lines.empty());

@@ -9,11 +9,11 @@
 #include "entrylist/FormEdit.h"
 #include "gui/support/Recorders.h"
 #include "model/Kategorien.h"
+#include "platform/DateField.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QLineEdit>
 #include <QTest>
 #include <QUndoStack>
@@ -47,7 +47,8 @@ protected:
         EXPECT_NEAR(actual.greenF(), g, 1.0 / 255) << actual.name().toStdString();
         EXPECT_NEAR(actual.blueF(), b, 1.0 / 255) << actual.name().toStdString();
     }
-    int steps() const { return document.undoManager()->count(); }
+    // The steps after the fixture's own, the load of its entries.
+    int steps() const { return document.undoManager()->count() - 1; }
 
     InMemoryUserDefaults defaults;
     Document document { defaults };
@@ -162,17 +163,27 @@ TEST_F(DetailViewControllerTest, PopUpsBoxesAndTheDateAreStepsOfTheirOwn)
     EXPECT_FALSE(panel.nonEUCheckBox()->isChecked()); // the other box shows the cleared flag at once
 
     const QDateTime chosen(QDate(2024, 3, 1), QTime(9, 30, 15));
-    panel.datumPicker()->setDateTime(chosen); // as the picker reports a user's date
+    QTest::keyClicks(panel.datumPicker(), chosen.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
+    QTest::keyClick(panel.datumPicker(), Qt::Key_Return);
     // 2024-03-01 09:30:15 in Berlin is 08:30:15 UTC: 730974615 s after 2001-01-01.
     EXPECT_EQ(entry->datum(), 730974615.0);
     EXPECT_EQ(steps(), 4);
 
-    // A category outside the list is kept: the pop-up has no item chosen.
+    // A category outside the list (renamed in the preferences) shows as
+    // itself, marked, where it used to show as empty; it is kept, and
+    // choosing it again changes nothing.
     entry->setKategorie("0815 Gibt es nicht ");
     show(entry);
-    EXPECT_EQ(panel.kategoriePopUp()->currentIndex(), -1);
+    QComboBox* popUp = panel.kategoriePopUp();
+    EXPECT_EQ(popUp->currentText(), QStringLiteral("0815 Gibt es nicht  (nicht in der Liste)"));
+    EXPECT_EQ(popUp->count(), static_cast<int>(kList.size()) + 2); // the entry's own and a separator
+    emit popUp->activated(0);
     panel.textFieldEdited();
     EXPECT_EQ(entry->kategorie(), "0815 Gibt es nicht ");
+    popUp->setCurrentIndex(3);
+    emit popUp->activated(3);
+    EXPECT_EQ(entry->kategorie(), kList[1]);
+    EXPECT_EQ(popUp->count(), static_cast<int>(kList.size())); // in the list again
 }
 
 } // namespace

@@ -74,7 +74,8 @@ protected:
     {
         return editor->model()->setData(editor->model()->index(row, column), value);
     }
-    int steps() const { return document.undoManager()->count(); }
+    // The steps after the fixture's own, the load of its entries.
+    int steps() const { return document.undoManager()->count() - 1; }
 
     QtWarningRecorder qtWarnings;
     DiagnosticRecorder diagnostics;
@@ -92,6 +93,20 @@ TEST_F(ModalDetailViewControllerTest, OkWritesTheCopyBackAsOneStepThatSelectsIt)
     const EinnahmePtr copy = editor->selectedEinnahme();
     EXPECT_EQ(editor->size(), QSize(450, 375));
     EXPECT_EQ(editor->model()->rowCount(), 2);
+    // Name, kind and gross amount show without scrolling (the gross amount
+    // used to start beyond the window's edge), and a double-click edits a cell.
+    QTableView* table = editor->tableView();
+    for (const EntryColumn::Id column : { EntryColumn::Name, EntryColumn::Art, EntryColumn::Brutto }) {
+        const int position = SplitBookingTableModel::positionOf(column);
+        EXPECT_LE(table->columnViewportPosition(position) + table->columnWidth(position), table->viewport()->width())
+            << column;
+    }
+    const QModelIndex gross = editor->model()->index(0, kBrutto);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(gross).center());
+    QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(gross).center());
+    QWidget* cellEditor = table->indexWidget(gross);
+    ASSERT_TRUE(cellEditor);
+    emit table->itemDelegateForIndex(gross)->closeEditor(cellEditor);
     // The gross field shows the signed sum of the split bookings, not the stored 200.
     QLineEdit* brutto = editor->form()->bruttoField();
     EXPECT_EQ(brutto->text(), "-187,40");

@@ -106,7 +106,7 @@ TEST_F(EntryTableModelTest, AnEditFromATableCellIsTheDocumentsVerb)
     EXPECT_EQ(entry->art(), kArtAusgabe);
     EXPECT_EQ(DateTimes::toQDateTime(entry->datum()), noon);
     EXPECT_EQ(entry->datum() + kReferenceDateUnixSeconds, 1743328800.0); // 10:00 UTC
-    EXPECT_EQ(document.undoManager()->count(), 4);
+    EXPECT_EQ(document.undoManager()->count(), 1 + 4); // the load, then four edits
 }
 
 TEST_F(EntryTableModelTest, CategoryCellsFollowTheStoredList)
@@ -116,14 +116,17 @@ TEST_F(EntryTableModelTest, CategoryCellsFollowTheStoredList)
         Einnahme::make("Fremd", "1200 Bank Bank", 5.0f, 0.0f) });
     EXPECT_EQ(cell(0, EntryColumn::Kategorie, EntryTableModel::ItemsRole).toStringList(),
         QStringList({ "1000 Kasse Kasse ", "1200 Bank Bank " }));
-    // Not a row of the list (the final blank counts): an empty pop-up, the entry keeps it.
-    EXPECT_EQ(text(1, EntryColumn::Kategorie), "");
+    // Not a row of the list (the final blank counts): shown as itself and
+    // marked, no longer as an empty pop-up; the entry keeps it.
+    EXPECT_EQ(text(1, EntryColumn::Kategorie), "1200 Bank Bank (nicht in der Liste)");
+    EXPECT_EQ(cell(1, EntryColumn::Kategorie, EntryTableModel::OwnItemRole).toString(), "1200 Bank Bank");
+    EXPECT_FALSE(cell(0, EntryColumn::Kategorie, EntryTableModel::OwnItemRole).isValid());
     EXPECT_EQ(document.einnahmen()[1]->kategorie(), "1200 Bank Bank");
 
     defaults.setStringArray(Kategorien::kKey, { "1200 Bank Bank" });
     model->reload();
     EXPECT_EQ(text(1, EntryColumn::Kategorie), "1200 Bank Bank");
-    EXPECT_EQ(text(0, EntryColumn::Kategorie), "");
+    EXPECT_EQ(text(0, EntryColumn::Kategorie), "1200 Bank Bank  (nicht in der Liste)");
 
     // A stored value that is not a list of texts: no pop-up at all, the value kept.
     defaults.setRawValue(Kategorien::kKey, { true, { std::string("1000 Kasse Kasse "), std::nullopt } });

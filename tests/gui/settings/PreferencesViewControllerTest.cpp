@@ -3,6 +3,8 @@
 // income limit field, the one window of the program, and a store left alone
 // until the person changes the list.
 #include "settings/PreferencesViewController.h"
+#include "app/Document.h"
+#include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/WindowActions.h"
 #include "entrylist/EntryColumn.h"
@@ -10,6 +12,7 @@
 #include "evaluation/CalcEngine.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/Recorders.h"
+#include "gui/support/ScriptedDialogs.h"
 #include "model/Kategorien.h"
 #include "settings/CategoryListModel.h"
 
@@ -18,6 +21,9 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTableView>
+#include <QTemporaryDir>
+#include <QUndoStack>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -128,12 +134,77 @@ TEST(PreferencesViewControllerTest, OneWindowForEveryLedgerAndALimitReadInCNotat
     emit field->editingFinished();
     EXPECT_EQ(einnahmenLimit(), 1000.5f);
 
-    delete preferences;
+    // Escape in a cell being edited abandons the edit; in the table it closes the window.
+    preferences->tableView()->setCurrentIndex(preferences->tableView()->model()->index(0, 0));
+    preferences->tableView()->edit(preferences->tableView()->currentIndex());
+    QWidget* cell = preferences->tableView()->indexWidget(preferences->tableView()->currentIndex());
+    ASSERT_TRUE(cell);
+    QTest::keyClick(cell, Qt::Key_Escape);
+    EXPECT_TRUE(preferences->isVisible());
+    QTest::keyClick(preferences->tableView(), Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(PreferencesViewController::openPreferences());
     open->trigger();
     EXPECT_EQ(PreferencesViewController::openPreferences()->maxEinnahmenLimit()->text(), QStringLiteral("1000.5"));
     delete PreferencesViewController::openPreferences();
     einnahmenLimit().reset();
+}
+
+// A rename used to leave the entries with a category the list no longer
+// held, shown as empty. Now the open ledgers are asked whether their entries
+// follow; if so, each ledger renames them in one step of its own.
+TEST(PreferencesViewControllerTest, ARenameIsOfferedToTheOpenLedgersAsOneStepEach)
+{
+    InMemoryUserDefaults defaults;
+    defaults.setStringArray(Kategorien::kKey, { "4930 Buerobedarf ", "8400 Erloese " });
+    QTemporaryDir dir;
+    ScriptedDialogs dialogs;
+    DocumentController controller(defaults);
+    auto entry = [](const char* name, const char* kategorie) { return Einnahme::make(name, kategorie, 1.0f, 19.0f); };
+    const EinnahmeList a { entry("Papier", "4930 Buerobedarf ") };
+    a[0]->setChildTransactions({ entry("Toner", "4930 Buerobedarf ") });
+    const EinnahmeList b { entry("Ordner", "4930 Buerobedarf "), entry("Honorar", "8400 Erloese ") };
+    std::vector<Document*> documents;
+    for (const auto& [name, entries] : { std::pair { "A.saldo", a }, std::pair { "B.saldo", b } }) {
+        ASSERT_TRUE(writeBytes(dir.filePath(QString::fromLatin1(name)), encoded(entries)));
+        documents.push_back(controller.openDocument(dir.filePath(QString::fromLatin1(name))));
+        ASSERT_TRUE(documents.back());
+    }
+    const auto kategorien = [&](const Document* document) {
+        List texts;
+        for (const auto& e : document->backupEinnahmen()) {
+            texts.push_back(e->kategorie());
+            for (const auto& child : e->childTransactions())
+                texts.push_back(child->kategorie());
+        }
+        return texts;
+    };
+    QAbstractItemModel* model = controller.showPreferences()->tableView()->model();
+
+    // Declined: the entries keep their text, no step.
+    dialogs.confirmAnswers = { false, true };
+    ASSERT_TRUE(model->setData(model->index(1, 0), QStringLiteral("8400 Erlöse ")));
+    ASSERT_EQ(dialogs.asked.size(), 1);
+    EXPECT_TRUE(dialogs.asked[0].startsWith(QStringLiteral("Ein Eintrag der geoeffneten Dokumente traegt")));
+    EXPECT_EQ(kategorien(documents[1]), (List { "4930 Buerobedarf ", "8400 Erloese " }));
+    EXPECT_EQ(documents[1]->undoManager()->count(), 0);
+
+    // Taken: every entry carrying the old text, split bookings included.
+    ASSERT_TRUE(model->setData(model->index(0, 0), QStringLiteral("4930 Bürobedarf ")));
+    ASSERT_EQ(dialogs.asked.size(), 2);
+    EXPECT_TRUE(dialogs.asked[1].startsWith(QStringLiteral("3 Eintraege der geoeffneten Dokumente tragen")));
+    EXPECT_EQ(kategorien(documents[0]), (List { "4930 Bürobedarf ", "4930 Bürobedarf " }));
+    EXPECT_EQ(kategorien(documents[1]), (List { "4930 Bürobedarf ", "8400 Erloese " }));
+    for (const Document* document : documents) {
+        EXPECT_EQ(document->undoManager()->count(), 1);
+        EXPECT_EQ(document->undoManager()->undoText(), QStringLiteral("Kategorie umbenennen"));
+        EXPECT_TRUE(document->isDocumentEdited());
+    }
+
+    // A row no entry carries asks nothing.
+    ASSERT_TRUE(model->setData(model->index(1, 0), QStringLiteral("8401 Erlöse ")));
+    EXPECT_EQ(dialogs.asked.size(), 2);
+    delete PreferencesViewController::openPreferences();
 }
 
 // A stored value that is not a list of texts: the default chart is shown and
