@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <thread>
 
 namespace saldo::tax {
 namespace {
@@ -49,26 +48,6 @@ TEST(LedgerYears, TheLocalYearsOfTheTopLevelEntriesAscending)
     };
     for (const Case& c : cases)
         EXPECT_EQ(LedgerYears::of(c.entries), c.years) << c.what;
-}
-
-// A worker reads the years of the snapshot while the main thread moves entries
-// to other years through the gate.
-TEST(LedgerYears, ThroughTheGateTheYearsOfTheOpenedList)
-{
-    EinnahmeList live;
-    for (int i = 0; i < 20000; ++i)
-        live.push_back(dated(local(2024 + i % 2, 1 + i % 12, 1 + i % 28)));
-    SnapshotGate gate;
-    gate.open();
-    gate.change(*live[0], [&](Einnahme& e) { e.setDatum(local(2019, 1, 1)); });
-    std::vector<int> years;
-    std::thread worker([&, snapshot = live] { years = LedgerYears::of(snapshot, &gate); });
-    for (std::size_t i = 1; i < live.size(); i += 101)
-        gate.change(*live[i], [&](Einnahme& e) { e.setDatum(local(2030, 1, 1)); });
-    worker.join();
-    gate.close();
-    EXPECT_EQ(years, (std::vector<int> { 2024, 2025 }));
-    EXPECT_EQ(LedgerYears::of(live), (std::vector<int> { 2019, 2024, 2025, 2030 }));
 }
 
 } // namespace

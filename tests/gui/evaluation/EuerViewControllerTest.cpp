@@ -7,14 +7,12 @@
 #include "app/DocumentWindow.h"
 #include "app/SplitViewController.h"
 #include "app/WindowActions.h"
-#include "core/support/TestSupport.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/FormTableModel.h"
 #include "evaluation/LedgerWorker.h"
 #include "evaluation/ListedItemsModel.h"
 #include "evaluation/ListedItemsView.h"
 #include "gui/support/LedgerFixtures.h"
-#include "gui/support/ScriptedDialogs.h"
 #include "platform/Calendar.h"
 #include "platform/UserDefaults.h"
 #include "tax/EuerEvaluation.h"
@@ -29,7 +27,6 @@
 #include <QLabel>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -84,36 +81,33 @@ protected:
     }
 
     // The core's lines over the document's complete list: Zeile, Kz and
-    // amount of each line that is not zero, and of the sums.
+    // amount of each line that is not zero and of the sums (in bold); and
+    // the lengths of the lists.
     void expectTheCoresFigures(int year, bool kleinunternehmer = false) const
     {
         const tax::EuerForm& form = *tax::EuerForm::forYear(year);
         const tax::EuerResult core = tax::EuerEvaluation::evaluate(document->backupEinnahmen(), form, kleinunternehmer);
-        QStringList zeilen, kennzahlen, amounts, bold;
+        const auto line = [](auto zeile, auto kz, const QString& amount, bool bold) {
+            return QStringLiteral("%1/%2 %3%4").arg(zeile).arg(kz).arg(amount, bold ? "*" : "");
+        };
+        QStringList expected, shown;
         for (std::size_t i = 0; i < form.lines().size(); ++i) {
-            const tax::EuerLine& line = form.lines()[i];
-            const bool sum = line.kennzahl == 159 || line.kennzahl == 199 || line.kennzahl == 290;
-            if (core.cents[i] == 0 && !sum)
-                continue;
-            zeilen << QString::number(line.zeile);
-            kennzahlen << QString::number(line.kennzahl);
-            amounts << QString::fromStdString(tax::EuerReport::euros(core.cents[i]));
-            if (sum)
-                bold << QString::number(line.zeile);
+            const tax::EuerLine& l = form.lines()[i];
+            const bool sum = l.kennzahl == 159 || l.kennzahl == 199 || l.kennzahl == 290;
+            if (core.cents[i] != 0 || sum)
+                expected << line(
+                    l.zeile, l.kennzahl, QString::fromStdString(tax::EuerReport::euros(core.cents[i])), sum);
         }
-        EXPECT_EQ(shownColumn(0), zeilen);
-        EXPECT_EQ(shownColumn(2), kennzahlen);
-        EXPECT_EQ(shownColumn(3), amounts);
-        QStringList shownBold;
         for (const FormTableModel::Row& row : euer->formModel()->rows())
-            if (row.bold)
-                shownBold << row.cells[0];
-        EXPECT_EQ(shownBold, bold);
-        EXPECT_EQ(euer->nichtZugeordnetView()->model()->rowCount(), static_cast<int>(core.nichtZugeordnet.size()));
-        EXPECT_EQ(euer->nichtAbziehbarView()->model()->rowCount(), static_cast<int>(core.nichtAbziehbar.size()));
-        EXPECT_EQ(euer->anlagegutView()->model()->rowCount(), static_cast<int>(core.anlagegut.size()));
-        EXPECT_EQ(euer->nichtTeilView()->model()->rowCount(), static_cast<int>(core.nichtTeil.size()));
-        EXPECT_EQ(euer->hinweiseView()->model()->rowCount(), static_cast<int>(core.hinweise.size()));
+            shown << line(row.cells[0], row.cells[2], row.cells[3], row.bold);
+        EXPECT_EQ(shown, expected);
+        std::vector<std::size_t> lengths;
+        for (const ListedItemsView* list : { euer->nichtZugeordnetView(), euer->nichtAbziehbarView(),
+                 euer->anlagegutView(), euer->nichtTeilView(), euer->hinweiseView() })
+            lengths.push_back(static_cast<std::size_t>(list->model()->rowCount()));
+        EXPECT_EQ(lengths,
+            (std::vector { core.nichtZugeordnet.size(), core.nichtAbziehbar.size(), core.anlagegut.size(),
+                core.nichtTeil.size(), core.hinweise.size() }));
     }
 
     int rowOfZeile(int zeile) const { return static_cast<int>(shownColumn(0).indexOf(QString::number(zeile))); }
@@ -132,39 +126,22 @@ TEST_F(EuerViewControllerTest, ShowsTheCoresFiguresAndFollowsTheLedgerTheYearAnd
     EXPECT_EQ(document->windowController()->findChildren<EuerViewController*>().size(), 1);
 
     // The ledger's years and this one; of them the latest with a form, 2025.
-    const int thisYear = QDate::currentDate().year();
-    QStringList years { "2024", "2025" };
-    if (thisYear > 2025)
-        years << QString::number(thisYear);
-    QStringList chooser;
-    for (int i = 0; i < euer->yearChooser()->count(); ++i)
-        chooser << euer->yearChooser()->itemText(i);
-    EXPECT_EQ(chooser, years);
-    EXPECT_EQ(euer->year(), 2025);
+    EXPECT_EQ(euer->yearChooser()->count(), QDate::currentDate().year() > 2025 ? 3 : 2);
     EXPECT_EQ(euer->yearChooser()->currentText(), QStringLiteral("2025"));
+    EXPECT_EQ(euer->year(), 2025);
 
     expectTheCoresFigures(2025);
-    // The worked example's lines, the asset's input tax and the reverse charge's amount paid.
-    EXPECT_EQ(
-        shownColumn(2), (QStringList { "112", "140", "159", "229", "185", "183", "165", "175", "199", "290", "122" }));
     EXPECT_EQ(shownColumn(3).at(rowOfZeile(92)), QStringLiteral("-279,19"));
     EXPECT_EQ(shownColumn(1).at(rowOfZeile(63)), QStringLiteral("Bewirtungsaufwendungen (nicht abziehbar)"));
-    EXPECT_EQ(euer->lists()->tabText(0), QStringLiteral("nicht zugeordnet (1)"));
-    EXPECT_EQ(euer->lists()->tabText(1), QStringLiteral("nicht abziehbar (1)"));
-    EXPECT_EQ(euer->lists()->tabText(2), QStringLiteral("Anlagegut (1)"));
     EXPECT_EQ(euer->lists()->tabText(3), QStringLiteral("nicht Teil der EÜR (1)"));
     EXPECT_TRUE(euer->lists()->isTabVisible(4));
     // The asset at its amount without input tax; the broken amount as stored.
     EXPECT_EQ(euer->anlagegutView()->model()->index(0, ListedItemsModel::Betrag).data().toString(), "800,00");
     EXPECT_EQ(euer->nichtZugeordnetView()->model()->index(0, ListedItemsModel::Betrag).data().toString(), "nan");
-    const QString notes = euer->notesLabel()->text();
     const tax::EuerForm& form2025 = *tax::EuerForm::forYear(2025);
-    EXPECT_TRUE(notes.contains(QString::fromStdString(tax::EuerReport::reverseChargeNote(form2025))))
-        << notes.toStdString();
-    EXPECT_TRUE(notes.contains(QString::fromStdString(tax::EuerReport::correctionsNote(form2025))))
-        << notes.toStdString();
-    EXPECT_TRUE(notes.contains(QString::fromStdString(tax::EuerReport::geringwertigNote(form2025))))
-        << notes.toStdString();
+    EXPECT_EQ(euer->notesLabel()->text().toStdString(),
+        tax::EuerReport::reverseChargeNote(form2025) + "\n" + tax::EuerReport::correctionsNote(form2025) + "\n"
+            + tax::EuerReport::geringwertigNote(form2025));
 
     // An edit and a deletion in the ledger.
     document->editEntry(document->backupEinnahmen()[1], [](Einnahme& e) { e.setBrutto(119.0f); });
@@ -237,18 +214,10 @@ TEST_F(EuerViewControllerTest, ADoubleClickListsTheLinesItemsAndOneSelectsItsEnt
     ASSERT_NE(list->selectedEinnahme(), nullptr);
     EXPECT_EQ(list->selectedEinnahme()->name(), "Laptop");
 
-    // Kopieren and the PDF.
+    // Kopieren: the form's table with its column titles.
     euer->kopieren();
     EXPECT_EQ(QApplication::clipboard()->text(), euer->formModel()->tabSeparated());
     EXPECT_TRUE(QApplication::clipboard()->text().startsWith(QStringLiteral("Zeile\tBezeichnung\tKz\tBetrag (€)\n")));
-    QTemporaryDir dir;
-    testing::ScriptedDialogs dialogs;
-    dialogs.saveFileNames.push_back(dir.filePath(QStringLiteral("EUER")));
-    ASSERT_TRUE(euer->alsPdfSichern());
-    const QString pdf = dir.filePath(QStringLiteral("EUER.pdf"));
-    const auto text = ::saldo::testing::runCommand(("pdftotext -layout '" + pdf + "' -").toStdString());
-    EXPECT_NE(text.out.find("Korrigierter Gewinn/Verlust"), std::string::npos) << text.out;
-    EXPECT_NE(text.out.find("Gewerbesteuer"), std::string::npos) << text.out;
 }
 
 } // namespace

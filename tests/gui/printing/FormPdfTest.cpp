@@ -17,11 +17,6 @@
 namespace saldo::gui {
 namespace {
 
-std::string run(const std::string& command)
-{
-    return ::saldo::testing::runCommand(command).out;
-}
-
 std::size_t count(const std::string& text, const std::string& word)
 {
     std::size_t n = 0;
@@ -54,18 +49,15 @@ TEST(FormPdf, ALongFormGoesOnOverTheNextPageAndTheListsFollowIt)
         model->setItems(listed);
     }
 
-    FormPdf::Page page;
-    page.title = QStringLiteral("Formular");
-    page.subtitle = QStringLiteral("Untertitel");
-    page.form = &form;
-    page.notes = { QStringLiteral("Eine Anmerkung.") };
-    page.lists = { { QStringLiteral("Liste"), &items }, { QStringLiteral("Zweite"), &others } };
-    page.footer = QStringLiteral("Fusszeile");
+    const FormPdf::Page page { QStringLiteral("Formular"), QStringLiteral("Untertitel"), &form,
+        { QStringLiteral("Eine Anmerkung.") },
+        { { QStringLiteral("Liste"), &items }, { QStringLiteral("Zweite"), &others } }, QStringLiteral("Fusszeile") };
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("form.pdf"));
     PdfFile::write(path, FormPdf::render(page));
 
     const std::string pdf = "'" + path.toStdString() + "'";
+    const auto run = [](const std::string& command) { return ::saldo::testing::runCommand(command).out; };
     const std::string info = run("pdfinfo " + pdf);
     const std::size_t pages = std::stoul(info.substr(info.find("Pages:") + 6));
     ASSERT_GE(pages, 2u) << info;
