@@ -164,7 +164,7 @@ WindowActions::WindowActions(DocumentWindow& window)
 
     // Auswertung: the tax office's figures, each in a window of its own over the document.
     ustva_ = makeAction(this, QStringLiteral("&Umsatzsteuer-Voranmeldung…"), { QKeySequence(Qt::CTRL | Qt::Key_U) });
-    QMenu* auswertung = window.menuBar()->addMenu(QStringLiteral("A&uswertung"));
+    QMenu* auswertung = window.menuBar()->addMenu(QStringLiteral("Aus&wertung"));
     auswertung->addAction(ustva_);
     connect(ustva_, &QAction::triggered, this, [this, &document] {
         showTaxFormWindow(

@@ -87,7 +87,8 @@ TEST_F(WindowActionsTest, EveryMenuAndItemHasItsOwnMnemonic)
 
     // No label of the window takes the menus' keys.
     for (const auto& [key, title] : { std::pair { Qt::Key_A, "Ablage" }, std::pair { Qt::Key_B, "Bearbeiten" },
-             std::pair { Qt::Key_E, "Eintrag" }, std::pair { Qt::Key_H, "Hilfe" } }) {
+             std::pair { Qt::Key_E, "Eintrag" }, std::pair { Qt::Key_W, "Auswertung" },
+             std::pair { Qt::Key_H, "Hilfe" } }) {
         QMenu* menu = menuTitled(QString::fromLatin1(title));
         ASSERT_NE(menu, nullptr) << title;
         QTest::keyClick(window, key, Qt::AltModifier);
