@@ -1,7 +1,8 @@
 // Figures of the desktop program at ledger sizes a large business reaches:
 // opening a document into a painted window, saving it, one summary-panel refresh (engine
 // plus text view), the text view alone, scrolling the entry table, and a
-// change in the category preferences reaching an open window. Runs
+// change in the category preferences reaching an open window, and the main
+// thread's share of an evaluation of the Anlage EÜR's window. Runs
 // offscreen. Read medians with --benchmark_repetitions=5.
 //   gui_bench [benchmark options]
 //   gui_bench --write-ledger COUNT FILE    writes a ledger of COUNT entries
@@ -11,6 +12,11 @@
 #include "app/SplitViewController.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/CalcEngine.h"
+#include "evaluation/EuerViewController.h"
+#include "evaluation/FormTableModel.h"
+#include "evaluation/LedgerWorker.h"
+#include "evaluation/ListedItemsModel.h"
+#include "evaluation/ListedItemsView.h"
 #include "evaluation/SummaryViewController.h"
 #include "model/Kategorien.h"
 #include "model/LedgerFile.h"
@@ -251,6 +257,38 @@ void BM_CategoryRenameReachesAnOpenWindow(benchmark::State& state)
     }
 }
 BENCHMARK(BM_CategoryRenameReachesAnOpenWindow)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+// The time the main thread is held by one evaluation of the Anlage EÜR's
+// window over a million entries: the snapshot taken and the worker started,
+// then the form and the lists shown and painted; with an argument of 1 also
+// the items behind Zeile 23 (every income of the year) in their tab. The
+// worker's own time is not counted: the window stays responsive meanwhile.
+void BM_EuerWindowMainThreadHold(benchmark::State& state)
+{
+    InMemoryUserDefaults defaults;
+    Document document(defaults);
+    document.replaceAllEntries(ledgerOf(1000000));
+    EuerViewController euer(document, defaults);
+    euer.resize(1000, 860);
+    euer.show();
+    euer.setYear(2024);
+    euer.worker().finish();
+    if (state.range(0) == 1) {
+        for (int row = 0; row < euer.formModel()->rowCount(); ++row)
+            if (euer.formModel()->rows().at(row).cells.at(0) == QStringLiteral("23"))
+                euer.showItemsBehind(row);
+        euer.worker().finish();
+    }
+    for (auto _ : state) {
+        euer.worker().request();
+        state.PauseTiming();
+        euer.worker().waitForJob();
+        state.ResumeTiming();
+        QCoreApplication::processEvents();
+    }
+    state.counters["line_items"] = euer.lineItemsView()->model()->rowCount();
+}
+BENCHMARK(BM_EuerWindowMainThreadHold)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
 

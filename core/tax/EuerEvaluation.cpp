@@ -112,7 +112,8 @@ private:
 // One pass over the items of the form's year; `observe(item, row, deltas,
 // count)` sees every item whose bookings went on the lines.
 template <class Observe>
-EuerResult run(const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer, Observe&& observe)
+EuerResult run(const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer, const SnapshotGate* gate,
+    Observe&& observe)
 {
     EuerResult result;
     result.form = &form;
@@ -125,12 +126,11 @@ EuerResult run(const EinnahmeList& entries, const EuerForm& form, bool kleinunte
     }
     Deltas deltas;
     EuerRules::Pass rules(kleinunternehmer);
-    forEachItem(entries, [&](const Einnahme& item, const Einnahme& top, ItemRow row) {
-        // An entry whose date is no point in time belongs to no year: it is
-        // listed in every year rather than lost.
+    // An entry whose date is no point in time belongs to no year: it is
+    // listed in every year rather than lost.
+    const auto wanted = [&](const Einnahme& top) { return year->contains(top.datum()) || !std::isfinite(top.datum()); };
+    forEachItem(entries, gate, wanted, [&](const Einnahme& item, const Einnahme& top, ItemRow row) {
         const bool dated = std::isfinite(top.datum());
-        if (dated && !year->contains(top.datum()))
-            return;
         ++result.itemCount;
         auto list = [&](std::vector<EuerListed>& to, const char* reason, std::int64_t cents, bool known) {
             to.push_back({ rowText(row), &item, cents, reason, row[0] - 1, known });
@@ -174,18 +174,73 @@ EuerResult run(const EinnahmeList& entries, const EuerForm& form, bool kleinunte
     return result;
 }
 
-} // namespace
-
-EuerResult EuerEvaluation::evaluate(const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer)
+// What a list shows of an item beside its name and date.
+std::optional<std::int64_t> shownCents(const EuerListed& listed)
 {
-    return run(entries, form, kleinunternehmer, [](const Einnahme&, ItemRow, const Deltas&, std::size_t) {});
+    return listed.amountKnown ? std::optional<std::int64_t>(listed.cents) : std::nullopt;
+}
+std::optional<std::int64_t> shownCents(const EuerLineItem& item)
+{
+    return item.cents;
+}
+const char* reasonOf(const EuerListed& listed)
+{
+    return listed.reason;
+}
+const char* reasonOf(const EuerLineItem&)
+{
+    return nullptr;
 }
 
-std::vector<EuerLineItem> EuerEvaluation::itemsBehind(
-    const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer, std::size_t line)
+// Copies items out in batches under the gate's lock, as the evaluation read
+// them: an item that changed since is read from the value the gate kept.
+template <class Item>
+std::vector<ListedItem> copiedOut(const std::vector<Item>& items, const EinnahmeList& entries, const SnapshotGate* gate)
+{
+    constexpr std::size_t kBatch = 4096;
+    std::vector<ListedItem> copied;
+    copied.reserve(items.size());
+    std::unique_lock<std::mutex> batch;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (gate && i % kBatch == 0) {
+            if (batch.owns_lock())
+                batch.unlock();
+            batch = gate->lockBatch();
+        }
+        const Item& listed = items[i];
+        const Einnahme& item = gate ? gate->values(*listed.item) : *listed.item;
+        const Einnahme& top = gate ? gate->values(*entries[listed.entryIndex]) : *entries[listed.entryIndex];
+        copied.push_back({ listed.entryIndex, listed.row, reasonOf(listed), item.name(), top.datum(), item.brutto(),
+            shownCents(listed) });
+    }
+    return copied;
+}
+
+} // namespace
+
+std::vector<ListedItem> EuerEvaluation::listedItems(
+    const std::vector<EuerListed>& listed, const EinnahmeList& entries, const SnapshotGate* gate)
+{
+    return copiedOut(listed, entries, gate);
+}
+
+std::vector<ListedItem> EuerEvaluation::listedItems(
+    const std::vector<EuerLineItem>& items, const EinnahmeList& entries, const SnapshotGate* gate)
+{
+    return copiedOut(items, entries, gate);
+}
+
+EuerResult EuerEvaluation::evaluate(
+    const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer, const SnapshotGate* gate)
+{
+    return run(entries, form, kleinunternehmer, gate, [](const Einnahme&, ItemRow, const Deltas&, std::size_t) {});
+}
+
+std::vector<EuerLineItem> EuerEvaluation::itemsBehind(const EinnahmeList& entries, const EuerForm& form,
+    bool kleinunternehmer, std::size_t line, const SnapshotGate* gate)
 {
     std::vector<EuerLineItem> items;
-    run(entries, form, kleinunternehmer,
+    run(entries, form, kleinunternehmer, gate,
         [&](const Einnahme& item, ItemRow row, const Deltas& deltas, std::size_t count) {
             bool behind = false;
             std::int64_t share = 0;

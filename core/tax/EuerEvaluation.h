@@ -1,7 +1,9 @@
 #pragma once
 
 #include "model/Einnahme.h"
+#include "model/SnapshotGate.h"
 #include "tax/EuerForm.h"
+#include "tax/ListedItem.h"
 #include "tax/TaxItems.h"
 
 #include <cstdint>
@@ -11,7 +13,8 @@
 namespace saldo::tax {
 
 // An item in one of the lists below the form. `item` points into the
-// evaluated entries and stays valid as long as they live.
+// evaluated entries and stays valid as long as they live (read through a
+// gate, it may point to a value the gate keeps: see listedItems()).
 struct EuerListed {
     // "12", "12.2" or "12.2.1": the item's row in the ledger's own order.
     std::string row;
@@ -65,15 +68,30 @@ struct EuerLineItem {
 // item that would make one overflow is listed "Betrag zu gross" and counted
 // nowhere. The corrections between the sum of the Betriebsausgaben and the
 // profit are not known to Saldo, so the profit is the plain difference.
+//
+// A worker reads a snapshot through its gate (or nullptr when nothing
+// changes the entries meanwhile).
 class EuerEvaluation {
 public:
-    static EuerResult evaluate(const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer);
+    static EuerResult evaluate(
+        const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer, const SnapshotGate* gate = nullptr);
 
     // The items that make up one line of evaluate()'s result (`line` indexes
     // form.lines()), in the ledger's order, each with its share of the line;
     // for a sum, the items of every line it adds. One pass over the ledger.
-    static std::vector<EuerLineItem> itemsBehind(
-        const EinnahmeList& entries, const EuerForm& form, bool kleinunternehmer, std::size_t line);
+    static std::vector<EuerLineItem> itemsBehind(const EinnahmeList& entries, const EuerForm& form,
+        bool kleinunternehmer, std::size_t line, const SnapshotGate* gate = nullptr);
+
+    // The items of a list, or the items behind a line, with their names and
+    // dates copied out of the entries they point into: a list another thread
+    // may keep while the entries change. `entries` and `gate` are those of
+    // the evaluation, the gate still open: the items are read under its lock.
+    // The amount shown is the one the evaluation lists (none when it could
+    // not be read: the gross amount as stored), or the item's share of the line.
+    static std::vector<ListedItem> listedItems(
+        const std::vector<EuerListed>& listed, const EinnahmeList& entries, const SnapshotGate* gate = nullptr);
+    static std::vector<ListedItem> listedItems(
+        const std::vector<EuerLineItem>& items, const EinnahmeList& entries, const SnapshotGate* gate = nullptr);
 };
 
 } // namespace saldo::tax

@@ -66,18 +66,6 @@ std::vector<std::string> wrapped(std::string_view label, std::size_t width)
     return pieces;
 }
 
-// The label with its column, for the lines of the form that have two.
-std::string labelOf(const EuerForm& form, const EuerLine& line)
-{
-    const auto lines = form.lines();
-    const bool twoColumns = std::count_if(lines.begin(), lines.end(), [&](const EuerLine& other) {
-        return other.zeile == line.zeile;
-    }) > 1;
-    if (!twoColumns)
-        return line.label;
-    return std::string(line.label) + (line.role == EuerRole::NichtAbziehbar ? " (nicht abziehbar)" : " (abziehbar)");
-}
-
 bool isSum(EuerRole role)
 {
     return role == EuerRole::SummeEinnahmen || role == EuerRole::SummeAusgaben || role == EuerRole::Gewinn;
@@ -85,7 +73,7 @@ bool isSum(EuerRole role)
 
 void appendLine(std::string& out, const EuerForm& form, const EuerLine& line, std::int64_t cents)
 {
-    const std::vector<std::string> pieces = wrapped(labelOf(form, line), kLabelWidth);
+    const std::vector<std::string> pieces = wrapped(EuerReport::label(form, line), kLabelWidth);
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         const bool last = i + 1 == pieces.size();
         out += padLeft(i == 0 ? std::to_string(line.zeile) : "", 5) + "  ";
@@ -160,6 +148,23 @@ void appendList(std::string& out, const std::vector<EuerListed>& items, const ch
 
 } // namespace
 
+std::string EuerReport::label(const EuerForm& form, const EuerLine& line)
+{
+    const auto lines = form.lines();
+    const bool twoColumns = std::count_if(lines.begin(), lines.end(), [&](const EuerLine& other) {
+        return other.zeile == line.zeile;
+    }) > 1;
+    if (!twoColumns)
+        return line.label;
+    return std::string(line.label) + (line.role == EuerRole::NichtAbziehbar ? " (nicht abziehbar)" : " (abziehbar)");
+}
+
+std::string EuerReport::taxationNote(bool kleinunternehmer)
+{
+    return kleinunternehmer ? "Kleinunternehmer (§ 19 UStG): Einnahmen brutto, Ausgaben brutto ohne Vorsteuer"
+                            : "Regelbesteuerung: Betraege netto, Umsatzsteuer und Vorsteuer in eigenen Zeilen";
+}
+
 std::string EuerReport::euros(std::int64_t cents)
 {
     return CentText::euros(cents);
@@ -215,9 +220,7 @@ std::string EuerReport::text(const EuerResult& result, std::string_view title)
 {
     const EuerForm& form = *result.form;
     std::string out = "Anlage EÜR " + std::to_string(form.year()) + " — " + std::string(title) + '\n';
-    out += result.kleinunternehmer
-        ? "Kleinunternehmer (§ 19 UStG): Einnahmen brutto, Ausgaben brutto ohne Vorsteuer\n"
-        : std::string("Regelbesteuerung: Betraege netto, Umsatzsteuer und Vorsteuer in eigenen Zeilen\n");
+    out += taxationNote(result.kleinunternehmer) + '\n';
     out += std::to_string(result.itemCount) + " Buchungen im Jahr " + std::to_string(form.year()) + '\n';
     out += '\n';
     out += padLeft("Zeile", 5) + "  " + padRight("Bezeichnung", kLabelWidth) + "  Kz"

@@ -26,6 +26,13 @@ public:
     // The form for a person, under a heading naming `title` (the ledger).
     static std::string text(const EuerResult& result, std::string_view title);
 
+    // A line's text, with its column for the lines of the form that have two
+    // ("Bewirtungsaufwendungen (abziehbar)").
+    static std::string label(const EuerForm& form, const EuerLine& line);
+    // How the amounts are taken: gross for a Kleinunternehmer, else net with
+    // the VAT on lines of its own.
+    static std::string taxationNote(bool kleinunternehmer);
+
     // The remarks beside the form, with the form year's line numbers.
     static std::string reverseChargeNote(const EuerForm& form);
     static std::string correctionsNote(const EuerForm& form);

@@ -289,14 +289,11 @@ EuerPlacement EuerRules::Pass::place(const Einnahme& item)
         return p;
     }
     const std::int64_t c = gross.cents;
-    const Category& category = categories_.get(&item.kategorie(), [&] {
-        const std::optional<CategoryNumber> number = categoryNumber(item.kategorie());
-        return number ? Category { true, number->value } : Category {};
-    });
-    const bool income = kinds_.get(&item.art(), [&] { return item.isIncome(); });
+    const std::optional<CategoryNumber> number = categoryNumber(item.kategorie());
+    const bool income = item.isIncome();
     const bool kleinunternehmer = kleinunternehmer_;
     const Rule& rule = kRules[ruleIndex().find(
-        income, kleinunternehmer, category.hasNumber ? std::optional<std::uint32_t>(category.number) : std::nullopt)];
+        income, kleinunternehmer, number ? std::optional<std::uint32_t>(number->value) : std::nullopt)];
     auto book = [&p](F field, std::int64_t cents) { p.bookings[p.bookingCount++] = { field, cents }; };
 
     if (rule.action == Action::NichtTeil) {
@@ -306,7 +303,7 @@ EuerPlacement EuerRules::Pass::place(const Einnahme& item)
         return p;
     }
     p.nichtCentgenau = !gross.centExact;
-    p.ohneKontonummer = !income && !category.hasNumber;
+    p.ohneKontonummer = !income && !number;
     if (rule.action == Action::Brutto) {
         book(rule.field, c);
         return p;

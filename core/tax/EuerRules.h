@@ -2,7 +2,6 @@
 
 #include "model/Einnahme.h"
 #include "tax/EuerForm.h"
-#include "tax/PointerMemo.h"
 
 #include <array>
 #include <cstdint>
@@ -64,10 +63,10 @@ class EuerRules {
 public:
     static EuerPlacement place(const Einnahme& item, bool kleinunternehmer);
 
-    // The same for the items of one pass over a ledger that does not change
-    // meanwhile. It remembers the account number of each category text and
-    // the kind of each kind text by the text's address, and what a rate is in
-    // hundredths, so that a million items cost little more than reading them.
+    // The same for the items of one pass over a ledger. It remembers what a
+    // rate is in hundredths, by the rate's bits. (Category and kind are read
+    // from their texts every time: a text's address may be reused when a
+    // change to an entry frees it while a worker reads a snapshot.)
     class Pass {
     public:
         explicit Pass(bool kleinunternehmer)
@@ -77,10 +76,6 @@ public:
         EuerPlacement place(const Einnahme& item);
 
     private:
-        struct Category {
-            bool hasNumber = false;
-            std::uint32_t number = 0;
-        };
         struct Rate {
             std::uint32_t bits = 0;
             bool known = false;
@@ -90,8 +85,6 @@ public:
         const Rate& rate(float steuersatz);
 
         bool kleinunternehmer_;
-        PointerMemo<Category, 2048> categories_;
-        PointerMemo<bool, 16> kinds_;
         std::array<Rate, 16> rates_ {};
     };
 };

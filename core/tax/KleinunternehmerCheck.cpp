@@ -69,11 +69,12 @@ KleinunternehmerResult KleinunternehmerCheck::check(
     CentSum currentSum;
     for (const Counted& c : counted) {
         if (!currentSum.add(c.cents)) {
-            result.notCounted.push_back(ListedItem { c.top, c.row, kSummeZuGross, c.name, c.datum, c.brutto });
+            result.notCounted.push_back(
+                ListedItem { c.top, c.row, kSummeZuGross, c.name, c.datum, c.brutto, std::nullopt });
             continue;
         }
         if (!result.crossing && currentSum.value() > result.currentYearLimitCents)
-            result.crossing = ListedItem { c.top, c.row, nullptr, c.name, c.datum, c.brutto };
+            result.crossing = ListedItem { c.top, c.row, nullptr, c.name, c.datum, c.brutto, std::nullopt };
     }
     result.currentYearCents = currentSum.value();
     return result;

@@ -19,6 +19,8 @@ std::string ListedItem::dayText() const
 
 std::string ListedItem::amountText() const
 {
+    if (cents)
+        return CentText::euros(*cents);
     const GrossCents gross = grossCents(brutto);
     return gross.fault ? DecimalCommaText::fixed(brutto, 2) : CentText::euros(gross.cents);
 }

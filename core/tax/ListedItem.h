@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace saldo::tax {
@@ -25,16 +26,20 @@ struct ListedItem {
     ReferenceSeconds datum = 0.0;
     // The gross amount as stored (also when it could not be taken).
     float brutto = 0.0f;
+    // The amount the list shows when it is not the gross amount: a net
+    // amount, or an item's share of a line.
+    std::optional<std::int64_t> cents;
 
     // The top-level entry's local day, "dd.MM.yyyy"; empty for a date the
     // calendar cannot name.
     std::string dayText() const;
-    // The gross amount, "1.234,56"; as stored ("nan", "inf") when it could not be taken.
+    // The amount shown, "1.234,56": `cents` when there are, else the gross
+    // amount; as stored ("nan", "inf") when it could not be taken.
     std::string amountText() const;
 
     static ListedItem of(std::size_t top, ItemRow row, const char* reason, const Einnahme& item, ReferenceSeconds datum)
     {
-        return ListedItem { top, rowText(row), reason, item.name(), datum, item.brutto() };
+        return ListedItem { top, rowText(row), reason, item.name(), datum, item.brutto(), std::nullopt };
     }
 };
 

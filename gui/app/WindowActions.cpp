@@ -11,6 +11,7 @@
 #include "app/SplitViewController.h"
 #include "app/UndoKeysFallback.h"
 #include "entrylist/ViewController.h"
+#include "evaluation/EuerViewController.h"
 #include "evaluation/UstvaViewController.h"
 #include "settings/PreferencesViewController.h"
 #include "printing/PrintController.h"
@@ -163,19 +164,18 @@ WindowActions::WindowActions(DocumentWindow& window)
 
     // Auswertung: the tax office's figures, each in a window of its own over the document.
     ustva_ = makeAction(this, QStringLiteral("&Umsatzsteuer-Voranmeldung…"), { QKeySequence(Qt::CTRL | Qt::Key_U) });
-    QMenu* auswertung = window.menuBar()->addMenu(QStringLiteral("A&uswertung"));
+    QMenu* auswertung = window.menuBar()->addMenu(QStringLiteral("Aus&wertung"));
     auswertung->addAction(ustva_);
-    connect(ustva_, &QAction::triggered, this, [this, &document, list] {
-        showWindow(ustvaWindow_, [this, &document, list] {
-            auto* ustva = new UstvaViewController(document, document.defaults(), &window_);
-            connect(ustva, &UstvaViewController::entryActivated, list, [this, list](const EinnahmePtr& entry) {
-                if (list->selectEntry(entry.get())) {
-                    window_.raise();
-                    window_.activateWindow();
-                }
-            });
-            return ustva;
-        });
+    connect(ustva_, &QAction::triggered, this, [this, &document] {
+        showTaxFormWindow(
+            ustvaWindow_, [this, &document] { return new UstvaViewController(document, document.defaults(), &window_); });
+    });
+    // Ctrl+J, the year's form: Ctrl+Shift+U is the Unicode key of input methods.
+    euer_ = makeAction(this, QStringLiteral("&Anlage EÜR…"), { QKeySequence(Qt::CTRL | Qt::Key_J) });
+    auswertung->addAction(euer_);
+    connect(euer_, &QAction::triggered, this, [this, &document] {
+        showTaxFormWindow(
+            euerWindow_, [this, &document] { return new EuerViewController(document, document.defaults(), &window_); });
     });
 
     // Hilfe
@@ -191,7 +191,7 @@ WindowActions::WindowActions(DocumentWindow& window)
         [this] { showWindow(shortcutsWindow_, [this] { return new ShortcutsDialog(window_); }); });
 
     for (QAction* action : { newDocument_, open_, close_, save_, saveAs_, statement_, quit_, undo_, redo_, addEntry_,
-             duplicate_, splitBooking_, serialTransaction_, ustva_, preferences_, shortcuts_ })
+             duplicate_, splitBooking_, serialTransaction_, ustva_, euer_, preferences_, shortcuts_ })
         window.addAction(action);
     // Ctrl+Z in a form field with nothing of its own to undo undoes the document's last step.
     new UndoKeysFallback(window, this);
@@ -206,6 +206,22 @@ void WindowActions::showWindow(QPointer<QWidget>& shown, const std::function<QWi
     shown->show();
     shown->raise();
     shown->activateWindow();
+}
+
+void WindowActions::showTaxFormWindow(QPointer<QWidget>& shown, const std::function<TaxFormWindow*()>& make)
+{
+    showWindow(shown, [this, &make] {
+        TaxFormWindow* made = make();
+        // A double-clicked item's entry is selected in the ledger's table.
+        ViewController* list = window_.splitViewController()->viewController();
+        connect(made, &TaxFormWindow::entryActivated, list, [this, list](const EinnahmePtr& entry) {
+            if (list->selectEntry(entry.get())) {
+                window_.raise();
+                window_.activateWindow();
+            }
+        });
+        return made;
+    });
 }
 
 void WindowActions::fillRecentMenu()

@@ -14,6 +14,7 @@ namespace saldo::gui {
 class DatevExportDialog;
 class DocumentWindow;
 class EntryListExchange;
+class TaxFormWindow;
 
 // The menus and actions of a document window: "Ablage" (new, open, recent
 // files, close, save, save under another name, export and load an entry
@@ -21,7 +22,8 @@ class EntryListExchange;
 // PDF, print preview, print, quit),
 // "Bearbeiten" (undo and redo with the action's name, new entry, duplicate,
 // delete, the program's preferences window), "Eintrag" (split bookings,
-// recurring entries), "Auswertung" (the VAT return's window of the document)
+// recurring entries), "Auswertung" (the windows of the VAT return and of the
+// Anlage EÜR of the document)
 // and "Hilfe" (the shortcuts, about Saldo). Every menu and
 // item has a mnemonic. It routes each action to the document controller, the
 // document or the entry list; without a document controller (tests) the
@@ -55,6 +57,7 @@ public:
     QAction* splitBookingAction() const { return splitBooking_; }
     QAction* serialTransactionAction() const { return serialTransaction_; }
     QAction* ustvaAction() const { return ustva_; }
+    QAction* euerAction() const { return euer_; }
     QAction* preferencesAction() const { return preferences_; }
     QAction* shortcutsAction() const { return shortcuts_; }
     QAction* aboutAction() const { return about_; }
@@ -65,6 +68,8 @@ public:
 private:
     // Shows the window, made first unless it is open already.
     void showWindow(QPointer<QWidget>& shown, const std::function<QWidget*()>& make);
+    // The same for a tax form's window, whose listed items lead to their entries.
+    void showTaxFormWindow(QPointer<QWidget>& shown, const std::function<TaxFormWindow*()>& make);
 
     DocumentWindow& window_;
     QAction* newDocument_ = nullptr;
@@ -93,6 +98,8 @@ private:
     QAction* serialTransaction_ = nullptr;
     QAction* ustva_ = nullptr;
     QPointer<QWidget> ustvaWindow_;
+    QAction* euer_ = nullptr;
+    QPointer<QWidget> euerWindow_;
     QAction* preferences_ = nullptr;
     QAction* shortcuts_ = nullptr;
     QAction* about_ = nullptr;

@@ -58,6 +58,12 @@ void LedgerWorker::deliver()
         start();
 }
 
+void LedgerWorker::waitForJob() const
+{
+    if (running_.valid())
+        running_.wait();
+}
+
 void LedgerWorker::finish()
 {
     while (running_.valid()) {

@@ -38,6 +38,9 @@ public:
     void request();
     // Waits until no evaluation runs or is asked for, delivering each one.
     void finish();
+    // Waits until the evaluation under way is done without delivering it:
+    // evaluated() follows from the event loop (or finish()).
+    void waitForJob() const;
     bool isRunning() const { return running_.valid(); }
 
     // The entries the last delivered evaluation read, in the ledger's order:

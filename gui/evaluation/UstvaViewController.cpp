@@ -3,26 +3,17 @@
 #include "app/Document.h"
 #include "evaluation/FormTableModel.h"
 #include "evaluation/LedgerWorker.h"
-#include "evaluation/ListedItemsModel.h"
 #include "evaluation/ListedItemsView.h"
 #include "evaluation/UstvaTables.h"
 #include "platform/Calendar.h"
-#include "printing/FormPdf.h"
-#include "printing/PdfFile.h"
 #include "tax/TaxSettings.h"
 #include "tax/UstvaForm.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QDate>
-#include <QDir>
 #include <QFileInfo>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -51,8 +42,7 @@ int spanKey(int first, int last)
 } // namespace
 
 UstvaViewController::UstvaViewController(Document& document, UserDefaults& defaults, QWidget* parent)
-    : QWidget(parent, Qt::Window)
-    , document_(document)
+    : TaxFormWindow(document, QStringLiteral("Umsatzsteuer-Voranmeldung"), parent)
     , defaults_(defaults)
     , period_(defaultPeriod())
 {
@@ -74,96 +64,33 @@ UstvaViewController::UstvaViewController(Document& document, UserDefaults& defau
     spans_->setCurrentIndex(spans_->findData(spanKey(period_.firstMonth(), period_.lastMonth())));
     auto* chooserLabel = new QLabel(QStringLiteral("&Zeitraum:"), this);
     chooserLabel->setBuddy(spans_);
-    busy_ = new QLabel(QStringLiteral("wird berechnet…"), this);
-    busy_->setEnabled(false);
-    auto* chooser = new QHBoxLayout;
-    chooser->addWidget(chooserLabel);
-    chooser->addWidget(spans_);
-    chooser->addWidget(years_);
-    chooser->addSpacing(12);
-    chooser->addWidget(busy_);
-    chooser->addStretch();
 
-    heading_ = new QLabel(this);
-    QFont headingFont = heading_->font();
-    headingFont.setBold(true);
-    headingFont.setPointSizeF(headingFont.pointSizeF() * 1.2);
-    heading_->setFont(headingFont);
-
-    // The form.
-    formModel_ = new FormTableModel(this);
-    formView_ = new QTableView(this);
-    formView_->setObjectName(QStringLiteral("form"));
-    formView_->setModel(formModel_);
-    formView_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    formView_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    formView_->setWordWrap(true);
-    formView_->setShowGrid(false);
-    formView_->verticalHeader()->hide();
-    notes_ = new QLabel(this);
-    notes_->setObjectName(QStringLiteral("notes"));
-    notes_->setWordWrap(true);
-    notes_->setTextFormat(Qt::PlainText);
-    notes_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // The lists below it.
+    // The lists below the form.
     nichtZugeordnet_ = new ListedItemsView(QStringLiteral("nicht zugeordnet"), this);
     nichtZugeordnet_->setObjectName(QStringLiteral("nichtZugeordnet"));
     nichtTeil_ = new ListedItemsView(QStringLiteral("nicht Teil der Voranmeldung"), this);
     nichtTeil_->setObjectName(QStringLiteral("nichtTeil"));
     nichtCentgenau_ = new ListedItemsView(QStringLiteral("zugeordnet, aber nicht centgenau"), this);
     nichtCentgenau_->setObjectName(QStringLiteral("nichtCentgenau"));
-    // In tabs, each titled with its number of items.
-    lists_ = new QTabWidget(this);
-    lists_->setObjectName(QStringLiteral("lists"));
-    for (ListedItemsView* list : { nichtZugeordnet_, nichtTeil_, nichtCentgenau_ }) {
-        list->setTitleShown(false);
-        lists_->addTab(list, list->titleWithCount());
-        connect(list, &ListedItemsView::titleChanged, lists_,
-            [this, list](const QString& title) { lists_->setTabText(lists_->indexOf(list), title); });
-        connect(list, &ListedItemsView::entryActivated, this, [this](std::size_t top) {
-            const EinnahmeList& evaluated = worker_->snapshot();
-            if (top < evaluated.size())
-                emit entryActivated(evaluated[top]);
-        });
-    }
+    for (ListedItemsView* list : { nichtZugeordnet_, nichtTeil_, nichtCentgenau_ })
+        addList(list);
     lists_->setTabVisible(lists_->indexOf(nichtCentgenau_), false);
-    // What the user does with the figures.
-    auto* elster = new QLabel(
-        QStringLiteral("Saldo sendet nichts an das Finanzamt: bitte die Werte in ELSTER eintragen."), this);
-    elster->setEnabled(false);
-    auto* copy = new QPushButton(QStringLiteral("&Kopieren"), this);
-    copy->setObjectName(QStringLiteral("kopieren"));
-    copy->setToolTip(QStringLiteral("Die Tabelle tabulatorgetrennt in die Zwischenablage legen"));
-    connect(copy, &QPushButton::clicked, this, &UstvaViewController::kopieren);
-    auto* pdf = new QPushButton(QStringLiteral("Als &PDF sichern…"), this);
-    pdf->setObjectName(QStringLiteral("alsPdfSichern"));
-    connect(pdf, &QPushButton::clicked, this, &UstvaViewController::alsPdfSichern);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(elster, 1);
-    buttons->addWidget(copy);
-    buttons->addWidget(pdf);
 
     // The form as high as its lines, the lists below it taking the rest.
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(chooser);
+    layout->addLayout(chooserRow(chooserLabel, { spans_, years_ }));
     layout->addWidget(heading_);
     layout->addWidget(formView_);
     layout->addWidget(notes_);
     layout->addWidget(lists_, 1);
-    layout->addLayout(buttons);
-
-    auto* close = new QAction(this);
-    close->setShortcuts({ QKeySequence(Qt::CTRL | Qt::Key_W), QKeySequence(Qt::Key_Escape) });
-    connect(close, &QAction::triggered, this, &QWidget::close);
-    addAction(close);
+    layout->addLayout(
+        buttonRow(QStringLiteral("Saldo sendet nichts an das Finanzamt: bitte die Werte in ELSTER eintragen.")));
 
     connect(years_, &QComboBox::currentIndexChanged, this, &UstvaViewController::choosePeriod);
     connect(spans_, &QComboBox::currentIndexChanged, this, &UstvaViewController::choosePeriod);
-    connect(&document_, &Document::filePathChanged, this, &UstvaViewController::updateTitle);
-    updateTitle();
     resize(980, 840);
 
-    worker_ = new LedgerWorker(
+    auto* ledgerWorker = new LedgerWorker(
         document_,
         [this] {
             auto evaluation = std::make_shared<Evaluation>();
@@ -179,11 +106,11 @@ UstvaViewController::UstvaViewController(Document& document, UserDefaults& defau
             };
         },
         this);
-    connect(worker_, &LedgerWorker::started, busy_, &QWidget::show);
-    connect(worker_, &LedgerWorker::evaluated, this, &UstvaViewController::showEvaluation);
+    setWorker(ledgerWorker);
+    connect(ledgerWorker, &LedgerWorker::evaluated, this, &UstvaViewController::showEvaluation);
     settingsObserver_ = NotificationCenter::defaultCenter().addObserver(
-        TaxSettings::kChangedNotification, [this] { worker_->request(); });
-    worker_->request();
+        TaxSettings::kChangedNotification, [this] { worker().request(); });
+    worker().request();
 }
 
 UstvaViewController::~UstvaViewController()
@@ -234,12 +161,7 @@ void UstvaViewController::choosePeriod()
     if (!period || period->text() == period_.text())
         return;
     period_ = *period;
-    worker_->request();
-}
-
-void UstvaViewController::updateTitle()
-{
-    setWindowTitle(QStringLiteral("Umsatzsteuer-Voranmeldung – %1").arg(document_.displayName()));
+    worker().request();
 }
 
 void UstvaViewController::showEvaluation()
@@ -248,7 +170,7 @@ void UstvaViewController::showEvaluation()
     // An evaluation of a period chosen away from: the one asked for follows.
     if (!evaluation || evaluation->period.text() != period_.text())
         return;
-    busy_->setVisible(worker_->isRunning());
+    busy_->setVisible(worker().isRunning());
     ustva_ = std::move(evaluation->ustva);
     kleinunternehmer_ = std::move(evaluation->kleinunternehmer);
     QStringList notes;
@@ -292,31 +214,11 @@ void UstvaViewController::showEvaluation()
     notes_->setText(notes.join(QStringLiteral("\n")));
 }
 
-void UstvaViewController::kopieren()
+QString UstvaViewController::pdfFileName() const
 {
-    QApplication::clipboard()->setText(formModel_->tabSeparated());
-}
-
-bool UstvaViewController::alsPdfSichern()
-{
-    const QString name
-        = QStringLiteral("%1 Umsatzsteuer-Voranmeldung %2.pdf")
-              .arg(QFileInfo(document_.displayName()).completeBaseName(),
-                  QString::fromStdString(kleinunternehmer_ ? std::to_string(period_.year()) : period_.text()));
-    const QString folder = document_.isUntitled() ? QDir::homePath() : QFileInfo(document_.filePath()).path();
-    return PdfFile::saveWithDialog(this, QDir(folder).filePath(name), [this] {
-        FormPdf::Page page;
-        page.title = heading_->text();
-        page.subtitle = QStringLiteral("%1, erstellt am %2")
-                            .arg(document_.displayName(), QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
-        page.form = formModel_;
-        page.notes = notes_->text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        for (const ListedItemsView* list : { nichtZugeordnet_, nichtTeil_, nichtCentgenau_ })
-            if (lists_->isTabVisible(lists_->indexOf(list)))
-                page.lists << FormPdf::List { list->title(), list->model() };
-        page.footer = QStringLiteral("Saldo sendet nichts an das Finanzamt: die Werte sind in ELSTER einzutragen.");
-        return FormPdf::render(page);
-    });
+    return QStringLiteral("%1 Umsatzsteuer-Voranmeldung %2.pdf")
+        .arg(QFileInfo(document_.displayName()).completeBaseName(),
+            QString::fromStdString(kleinunternehmer_ ? std::to_string(period_.year()) : period_.text()));
 }
 
 } // namespace saldo::gui

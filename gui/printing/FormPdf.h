@@ -10,10 +10,13 @@ namespace saldo::gui {
 class FormTableModel;
 class ListedItemsModel;
 
-// A tax form window's figures on one A4 page, as a PDF: a title and a line
-// below it, the form's table (the widest column takes the room that is left
-// and wraps), notes, then the lists below the form, as many of their items as
-// fit, and a line saying how many more Saldo lists (PdfFile saves it).
+// A tax form window's figures on A4, as a PDF: a title and a line below it,
+// the form's table (the widest column takes the room that is left and
+// wraps), notes, then the lists below the form, sharing the room left on
+// the page, each with a line saying how many more Saldo lists (PdfFile saves
+// it). A form fits one page as a rule; a longer one goes on over the next,
+// and the lists start a page of their own when too little room is left for
+// them under the form.
 class FormPdf {
 public:
     struct List {

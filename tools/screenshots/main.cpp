@@ -22,6 +22,8 @@
 #include "entrylist/SearchFieldController.h"
 #include "entrylist/ViewController.h"
 #include "evaluation/CalcEngine.h"
+#include "evaluation/EuerViewController.h"
+#include "evaluation/FormTableModel.h"
 #include "evaluation/LedgerWorker.h"
 #include "bank/BankRuleCodec.h"
 #include "bank/ProposalTableModel.h"
@@ -397,6 +399,27 @@ bool ustvaWindow(const Scene& s)
     return ok;
 }
 
+// The Anlage EÜR's window over the example ledger's year, with the items
+// behind Zeile 51 (Arbeitsmittel) in their tab.
+bool euerWindow(const Scene& s)
+{
+    s.window->actions()->euerAction()->trigger();
+    auto* euer = s.window->findChild<EuerViewController*>();
+    if (!euer)
+        return false;
+    euer->resize(1000, 860);
+    euer->setYear(2025);
+    euer->worker().finish();
+    for (int row = 0; row < euer->formModel()->rowCount(); ++row)
+        if (euer->formModel()->rows().at(row).cells.at(0) == QStringLiteral("51"))
+            euer->showItemsBehind(row);
+    euer->worker().finish();
+    settle();
+    const bool ok = save(euer->grab(), s.target, QStringLiteral("euer-window.png"));
+    euer->close();
+    return ok;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -432,7 +455,7 @@ int main(int argc, char** argv)
     for (const auto& render :
         { searchMenuAndFilteredTable, detailPanels, deleteConfirmation, fileMenuAfterAFailedLoad, splitBookingEditor,
             serialTransactionSheet, preferencesAndLimitWarning, statementProposals, helpMenuAndShortcuts, germanDialogs,
-            ustvaWindow })
+            ustvaWindow, euerWindow })
         ok = render(scene) && ok;
     return ok ? 0 : 1;
 }

@@ -87,7 +87,8 @@ TEST_F(WindowActionsTest, EveryMenuAndItemHasItsOwnMnemonic)
 
     // No label of the window takes the menus' keys.
     for (const auto& [key, title] : { std::pair { Qt::Key_A, "Ablage" }, std::pair { Qt::Key_B, "Bearbeiten" },
-             std::pair { Qt::Key_E, "Eintrag" }, std::pair { Qt::Key_H, "Hilfe" } }) {
+             std::pair { Qt::Key_E, "Eintrag" }, std::pair { Qt::Key_W, "Auswertung" },
+             std::pair { Qt::Key_H, "Hilfe" } }) {
         QMenu* menu = menuTitled(QString::fromLatin1(title));
         ASSERT_NE(menu, nullptr) << title;
         QTest::keyClick(window, key, Qt::AltModifier);
@@ -114,9 +115,9 @@ TEST_F(WindowActionsTest, TheShortcutListIsReadFromTheWindowsActions)
             + QKeySequence(Qt::Key_Backspace).toString(QKeySequence::NativeText));
     EXPECT_EQ(rowFor(QStringLiteral("Suchen"))->menu, QString::fromLatin1(ShortcutList::kOtherGroup));
 
-    window->actions()->duplicateAction()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
+    window->actions()->duplicateAction()->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_J));
     EXPECT_EQ(rowFor(QStringLiteral("Duplizieren"))->keys,
-        QKeySequence(Qt::CTRL | Qt::Key_J).toString(QKeySequence::NativeText));
+        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_J).toString(QKeySequence::NativeText));
 
     std::set<QString> keys;
     int rows = 0;
