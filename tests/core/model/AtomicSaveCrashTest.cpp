@@ -1,10 +1,8 @@
 // A save killed at any moment must leave either the old or the new complete
-// file behind, never a mixture, a truncated file or no file at all. The large
-// contents are saved as the window's autosave does: coded on a worker thread
-// through the snapshot gate while the main thread changes entries.
+// file behind, never a mixture, a truncated file or no file at all. (What a
+// worker codes through the snapshot gate is tested in SnapshotGateTest.)
+#include "core/support/TestSupport.h"
 #include "model/LedgerFile.h"
-#include "model/SnapshotGate.h"
-#include "platform/AtomicFileWriter.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +10,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <signal.h>
 #include <sys/wait.h>
@@ -40,12 +37,6 @@ EinnahmeList makeLedger(int count, const std::string& prefix)
         entries.push_back(Einnahme::restore(std::move(s)));
     }
     return entries;
-}
-
-std::string readAll(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>() };
 }
 
 TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
@@ -83,25 +74,7 @@ TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
                 if (::write(announce[1], &marker, 1) != 1)
                     ::_exit(4);
                 try {
-                    if (n % 2 != 0) {
-                        LedgerFile::write(path.string(), small);
-                        continue;
-                    }
-                    SnapshotGate gate;
-                    gate.open();
-                    std::thread worker([&, snapshot = large] {
-                        try {
-                            AtomicFileWriter::write(path.string(), LedgerFile::encode(snapshot, gate));
-                        } catch (...) {
-                            ::_exit(3);
-                        }
-                    });
-                    for (std::size_t i = 0; i < large.size(); i += 1000)
-                        gate.change(*large[i], [](Einnahme& e) { e.setName("Waehrenddessen"); });
-                    worker.join();
-                    gate.close();
-                    for (std::size_t i = 0; i < large.size(); i += 1000)
-                        large[i]->setName("Gross Rechnung " + std::to_string(i));
+                    LedgerFile::write(path.string(), n % 2 ? small : large);
                 } catch (...) {
                     ::_exit(3);
                 }
@@ -126,7 +99,7 @@ TEST(AtomicSaveCrashTest, KilledSavesLeaveOneOfTheTwoCompleteFiles)
         ::close(announce[0]);
         ASSERT_TRUE(WIFSIGNALED(status)) << "the saving child stopped by itself in round " << round;
 
-        const std::string bytes = readAll(path);
+        const std::string bytes = testing::readFile(path);
         if (bytes == largeBytes)
             ++sawLarge;
         else if (bytes == smallBytes)
