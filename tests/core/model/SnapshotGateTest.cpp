@@ -1,9 +1,12 @@
 // Workers that read a snapshot of a list through its gate (the save's coder,
-// the summary's engine and the VAT return) see the entries exactly as they
+// the summary's engine, the VAT return and the Anlage EÜR with the names and
+// amounts it copies out) see the entries exactly as they
 // were when the gate opened, whatever the main thread changes meanwhile.
 #include "evaluation/CalcEngine.h"
 #include "model/LedgerFile.h"
 #include "model/SnapshotGate.h"
+#include "tax/EuerEvaluation.h"
+#include "tax/EuerReport.h"
 #include "tax/UstvaCalculation.h"
 #include "tax/UstvaText.h"
 
@@ -76,11 +79,19 @@ std::string reportOf(const EinnahmeList& entries)
     return engine.ergebnisString();
 }
 
-// The VAT return of the year the ledger spans.
+// The VAT return and the Anlage EÜR of the year the ledger spans, with the
+// items behind the input tax's line as the EÜR window copies them out.
 std::string vatOf(const EinnahmeList& entries, const SnapshotGate* gate = nullptr)
 {
     using namespace tax;
-    return UstvaText::tsv(UstvaCalculation::calculate(entries, *TaxPeriod::parse("2025"), *UstvaForm::forYear(2025), gate));
+    std::string text = UstvaText::tsv(
+        UstvaCalculation::calculate(entries, *TaxPeriod::parse("2025"), *UstvaForm::forYear(2025), gate));
+    const EuerForm& form = *EuerForm::forYear(2025);
+    text += EuerReport::tsv(EuerEvaluation::evaluate(entries, form, false, gate));
+    const auto behind = EuerEvaluation::itemsBehind(entries, form, false, *form.indexOf(EuerField::Vorsteuer), gate);
+    for (const ListedItem& item : EuerEvaluation::listedItems(behind, entries, gate))
+        text += item.row + " " + item.name + " " + item.dayText() + " " + item.amountText() + "\n";
+    return text;
 }
 
 TEST(SnapshotGateTest, ReadersSeeTheEntriesAsTheyWereWhenTheGateOpened)

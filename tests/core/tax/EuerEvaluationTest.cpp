@@ -11,7 +11,6 @@
 #include <map>
 #include <random>
 #include <set>
-#include <thread>
 
 namespace saldo::tax {
 namespace {
@@ -123,66 +122,6 @@ TEST(EuerEvaluation, SplitBookingsLandOnTheirOwnLinesInTheYearOfTheirEntry)
     EXPECT_EQ(behind(57, 185), "1.1=9.50 1.2=1.90 ");
     EXPECT_EQ(behind(92, 290), "1.1=-59.50 1.2=-11.90 ");
     EXPECT_EQ(behind(15, 112), "");
-}
-
-// A worker reads a snapshot through its gate while the main thread changes
-// entries and split bookings: the figures, the items behind a line and the
-// lists copied out (names, amounts) are those of the list as it was when the
-// gate opened.
-TEST(EuerEvaluation, ThroughTheGateTheFiguresAndListsOfTheOpenedList)
-{
-    const char* const categories[]
-        = { "8400 Erlöse", "4930 Bürobedarf", "4320 Gewerbesteuer", "0480 Ausstattung", "1200 Bank" };
-    EinnahmeList live;
-    for (int i = 0; i < 9000; ++i) {
-        auto e = entry(i % 3 == 0, categories[i % 5], static_cast<float>(i % 997) + 0.19f, i % 4 ? 19.0f : 0.0f,
-            localTime(2025, 1 + i % 12, 1 + i % 28));
-        e->setName("vorher " + std::to_string(i));
-        if (i % 10 == 0)
-            e->setChildTransactions({ entry(false, categories[(i + 2) % 5], 11.9f, 19.0f, 0.0),
-                entry(false, categories[(i + 3) % 5], 5.35f, 7.0f, 0.0) });
-        live.push_back(e);
-    }
-    const auto change = [&](SnapshotGate& gate, std::size_t first) {
-        for (std::size_t i = first; i < live.size(); i += 89) {
-            Einnahme& e = *live[i];
-            gate.change(e, [](Einnahme& x) {
-                x.setName("nachher");
-                x.setBrutto(x.brutto() + 1.0f);
-                x.setKategorie("4320 Gewerbesteuer");
-            });
-            if (!e.childTransactions().empty())
-                gate.change(*e.childTransactions()[0], [](Einnahme& child) {
-                    child.setName("nachher");
-                    child.setBrutto(child.brutto() * 2.0f);
-                });
-        }
-    };
-    const auto figures = [&](const EinnahmeList& entries, const SnapshotGate* gate) {
-        const EuerResult result = EuerEvaluation::evaluate(entries, form2025(), false, gate);
-        std::string text = EuerReport::tsv(result);
-        for (const ListedItem& item : EuerEvaluation::listedItems(result.nichtAbziehbar, entries, gate))
-            text += item.row + " " + item.name + " " + item.amountText() + " " + item.reason + "\n";
-        const auto behind = EuerEvaluation::itemsBehind(entries, form2025(), false, lineOf(57, 185), gate);
-        for (const ListedItem& item : EuerEvaluation::listedItems(behind, entries, gate))
-            text += item.row + " " + item.name + " " + item.amountText() + "\n";
-        return text;
-    };
-    for (std::size_t round = 0; round < 3; ++round) {
-        const std::string expected = figures(live, nullptr);
-        SnapshotGate gate;
-        gate.open();
-        // Changes before the worker starts, and while it reads.
-        change(gate, round);
-        std::string read;
-        std::thread worker([&, snapshot = live] { read = figures(snapshot, &gate); });
-        change(gate, round + 40);
-        worker.join();
-        gate.close();
-        EXPECT_EQ(read, expected) << "round " << round;
-        EXPECT_NE(expected.find(" vorher "), std::string::npos);
-        EXPECT_NE(figures(live, nullptr), expected) << "round " << round;
-    }
 }
 
 // What the form adds up, written out here independently of the form's table.
