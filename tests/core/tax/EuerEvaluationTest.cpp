@@ -2,14 +2,13 @@
 #include "tax/EuerReport.h"
 #include "tax/TaxItems.h"
 
-#include "model/Kategorien.h"
+#include "core/support/RandomLedger.h"
 #include "platform/Calendar.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <map>
-#include <random>
 #include <set>
 
 namespace saldo::tax {
@@ -132,30 +131,11 @@ const std::set<int> kAusgaben
 
 TEST(EuerEvaluation, OverRandomLedgersTheSumsAreTheirPartsAndEveryItemIsAccountedFor)
 {
-    std::vector<std::string> chart = Kategorien::defaultKategorien();
-    chart.push_back("Ohne Nummer");
-    const float rates[] = { 0.0f, 7.0f, 19.0f, 16.0f, 10.7f, NAN, -1.0f };
-    const float amounts[] = { 0.0f, 0.05f, 119.0f, 1e10f, 250000.0f, -12.34f, INFINITY };
-    std::mt19937 rng(24);
-    auto pick = [&](std::size_t n) { return static_cast<std::size_t>(rng() % n); };
-    auto randomEntry = [&](ReferenceSeconds datum) {
-        auto e = entry(pick(2) == 0, chart[pick(chart.size())].c_str(),
-            pick(3) == 0 ? amounts[pick(std::size(amounts))] : static_cast<float>(pick(100000)) / 100.0f,
-            rates[pick(std::size(rates))], datum);
-        e->setInnergemeinschaftlicherErwerb(pick(6) == 0);
-        e->setIsNonEU(pick(6) == 0);
-        return e;
-    };
+    const ReferenceSeconds first = localTime(2024, 10, 1, 0.0), year = localTime(2025, 1, 1, 0.0),
+                           next = localTime(2026, 1, 1, 0.0);
     for (int round = 0; round < 150; ++round) {
-        EinnahmeList ledger;
-        for (int i = 0; i < 30; ++i) {
-            const ReferenceSeconds datum = localTime(pick(5) == 0 ? 2024 : 2025, 1 + pick(12), 1 + pick(28));
-            auto top = randomEntry(datum);
-            if (pick(5) == 0)
-                top->setChildTransactions({ randomEntry(datum), randomEntry(datum) });
-            ledger.push_back(top);
-        }
-        const bool kleinunternehmer = pick(3) == 0;
+        const EinnahmeList ledger = testing::RandomLedger(round).make(30, first, localTime(2026, 3, 1, 0.0) - first);
+        const bool kleinunternehmer = round % 3 == 0;
         const EuerResult result = EuerEvaluation::evaluate(ledger, form2025(), kleinunternehmer);
         const auto lines = form2025().lines();
         std::int64_t einnahmen = 0, ausgaben = 0;
@@ -184,7 +164,7 @@ TEST(EuerEvaluation, OverRandomLedgersTheSumsAreTheirPartsAndEveryItemIsAccounte
                 accounted.insert(item.row);
         std::size_t items = 0;
         forEachItem(ledger, [&](const Einnahme&, const Einnahme& top, ItemRow row) {
-            if (top.datum() >= localTime(2025, 1, 1, 0.0)) {
+            if (std::isnan(top.datum()) || (top.datum() >= year && top.datum() < next)) {
                 ++items;
                 EXPECT_TRUE(accounted.count(rowText(row))) << "item " << rowText(row) << " is nowhere";
             }

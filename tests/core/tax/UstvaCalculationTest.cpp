@@ -4,6 +4,7 @@
 #include "tax/UstvaPlacement.h"
 #include "tax/UstvaText.h"
 
+#include "core/support/RandomLedger.h"
 #include "platform/Calendar.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +13,6 @@
 #include <cmath>
 #include <limits>
 #include <map>
-#include <random>
 #include <sstream>
 
 namespace saldo::tax {
@@ -157,32 +157,14 @@ TEST(UstvaCalculation, SplitBookingsArePlacedPartByPartUnderTheirEntrysDate)
 // cents of the items.
 TEST(UstvaCalculation, RemainingPaymentIsTheFormulaOverThePrintedValues)
 {
-    const char* const categories[]
-        = { "8400 Erlöse", "8300 Erlöse 7%", "8100 Steuerfrei", "8125 EG-Lieferung", "8120 Ausfuhr", "8736 Skonti",
-              "3736 Skonti erhalten", "3425 Wareneingang EG", "0410 Ausstattung", "4930 Bürobedarf", "1576 Vorsteuer",
-              "1574 Vorsteuer EG", "1588 EUSt", "1776 Umsatzsteuer", "1200 Bank", "1800 Privat", "", "€ Sonstiges" };
-    const float rates[] = { 19.0f, 7.0f, 0.0f, 16.0f, 5.0f, 10.7f, 19.0001f, -7.0f, std::nanf("") };
-    const float odd[] = { std::nanf(""), std::numeric_limits<float>::infinity(), 2e10f, -50.25f, 131072.5f };
-    std::mt19937 rng(20250301);
-    const auto pick = [&](std::size_t n) { return static_cast<std::size_t>(rng() % n); };
+    const ReferenceSeconds first = local(2025, 1, 1, 0, 0, 0), april = local(2025, 4, 1, 0, 0, 0),
+                           july = local(2025, 7, 1, 0, 0, 0);
     for (int round = 0; round < 40; ++round) {
-        EinnahmeList entries;
+        const EinnahmeList entries = testing::RandomLedger(round).make(150, first, local(2026, 1, 1, 0, 0, 0) - first);
         std::size_t items = 0;
-        for (int i = 0; i < 150; ++i) {
-            auto e = item("e", categories[pick(std::size(categories))], pick(2) == 0,
-                pick(20) == 0 ? odd[pick(std::size(odd))] : static_cast<float>(pick(200000)) / 100.0f,
-                rates[pick(std::size(rates))],
-                local(2025, 1 + static_cast<int>(pick(12)), 1 + static_cast<int>(pick(28))));
-            e->setInnergemeinschaftlicherErwerb(pick(4) == 0);
-            if (pick(4) == 0)
-                e->setIsNonEU(true);
-            if (pick(10) == 0)
-                e->setChildTransactions({ item("a", "8400 Erlöse", true, 11.9f, 19.0f),
-                    item("b", categories[pick(std::size(categories))], false, 3.0f, 7.0f) });
-            if (e->datum() >= local(2025, 4, 1, 0, 0, 0) && e->datum() < local(2025, 7, 1, 0, 0, 0))
-                items += e->childTransactions().empty() ? 1 : 2;
-            entries.push_back(e);
-        }
+        forEachItem(entries, [&](const Einnahme&, const Einnahme& top, ItemRow) {
+            items += std::isnan(top.datum()) || (top.datum() >= april && top.datum() < july);
+        });
         const UstvaResult result = calculate(entries, "2025-Q2");
         EXPECT_EQ(result.placed + result.nichtZugeordnet.size() + result.nichtTeil.size(), items);
 
