@@ -53,7 +53,7 @@ protected:
     EinnahmeList entries;
 };
 
-TEST_F(SerialTransactionCreationViewControllerTest, NothingIsChosenAndOkIsOffUntilTheUserChoosesBoth)
+TEST_F(SerialTransactionCreationViewControllerTest, OkIsOffUntilTheUserChoosesBothAndAbbrechenDropsTheSeries)
 {
     // Ctrl+Shift+S is "Save As" on the desktop.
     EXPECT_FALSE(document.windowController()->actions()->serialTransactionAction()->shortcuts().contains(
@@ -70,6 +70,8 @@ TEST_F(SerialTransactionCreationViewControllerTest, NothingIsChosenAndOkIsOffUnt
     EXPECT_FALSE(sheet->okButton()->isEnabled());
     choose(sheet->whenInMonthSelection(), 0);
     EXPECT_TRUE(sheet->okButton()->isEnabled());
+    // Abbrechen drops the series computed by now.
+    ASSERT_FALSE(sheet->newlyCreatedTransactions().empty());
     sheet->cancelButton()->click();
     EXPECT_FALSE(sheet->isVisible());
     EXPECT_EQ(document.einnahmen(), entries);
@@ -90,19 +92,8 @@ TEST_F(SerialTransactionCreationViewControllerTest, OkReplacesTheTemplateByTheSe
     expected.insert(expected.end(), series.begin(), series.end());
     EXPECT_EQ(document.backupEinnahmen(), expected);
     EXPECT_EQ(list()->selectedRows(), (std::vector<std::size_t> { 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13 }));
-    // Its undo and redo are the document's (DocumentVerbsTest).
+    // Its undo and redo are the document's (DocumentTest).
     EXPECT_EQ(document.undoManager()->undoText(), "Serienbuchung");
-}
-
-TEST_F(SerialTransactionCreationViewControllerTest, AbbrechenDropsAComputedSeries)
-{
-    SerialTransactionCreationViewController* sheet = openOn(0);
-    ASSERT_TRUE(sheet);
-    choose(sheet->intervallSelection(), 2);
-    EXPECT_EQ(sheet->newlyCreatedTransactions().size(), 4u);
-    sheet->cancelButton()->click();
-    EXPECT_EQ(document.backupEinnahmen(), entries);
-    EXPECT_EQ(document.undoManager()->undoText(), "Eintraege laden"); // the fixture's load, nothing after it
 }
 
 } // namespace
