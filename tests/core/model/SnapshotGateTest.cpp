@@ -1,7 +1,7 @@
 // Workers that read a snapshot of a list through its gate (the save's coder,
 // the summary's engine, the VAT return and the Anlage EÜR with the names and
-// amounts it copies out) see the entries exactly as they
-// were when the gate opened, whatever the main thread changes meanwhile.
+// amounts it copies out) see the entries exactly as they were when the gate
+// opened, whatever the main thread changes meanwhile.
 #include "evaluation/CalcEngine.h"
 #include "model/LedgerFile.h"
 #include "model/SnapshotGate.h"
@@ -81,7 +81,7 @@ std::string reportOf(const EinnahmeList& entries)
 
 // The VAT return and the Anlage EÜR of the year the ledger spans, with the
 // items behind the input tax's line as the EÜR window copies them out.
-std::string vatOf(const EinnahmeList& entries, const SnapshotGate* gate = nullptr)
+std::string taxFormsOf(const EinnahmeList& entries, const SnapshotGate* gate = nullptr)
 {
     using namespace tax;
     std::string text = UstvaText::tsv(
@@ -100,19 +100,19 @@ TEST(SnapshotGateTest, ReadersSeeTheEntriesAsTheyWereWhenTheGateOpened)
     const EinnahmeList snapshot = live;
     const std::string bytes = LedgerFile::encode(valuesOf(live));
     const std::string report = reportOf(valuesOf(live));
-    const std::string vat = vatOf(live);
+    const std::string taxForms = taxFormsOf(live);
 
     SnapshotGate gate;
     gate.open();
     changeSome(gate, live, 1);
     changeSome(gate, live, 2); // a second change keeps the values of the first
     ASSERT_FALSE(LedgerFile::encode(live) == bytes);
-    ASSERT_NE(vatOf(live), vat);
+    ASSERT_NE(taxFormsOf(live), taxForms);
     EXPECT_TRUE(LedgerFile::encode(snapshot, gate) == bytes); // not printed: megabytes
     CalcEngine engine;
     engine.calculateSnapshot(snapshot, gate, std::nullopt);
     EXPECT_EQ(engine.ergebnisString(), report);
-    EXPECT_EQ(vatOf(snapshot, &gate), vat);
+    EXPECT_EQ(taxFormsOf(snapshot, &gate), taxForms);
 
     // Closed, the gate forgets the old values: the next snapshot is the list as it is.
     gate.close();
@@ -131,11 +131,11 @@ TEST(SnapshotGateTest, ChangesRacingTheWorkersNeverReachTheirFileOrReport)
         const EinnahmeList values = valuesOf(live);
         const std::string bytes = LedgerFile::encode(values);
         const std::string report = reportOf(values);
-        const std::string vat = vatOf(values);
+        const std::string taxForms = taxFormsOf(values);
 
         saveGate.open();
         summaryGate.open();
-        std::string written, vatRead;
+        std::string written, taxRead;
         CalcEngine engine;
         std::atomic<int> running { 3 };
         std::thread coder([&, snapshot = live] {
@@ -146,8 +146,8 @@ TEST(SnapshotGateTest, ChangesRacingTheWorkersNeverReachTheirFileOrReport)
             engine.calculateSnapshot(snapshot, summaryGate, 1000.0f);
             --running;
         });
-        std::thread vatReader([&, snapshot = live] {
-            vatRead = vatOf(snapshot, &summaryGate);
+        std::thread taxReader([&, snapshot = live] {
+            taxRead = taxFormsOf(snapshot, &summaryGate);
             --running;
         });
         // The main thread changes entries through both gates as the document does.
@@ -158,13 +158,13 @@ TEST(SnapshotGateTest, ChangesRacingTheWorkersNeverReachTheirFileOrReport)
                 });
         coder.join();
         evaluator.join();
-        vatReader.join();
+        taxReader.join();
         saveGate.close();
         summaryGate.close();
 
         EXPECT_TRUE(written == bytes) << "round " << round;
         EXPECT_EQ(engine.ergebnisString(), report) << "round " << round;
-        EXPECT_EQ(vatRead, vat) << "round " << round;
+        EXPECT_EQ(taxRead, taxForms) << "round " << round;
         EXPECT_TRUE(engine.limitWarning().has_value());
     }
 }
