@@ -5,6 +5,7 @@
 #include "model/LedgerFile.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <map>
 #include <optional>
 #include <random>
@@ -78,11 +79,26 @@ inline EinnahmeList realisticLedger(std::size_t count, std::optional<int> year =
     return entries;
 }
 
+// With SALDO_BENCH_LEDGER=FILE, the entries of that file, read once, stand in
+// for the made ledger of every size (run one size with --benchmark_filter).
+inline const EinnahmeList* ledgerFromFile()
+{
+    static const std::optional<EinnahmeList> read = []() -> std::optional<EinnahmeList> {
+        const char* path = std::getenv("SALDO_BENCH_LEDGER");
+        if (!path || !*path)
+            return std::nullopt;
+        return LedgerFile::read(path);
+    }();
+    return read ? &*read : nullptr;
+}
+
 // The realistic ledger of that size, made once per process and then shared.
 // `readFromFile`: as a program has it after reading it from a file, its
 // entries lying together and each repeated text held once.
 inline const EinnahmeList& cachedRealisticLedger(std::size_t count, bool readFromFile = false)
 {
+    if (const EinnahmeList* file = ledgerFromFile())
+        return *file;
     static std::map<std::pair<std::size_t, bool>, EinnahmeList> ledgers;
     auto it = ledgers.find({ count, readFromFile });
     if (it == ledgers.end()) {

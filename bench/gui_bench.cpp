@@ -3,7 +3,8 @@
 // plus text view), the text view alone, scrolling the entry table, and a
 // change in the category preferences reaching an open window, and the main
 // thread's share of an evaluation of the Anlage EÜR's window. Runs
-// offscreen. Read medians with --benchmark_repetitions=5.
+// offscreen. Read medians with --benchmark_repetitions=5. SALDO_BENCH_LEDGER=FILE
+// measures that ledger instead of the made one.
 //   gui_bench [benchmark options]
 //   gui_bench --write-ledger COUNT FILE    writes a ledger of COUNT entries
 #include "app/BackgroundSave.h"

@@ -3,7 +3,8 @@
 // paint of the pane) in a text mode and in a number mode, and one header click
 // on an unsorted list (sort, layout change, paint) on a text, a number and a
 // date column. Every iteration ends with grab(), which paints the pane now.
-// Read medians with --benchmark_repetitions=5.
+// Read medians with --benchmark_repetitions=5. SALDO_BENCH_LEDGER=FILE measures
+// that ledger instead of the made one.
 #include "app/Document.h"
 #include "entrylist/EntryColumn.h"
 #include "entrylist/SearchFieldController.h"
@@ -21,6 +22,7 @@
 #include <benchmark/benchmark.h>
 
 #include "GuiBenchMain.h"
+#include "RealisticLedger.h"
 
 #include <map>
 #include <random>
@@ -52,6 +54,8 @@ EinnahmeList makeLedger(std::size_t count)
 
 const EinnahmeList& ledgerOf(std::size_t count)
 {
+    if (const EinnahmeList* file = bench::ledgerFromFile())
+        return *file;
     static std::map<std::size_t, EinnahmeList> ledgers;
     auto it = ledgers.find(count);
     if (it == ledgers.end())

@@ -73,7 +73,9 @@ int run(const std::vector<std::string>& args)
     if (args.size() != wanted)
         return usageError(command + (wanted == 3 ? " takes two files, IN and OUT" : " takes one FILE"));
 
-    EinnahmeList entries = saldo::LedgerFile::read(args[1]);
+    // The report reads only the kind and category of the texts: the others are checked, not kept.
+    EinnahmeList entries
+        = command == "report" ? saldo::LedgerFile::readForEvaluation(args[1]) : saldo::LedgerFile::read(args[1]);
     if (command == "dump") {
         if (!saldo::cli::EntryDump::write(entries, stdout))
             return finishOutput();

@@ -1,5 +1,6 @@
 #include "entrylist/SortOrdering.h"
 
+#include "entrylist/InHalves.h"
 #include "entrylist/NfcText.h"
 #include "model/HugePageMemory.h"
 #include "model/UnicodeText.h"
@@ -133,23 +134,6 @@ template <typename T> struct KeyAllocator : std::allocator<T> {
 };
 template <typename T> using KeyVector = std::vector<T, KeyAllocator<T>>;
 
-// Lists from this length on are sorted by two threads: the program's main
-// thread and one more (the machines it runs on have two cores or more).
-constexpr std::size_t kTwoThreadsFrom = 1u << 16;
-
-// Runs `work(first, last)` over [0, n): in two halves on two threads for a
-// long list, else at once. An exception of the second thread is rethrown here.
-template <typename Work> void inHalves(std::size_t n, Work work)
-{
-    if (n < kTwoThreadsFrom) {
-        work(std::size_t(0), n);
-        return;
-    }
-    auto second = std::async(std::launch::async, [&] { work(n / 2, n); });
-    work(std::size_t(0), n / 2);
-    second.get();
-}
-
 // A number key mapped to an unsigned integer whose order is the numbers'
 // order: negative numbers below positive ones, -0 beside 0, and every NaN
 // equal to every other and above every number.
@@ -263,55 +247,148 @@ bool wordsEqual(const TextItem& a, const TextItem& b)
     return a.head == b.head && a.next == b.next && a.rest == b.rest;
 }
 
-// Byte order of the NFC texts, sixteen bytes at a time: the items, whose words
-// at `depth` are loaded, are sorted by those words; the texts of a run of
-// equal words that go on beyond those sixteen bytes are then sorted by their
-// next sixteen. Every byte of a text is read a few times at most, in order,
-// instead of in every comparison. Runs of equal texts end in any order (by the
-// gross amount for the default ordering).
-template <typename Tie> void sortTexts(TextItem* first, TextItem* last, std::size_t depth, Tie tie)
+// The key digit `digit` of an item at its loaded words: the sixteen bytes in
+// order, then how many bytes are left (0 to 17), in the order wordsLess reads them.
+unsigned digitOf(const TextItem& item, unsigned digit)
 {
-    std::sort(first, last, [&](const TextItem& a, const TextItem& b) {
-        if (!wordsEqual(a, b))
-            return wordsLess(a, b);
-        return a.rest <= 16 && tie(a, b);
-    });
-    for (TextItem* run = first; run != last;) {
-        TextItem* end = run + 1;
-        while (end != last && wordsEqual(*run, *end))
-            ++end;
-        if (end - run > 1 && run->rest > 16) {
-            // The run's own words are not read again (the scan goes on at
-            // `end`), so its items take their next sixteen bytes for good.
-            for (TextItem* item = run; item != end; ++item) {
-                if (end - item > 8)
-                    __builtin_prefetch(item[8].data + depth + 16);
-                loadWords(*item, depth + 16);
+    if (digit < 8)
+        return static_cast<unsigned>(item.head >> (56 - 8 * digit)) & 0xffu;
+    if (digit < 16)
+        return static_cast<unsigned>(item.next >> (56 - 8 * (digit - 8))) & 0xffu;
+    return item.rest;
+}
+
+// Below this many items a comparison sort is quicker than a radix pass.
+constexpr std::ptrdiff_t kRadixFrom = 256;
+
+// Byte order of the NFC texts, by a most-significant-digit radix sort over the
+// items' words (loaded at `depth`): the items of a range are distributed by one
+// key digit (through `scratch`, the same positions in a second array), and
+// each bucket goes on with the next digit; texts alike in all sixteen bytes
+// that go on beyond them load their next sixteen. Every byte of a text is read
+// a few times at most, in order, instead of in every comparison. Runs of equal
+// texts end in any order (by the gross amount for the default ordering).
+// A digit all items share costs one counting pass and no move. Every bucket
+// but the largest is sorted by a call of its own and the largest in this one,
+// so that no call goes deeper than the logarithm of the list's length.
+template <typename Tie>
+void radixTexts(TextItem* first, TextItem* last, TextItem* scratch, std::size_t depth, unsigned digit, Tie tie)
+{
+    while (last - first >= kRadixFrom) {
+        if (digit == 17) {
+            // The sixteen bytes and what is left are the same for all: equal
+            // texts, or texts that go on and are told apart further on.
+            if (first->rest <= 16) {
+                std::sort(first, last, tie);
+                return;
             }
-            sortTexts(run, end, depth + 16, tie);
+            depth += 16;
+            for (TextItem* item = first; item != last; ++item) {
+                if (last - item > 8)
+                    __builtin_prefetch(item[8].data + depth);
+                loadWords(*item, depth);
+            }
+            digit = 0;
+            continue;
         }
-        run = end;
+        std::array<std::uint32_t, 257> start {};
+        for (const TextItem* item = first; item != last; ++item)
+            ++start[digitOf(*item, digit) + 1];
+        if (std::find(start.begin(), start.end(), static_cast<std::uint32_t>(last - first)) != start.end()) {
+            ++digit;
+            continue;
+        }
+        for (std::size_t d = 1; d < start.size(); ++d)
+            start[d] += start[d - 1];
+        std::array<std::uint32_t, 256> next;
+        std::copy(start.begin(), start.end() - 1, next.begin());
+        for (const TextItem* item = first; item != last; ++item)
+            scratch[next[digitOf(*item, digit)]++] = *item;
+        std::copy(scratch, scratch + (last - first), first);
+        std::size_t largest = 0;
+        for (std::size_t d = 1; d < 256; ++d)
+            if (start[d + 1] - start[d] > start[largest + 1] - start[largest])
+                largest = d;
+        for (std::size_t d = 0; d < 256; ++d)
+            if (d != largest && start[d + 1] - start[d] > 1)
+                radixTexts(first + start[d], first + start[d + 1], scratch + start[d], depth, digit + 1, tie);
+        scratch += start[largest];
+        last = first + start[largest + 1];
+        first += start[largest];
+        ++digit;
+    }
+    if (last - first > 1) {
+        // Fewer items: sorted by their words from the start of the window
+        // (the digits before `digit` are the same for all of them).
+        std::sort(first, last, [&](const TextItem& a, const TextItem& b) {
+            if (!wordsEqual(a, b))
+                return wordsLess(a, b);
+            return a.rest <= 16 && tie(a, b);
+        });
+        for (TextItem* run = first; run != last;) {
+            TextItem* end = run + 1;
+            while (end != last && wordsEqual(*run, *end))
+                ++end;
+            if (end - run > 1 && run->rest > 16) {
+                for (TextItem* item = run; item != end; ++item)
+                    loadWords(*item, depth + 16);
+                radixTexts(run, end, scratch + (run - first), depth + 16, 0, tie);
+            }
+            run = end;
+        }
     }
 }
 
-// The same on two threads for a long list: the items are first split around
-// a sampled middle text (every item before it goes before every item after
-// it), then each side is sorted on its own thread.
+// A whole list: for a long one the first two digits are distributed at once
+// into 65,536 buckets (each half of the list counted and moved by a thread of
+// its own), then each thread sorts the buckets of its half of the items.
 template <typename Tie> void sortTexts(KeyVector<TextItem>& items, Tie tie)
 {
-    if (items.size() < kTwoThreadsFrom) {
-        sortTexts(items.data(), items.data() + items.size(), 0, tie);
+    const std::size_t n = items.size();
+    KeyVector<TextItem> scratch(n);
+    if (n < kTwoThreadsFrom) {
+        radixTexts(items.data(), items.data() + n, scratch.data(), 0, 0, tie);
         return;
     }
-    KeyVector<TextItem> sample;
-    for (std::size_t i = 0; i < items.size(); i += items.size() / 63)
-        sample.push_back(items[i]);
-    std::nth_element(sample.begin(), sample.begin() + sample.size() / 2, sample.end(), wordsLess);
-    const TextItem middle = sample[sample.size() / 2];
-    TextItem* split = std::partition(
-        items.data(), items.data() + items.size(), [&](const TextItem& item) { return wordsLess(item, middle); });
-    auto second = std::async(std::launch::async, [&] { sortTexts(split, items.data() + items.size(), 0, tie); });
-    sortTexts(items.data(), split, 0, tie);
+    constexpr std::size_t kBuckets = 1u << 16;
+    auto bucketOf = [](const TextItem& item) { return static_cast<std::size_t>(item.head >> 48); };
+    std::vector<std::uint32_t> counts[2] = { std::vector<std::uint32_t>(kBuckets), std::vector<std::uint32_t>(kBuckets) };
+    inHalves(n, [&](std::size_t first, std::size_t last) {
+        std::vector<std::uint32_t>& count = counts[first == 0 ? 0 : 1];
+        for (std::size_t i = first; i < last; ++i)
+            ++count[bucketOf(items[i])];
+    });
+    // Where each half's items of a bucket go: the first half's before the second's.
+    std::vector<std::uint32_t> starts(kBuckets + 1);
+    std::uint32_t offset = 0;
+    for (std::size_t b = 0; b < kBuckets; ++b) {
+        starts[b] = offset;
+        const std::uint32_t inFirst = counts[0][b];
+        counts[0][b] = offset;
+        offset += inFirst;
+        const std::uint32_t inSecond = counts[1][b];
+        counts[1][b] = offset;
+        offset += inSecond;
+    }
+    starts[kBuckets] = offset;
+    inHalves(n, [&](std::size_t first, std::size_t last) {
+        std::vector<std::uint32_t>& next = counts[first == 0 ? 0 : 1];
+        for (std::size_t i = first; i < last; ++i)
+            scratch[next[bucketOf(items[i])]++] = items[i];
+    });
+    items.swap(scratch);
+    // The bucket at which the second thread's share begins: the first whose
+    // items start at or after the middle of the list.
+    const auto middle = std::min<std::size_t>(kBuckets,
+        static_cast<std::size_t>(
+            std::lower_bound(starts.begin(), starts.end(), static_cast<std::uint32_t>(n / 2)) - starts.begin()));
+    auto sortBuckets = [&](std::size_t from, std::size_t to) {
+        for (std::size_t b = from; b < to; ++b)
+            if (starts[b + 1] - starts[b] > 1)
+                radixTexts(items.data() + starts[b], items.data() + starts[b + 1], scratch.data() + starts[b], 0, 2, tie);
+    };
+    auto second = std::async(std::launch::async, [&] { sortBuckets(middle, kBuckets); });
+    sortBuckets(0, middle);
     second.get();
 }
 

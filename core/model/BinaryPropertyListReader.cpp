@@ -84,9 +84,10 @@ std::string hexByte(std::uint8_t b)
 
 } // namespace
 
-BinaryPropertyListReader::BinaryPropertyListReader(std::string_view bytes)
+BinaryPropertyListReader::BinaryPropertyListReader(std::string_view bytes, Texts texts)
     : data_(reinterpret_cast<const std::uint8_t*>(bytes.data()))
     , size_(bytes.size())
+    , keptTexts_(texts)
 {
 }
 
@@ -153,7 +154,7 @@ bool BinaryPropertyListReader::readInTwo(const Head& root, std::uint64_t budget,
             return false;
         }
     };
-    BinaryPropertyListReader second(std::string_view(reinterpret_cast<const char*>(data_), size_));
+    BinaryPropertyListReader second(std::string_view(reinterpret_cast<const char*>(data_), size_), keptTexts_);
     second.readTrailer();
     bool secondDone = false;
     std::thread worker;
@@ -412,7 +413,8 @@ void BinaryPropertyListReader::prefetchEntry(const Head& array, std::uint64_t in
             continue;
         }
         if (known != 0) {
-            __builtin_prefetch(&texts_->at(known - 1));
+            if (known != kCheckedOnly)
+                __builtin_prefetch(&texts_->at(known - 1));
             continue;
         }
         const std::uint64_t at = bigEndianInData(slot, offsetSize_);
@@ -547,35 +549,52 @@ std::size_t firstNonAscii(const std::uint8_t* p, std::size_t length)
 void BinaryPropertyListReader::readText(int key, std::uint64_t object, EntryText& out)
 {
     std::uint32_t& known = textOf_[object];
-    if (known != 0) {
+    const bool keep = keptTexts_ == Texts::All || key == 1 || key == 2;
+    if (known != 0 && known != kCheckedOnly) {
         // Decoded before: shared, nothing new is built.
         out = EntryText::borrowed(texts_->at(known - 1));
         return;
     }
+    if (known == kCheckedOnly && !keep)
+        return;
+    // A text checked before for a text not kept is charged already.
+    const bool charged = known == kCheckedOnly;
     const Head h = head(object);
     const std::uint8_t* p = data_ + h.payload;
     const auto length = static_cast<std::size_t>(h.count);
-    std::string* text;
+    std::string* text = nullptr;
     if ((h.marker >> 4) == 0x5) {
-        charge(kTextCost + length);
+        if (!charged)
+            charge(kTextCost + length);
         const std::size_t bad = firstNonAscii(p, length);
         if (bad < length)
             failAtKey(key, "ASCII string holds the byte " + hexByte(p[bad]));
-        text = &texts_->add();
-        text->assign(reinterpret_cast<const char*>(p), length);
+        if (keep) {
+            text = &texts_->add();
+            text->assign(reinterpret_cast<const char*>(p), length);
+        }
     } else if ((h.marker >> 4) == 0x6) {
-        charge(kTextCost + 3 * std::uint64_t(length));
-        text = &texts_->add();
-        if (!Utf16::appendUtf8FromBigEndian(p, length, *text))
+        if (!charged)
+            charge(kTextCost + 3 * std::uint64_t(length));
+        if (keep) {
+            text = &texts_->add();
+            if (!Utf16::appendUtf8FromBigEndian(p, length, *text))
+                failAtKey(key, "string holds an unpaired UTF-16 surrogate");
+        } else if (!Utf16::isWellFormedBigEndian(p, length)) {
             failAtKey(key, "string holds an unpaired UTF-16 surrogate");
+        }
     } else {
         failWrongType(key, h, "a string");
+    }
+    if (!text) {
+        known = kCheckedOnly;
+        return;
     }
     out = EntryText::borrowed(*text);
     // Each text is charged kTextCost bytes at least, so only a file of many
     // gigabytes could hold more texts than 32 bits number; past that, a text
     // is decoded (and charged) again at each reference.
-    if (texts_->size() <= UINT32_MAX)
+    if (texts_->size() < kCheckedOnly)
         known = static_cast<std::uint32_t>(texts_->size());
 }
 

@@ -44,7 +44,15 @@ namespace saldo {
 // whether there is one) is exactly the one a single pass reports.
 class BinaryPropertyListReader {
 public:
-    explicit BinaryPropertyListReader(std::string_view bytes);
+    // Which texts are kept. `Evaluated`: only the kind (`art`) and the
+    // category, the texts an evaluation reads; the name, the invoice and tax
+    // numbers and the kind of service are checked and charged to the budget
+    // exactly as when they are kept (a file is refused for the same faults),
+    // but left empty. A million distinct names need not be built to add up
+    // the year.
+    enum class Texts { All, Evaluated };
+
+    explicit BinaryPropertyListReader(std::string_view bytes, Texts texts = Texts::All);
 
     EinnahmeList readEntries();
 
@@ -128,6 +136,7 @@ private:
     static constexpr std::uint64_t kFetchOffsetsAhead = 12;
     static constexpr std::uint64_t kFetchValuesAhead = 6;
 
+    static constexpr std::uint32_t kCheckedOnly = UINT32_MAX; // in textOf_: checked and charged, not kept
     static constexpr std::uint8_t kActive = 0x80; // a container on the current path
     static constexpr std::uint8_t kKeyKnown = 0x40; // low bits hold the key index + 1 (0: other key)
 
@@ -148,6 +157,7 @@ private:
     std::uint64_t budget_ = 0;
     LedgerEntryPath path_;
     EntryArena arena_;
+    Texts keptTexts_ = Texts::All;
     const std::atomic<bool>* abandoned_ = nullptr; // set when the other half has failed
 };
 

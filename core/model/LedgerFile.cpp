@@ -105,11 +105,20 @@ LedgerFileError LedgerFileError::inFile(const std::string& path) const
     return named;
 }
 
-EinnahmeList LedgerFile::decode(std::string_view bytes)
+namespace {
+
+EinnahmeList decodeKeeping(std::string_view bytes, BinaryPropertyListReader::Texts texts)
 {
     if (startsBinaryPropertyList(bytes, true))
-        return BinaryPropertyListReader(bytes).readEntries();
+        return BinaryPropertyListReader(bytes, texts).readEntries();
     return XmlPropertyListReader::readEntries(bytes);
+}
+
+} // namespace
+
+EinnahmeList LedgerFile::decode(std::string_view bytes)
+{
+    return decodeKeeping(bytes, BinaryPropertyListReader::Texts::All);
 }
 
 std::string LedgerFile::encode(const EinnahmeList& snapshot, const SnapshotGate& gate)
@@ -274,6 +283,17 @@ EinnahmeList LedgerFile::read(const std::string& path, const ReadLimits& limits,
         if (bytesRead)
             bytesRead(bytes.view());
         return decode(bytes.view());
+    } catch (const LedgerFileError& e) {
+        throw e.inFile(path);
+    }
+}
+
+EinnahmeList LedgerFile::readForEvaluation(const std::string& path)
+{
+    try {
+        FileBuffer bytes;
+        readFile(path, {}, bytes);
+        return decodeKeeping(bytes.view(), BinaryPropertyListReader::Texts::Evaluated);
     } catch (const LedgerFileError& e) {
         throw e.inFile(path);
     }

@@ -82,6 +82,10 @@ public:
     // touched) and then replaces the file through AtomicFileWriter
     // (FileWriteError when it cannot be written).
     static EinnahmeList read(const std::string& path, const ReadLimits& limits = {}, const BytesRead& bytesRead = {});
+    // The same, but of the texts only those an evaluation reads are kept (the
+    // kind and the category; see BinaryPropertyListReader::Texts): for a
+    // report of a large ledger. A file is refused exactly when read() refuses it.
+    static EinnahmeList readForEvaluation(const std::string& path);
     static void write(const std::string& path, const EinnahmeList& entries);
 
     // True when `path` is a regular file that reads as a ledger.

@@ -51,6 +51,22 @@ bool Utf16::appendUtf8FromBigEndian(const std::uint8_t* data, std::size_t units,
     return true;
 }
 
+bool Utf16::isWellFormedBigEndian(const std::uint8_t* data, std::size_t units)
+{
+    for (std::size_t i = 0; i < units; ++i) {
+        const std::uint32_t unit = (std::uint32_t(data[2 * i]) << 8) | data[2 * i + 1];
+        if (unit < 0xD800 || unit > 0xDFFF)
+            continue;
+        if (unit >= 0xDC00 || i + 1 == units)
+            return false;
+        const std::uint32_t low = (std::uint32_t(data[2 * i + 2]) << 8) | data[2 * i + 3];
+        if (low < 0xDC00 || low > 0xDFFF)
+            return false;
+        ++i;
+    }
+    return true;
+}
+
 bool Utf16::appendBigEndianFromUtf8(std::string_view text, std::string& out, std::size_t& units)
 {
     const auto* p = reinterpret_cast<const std::uint8_t*>(text.data());

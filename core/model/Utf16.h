@@ -16,6 +16,8 @@ public:
     // Appends the UTF-8 form of `units` big-endian UTF-16 code units at `data`.
     // Returns false, leaving `out` in an unspecified state, on an unpaired surrogate.
     static bool appendUtf8FromBigEndian(const std::uint8_t* data, std::size_t units, std::string& out);
+    // True when appendUtf8FromBigEndian would take the same units: no unpaired surrogate.
+    static bool isWellFormedBigEndian(const std::uint8_t* data, std::size_t units);
 
     // Appends the big-endian UTF-16 form of `text` to `out`, two bytes per code
     // unit, and adds the number of code units to `units`. Returns false when
