@@ -10,10 +10,11 @@
 #include "bank/StatementReader.h"
 #include "exchange/CsvExport.h"
 #include "model/LedgerFile.h"
+#include "platform/PathText.h"
+#include "platform/SmallFile.h"
 
 #include <cstdio>
-#include <fstream>
-#include <iterator>
+#include <cstring>
 #include <optional>
 
 namespace saldo::cli {
@@ -57,13 +58,19 @@ std::optional<std::string> parse(const std::vector<std::string>& args, Options& 
     return std::nullopt;
 }
 
+// A rules file is a few kilobytes; this is far more than any holds.
+constexpr std::uint64_t kMaxRulesFile = 16u << 20;
+
 std::vector<BankRule> readRules(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        throw BankRuleError("cannot open the rules file " + path);
-    const std::string text { std::istreambuf_iterator<char>(in), {} };
-    return BankRuleCodec::fromIni(text);
+    const SmallFile::Outcome file = SmallFile::read(path, kMaxRulesFile);
+    if (file.fault == SmallFile::Fault::NotRegular)
+        throw BankRuleError("not a regular file");
+    if (file.fault == SmallFile::Fault::TooLarge)
+        throw BankRuleError("a rules file of more than 16 MiB");
+    if (file.fault)
+        throw BankRuleError(std::strerror(file.error));
+    return BankRuleCodec::fromIni(file.bytes);
 }
 
 int run(const std::vector<std::string>& args)
@@ -104,12 +111,12 @@ int run(const std::vector<std::string>& args)
         if (options.rules)
             rules = BankRules(readRules(*options.rules));
     } catch (const StatementError& e) {
-        return fileError(options.statement + ": " + e.what());
+        return fileError(PathText::oneLine(options.statement) + ": " + e.what());
     } catch (const BankRuleError& e) {
-        return fileError(*options.rules + ": " + e.what());
+        return fileError(PathText::oneLine(*options.rules) + ": " + e.what());
     }
     if (!statement)
-        return fileError(options.statement + ": " + ambiguous);
+        return fileError(PathText::oneLine(options.statement) + ": " + ambiguous);
     if (ledgerPath)
         ledger = LedgerFile::read(*ledgerPath);
 

@@ -1,14 +1,13 @@
 #include "bank/CsvProfiles.h"
 
 #include "bank/StatementError.h"
+#include "platform/SmallFile.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 #ifndef SALDO_INSTALLED_DATA_DIR
@@ -71,20 +70,17 @@ void CsvProfiles::loadFolder(const std::string& folder)
     // In name order, so that the list reads the same on every machine.
     std::sort(files.begin(), files.end());
     for (const fs::path& file : files) {
-        if (fs::file_size(file, error) > kMaxProfileSize || error) {
+        const SmallFile::Outcome read = SmallFile::read(file.string(), kMaxProfileSize);
+        if (read.fault == SmallFile::Fault::NotRegular || read.fault == SmallFile::Fault::TooLarge) {
             problems_.push_back("Bankprofil " + file.string() + ": die Datei ist zu gross oder nicht lesbar.");
             continue;
         }
-        std::ifstream in(file, std::ios::binary);
-        std::string text;
-        if (in)
-            text.assign(std::istreambuf_iterator<char>(in), {});
-        if (!in.good() && !in.eof()) {
+        if (read.fault) {
             problems_.push_back("Bankprofil " + file.string() + ": die Datei kann nicht gelesen werden.");
             continue;
         }
         try {
-            add(CsvProfile::parse(text, file.string()));
+            add(CsvProfile::parse(read.bytes, file.string()));
         } catch (const StatementError& e) {
             problems_.push_back(e.what());
         }

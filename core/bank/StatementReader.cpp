@@ -4,11 +4,11 @@
 #include "bank/CsvStatementReader.h"
 #include "bank/StatementError.h"
 #include "bank/ZipArchive.h"
+#include "platform/SmallFile.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 
 namespace saldo {
@@ -141,19 +141,22 @@ std::optional<Statement> StatementReader::read(
 std::optional<Statement> StatementReader::readFile(
     const std::string& path, const CsvProfiles& profiles, const ProfileChoice& choose)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        throw StatementError("Die Datei kann nicht geoeffnet werden (" + std::string(std::strerror(errno)) + ").");
-    in.seekg(0, std::ios::end);
-    const std::streamoff size = in.tellg();
-    if (size < 0 || static_cast<std::uint64_t>(size) > kMaxFileSize)
-        throw StatementError("Die Datei ist groesser als " + std::to_string(kMaxFileSize >> 20)
-            + " MiB; so grosse Kontoauszuege liest Saldo nicht.");
-    in.seekg(0);
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    if (!in.read(bytes.data(), size))
-        throw StatementError("Die Datei kann nicht gelesen werden.");
-    return read(bytes, profiles, choose);
+    SmallFile::Outcome file = SmallFile::read(path, kMaxFileSize);
+    if (file.fault) {
+        switch (*file.fault) {
+        case SmallFile::Fault::CannotOpen:
+            throw StatementError("Die Datei kann nicht geoeffnet werden (" + std::string(std::strerror(file.error)) + ").");
+        case SmallFile::Fault::NotRegular:
+            throw StatementError("Das ist keine gewoehnliche Datei (ein Ordner, eine Pipe oder ein Geraet); "
+                                 "Kontoauszuege liest Saldo nur aus Dateien.");
+        case SmallFile::Fault::TooLarge:
+            throw StatementError("Die Datei ist groesser als " + std::to_string(kMaxFileSize >> 20)
+                + " MiB; so grosse Kontoauszuege liest Saldo nicht.");
+        case SmallFile::Fault::CannotRead:
+            throw StatementError("Die Datei kann nicht gelesen werden (" + std::string(std::strerror(file.error)) + ").");
+        }
+    }
+    return read(file.bytes, profiles, choose);
 }
 
 } // namespace saldo
