@@ -274,50 +274,58 @@ constexpr std::ptrdiff_t kRadixFrom = 256;
 template <typename Tie>
 void radixTexts(TextItem* first, TextItem* last, TextItem* scratch, std::size_t depth, unsigned digit, Tie tie)
 {
-    while (last - first >= kRadixFrom) {
-        if (digit == 17) {
-            // The sixteen bytes and what is left are the same for all: equal
-            // texts, or texts that go on and are told apart further on.
-            if (first->rest <= 16) {
-                std::sort(first, last, tie);
-                return;
+    for (;;) {
+        // Texts alike far beyond sixteen bytes (a long shared beginning) skip
+        // a window the items share at once, without a pass per digit.
+        if (digit == 0 && last - first > 1 && first->rest > 16
+            && std::all_of(first + 1, last, [&](const TextItem& item) { return wordsEqual(item, *first); }))
+            digit = 17;
+        if (last - first >= kRadixFrom) {
+            if (digit == 17) {
+                // The sixteen bytes and what is left are the same for all: equal
+                // texts, or texts that go on and are told apart further on.
+                if (first->rest <= 16) {
+                    std::sort(first, last, tie);
+                    return;
+                }
+                depth += 16;
+                for (TextItem* item = first; item != last; ++item) {
+                    if (last - item > 8)
+                        __builtin_prefetch(item[8].data + depth);
+                    loadWords(*item, depth);
+                }
+                digit = 0;
+                continue;
             }
-            depth += 16;
-            for (TextItem* item = first; item != last; ++item) {
-                if (last - item > 8)
-                    __builtin_prefetch(item[8].data + depth);
-                loadWords(*item, depth);
+            std::array<std::uint32_t, 257> start {};
+            for (const TextItem* item = first; item != last; ++item)
+                ++start[digitOf(*item, digit) + 1];
+            if (std::find(start.begin(), start.end(), static_cast<std::uint32_t>(last - first)) != start.end()) {
+                ++digit;
+                continue;
             }
-            digit = 0;
-            continue;
-        }
-        std::array<std::uint32_t, 257> start {};
-        for (const TextItem* item = first; item != last; ++item)
-            ++start[digitOf(*item, digit) + 1];
-        if (std::find(start.begin(), start.end(), static_cast<std::uint32_t>(last - first)) != start.end()) {
+            for (std::size_t d = 1; d < start.size(); ++d)
+                start[d] += start[d - 1];
+            std::array<std::uint32_t, 256> next;
+            std::copy(start.begin(), start.end() - 1, next.begin());
+            for (const TextItem* item = first; item != last; ++item)
+                scratch[next[digitOf(*item, digit)]++] = *item;
+            std::copy(scratch, scratch + (last - first), first);
+            std::size_t largest = 0;
+            for (std::size_t d = 1; d < 256; ++d)
+                if (start[d + 1] - start[d] > start[largest + 1] - start[largest])
+                    largest = d;
+            for (std::size_t d = 0; d < 256; ++d)
+                if (d != largest && start[d + 1] - start[d] > 1)
+                    radixTexts(first + start[d], first + start[d + 1], scratch + start[d], depth, digit + 1, tie);
+            scratch += start[largest];
+            last = first + start[largest + 1];
+            first += start[largest];
             ++digit;
             continue;
         }
-        for (std::size_t d = 1; d < start.size(); ++d)
-            start[d] += start[d - 1];
-        std::array<std::uint32_t, 256> next;
-        std::copy(start.begin(), start.end() - 1, next.begin());
-        for (const TextItem* item = first; item != last; ++item)
-            scratch[next[digitOf(*item, digit)]++] = *item;
-        std::copy(scratch, scratch + (last - first), first);
-        std::size_t largest = 0;
-        for (std::size_t d = 1; d < 256; ++d)
-            if (start[d + 1] - start[d] > start[largest + 1] - start[largest])
-                largest = d;
-        for (std::size_t d = 0; d < 256; ++d)
-            if (d != largest && start[d + 1] - start[d] > 1)
-                radixTexts(first + start[d], first + start[d + 1], scratch + start[d], depth, digit + 1, tie);
-        scratch += start[largest];
-        last = first + start[largest + 1];
-        first += start[largest];
-        ++digit;
-    }
-    if (last - first > 1) {
+        if (last - first <= 1)
+            return;
         // Fewer items: sorted by their words from the start of the window
         // (the digits before `digit` are the same for all of them).
         std::sort(first, last, [&](const TextItem& a, const TextItem& b) {
@@ -325,6 +333,11 @@ void radixTexts(TextItem* first, TextItem* last, TextItem* scratch, std::size_t 
                 return wordsLess(a, b);
             return a.rest <= 16 && tie(a, b);
         });
+        // Runs of texts that go on alike are told apart by their next sixteen
+        // bytes: a run that is the whole range here, in this call (so that a
+        // long shared beginning costs no depth of calls), any other by a call
+        // of its own.
+        TextItem* whole = nullptr;
         for (TextItem* run = first; run != last;) {
             TextItem* end = run + 1;
             while (end != last && wordsEqual(*run, *end))
@@ -332,10 +345,17 @@ void radixTexts(TextItem* first, TextItem* last, TextItem* scratch, std::size_t 
             if (end - run > 1 && run->rest > 16) {
                 for (TextItem* item = run; item != end; ++item)
                     loadWords(*item, depth + 16);
-                radixTexts(run, end, scratch + (run - first), depth + 16, 0, tie);
+                if (run == first && end == last)
+                    whole = run;
+                else
+                    radixTexts(run, end, scratch + (run - first), depth + 16, 0, tie);
             }
             run = end;
         }
+        if (!whole)
+            return;
+        depth += 16;
+        digit = 0;
     }
 }
 

@@ -131,6 +131,23 @@ TEST(SortOrderingTest, SortedListsAgreeWithThePairwiseOrderingOnRandomData)
     }
 }
 
+// Texts with a shared beginning of a mebibyte were told apart sixteen bytes
+// per call, one call deeper each time: a deep enough beginning ran out of stack.
+TEST(SortOrderingTest, TextsWithALongSharedBeginningSortWithoutACallPerSixteenBytes)
+{
+    const std::string beginning(1 << 20, 'a');
+    for (int count : { 3, 300 }) {
+        EinnahmeList list;
+        Names expected;
+        for (int i = count; i-- > 0;) {
+            const std::string name = beginning + std::to_string(1000 + i);
+            list.push_back(Einnahme::make(name, "", 1.0f, 19.0f));
+            expected.insert(expected.begin(), name);
+        }
+        EXPECT_EQ(sorted(list, "name", true), expected) << count;
+    }
+}
+
 TEST(SortOrderingTest, SortingUnderAFilterLeavesTheCompleteListInItsOrder)
 {
     EinnahmeList entries;
