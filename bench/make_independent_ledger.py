@@ -7,9 +7,9 @@ values), and texts as a real business has them, mostly distinct: names of
 counterparts and what was bought or sold, invoice numbers in several house
 styles, tax numbers of the lengths and forms the German states and the EU
 use, some kinds of service, umlauts in about a third of the names, and split
-bookings on one entry in twenty. The same count and seed give the same file.
+bookings on one entry in twenty. The same count and variant number give the same file.
 
-    bench/make_independent_ledger.py COUNT FILE [--seed N]
+    bench/make_independent_ledger.py COUNT FILE [--variant N]
 """
 import argparse
 import datetime
@@ -149,9 +149,9 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("count", type=int)
     parser.add_argument("file")
-    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--variant", type=int, default=1)
     args = parser.parse_args()
-    rng = random.Random(args.seed)
+    rng = random.Random(args.variant)
     start = datetime.datetime(2023, 1, 1)
     span = 3 * 365 * 86400
     # The business's counterparts, each with its tax number (if known).

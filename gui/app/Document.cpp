@@ -177,7 +177,7 @@ bool Document::reloadFromFile()
         declinedStamp_ = FileStamp::of(filePath_);
         Dialogs::instance().showError(window_.get(),
             QStringLiteral("Das Dokument „%1“ konnte nicht neu geladen werden.").arg(displayName()),
-            unreadableFileText() + QStringLiteral(" Die Einträge im Fenster bleiben erhalten."));
+            unreadableFileText() + QStringLiteral(" Die Eintraege im Fenster bleiben erhalten."));
         return false;
     }
     noteFileContents(hash);
