@@ -102,10 +102,8 @@ TEST(EntryListsTest, EntriesTakenOutOrReplacedGoBackToTheirPlaces)
     lists.removeEntries({ edited, copy });
     EXPECT_TRUE(lists.einnahmen().empty());
     EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "c" }));
-}
 
-TEST(EntryListsTest, TheDeleteQuestionCountsItsEntries)
-{
+    // The question before a deletion counts its entries.
     EXPECT_EQ(EntryLists::deleteConfirmationText(1), "Moechten Sie 1 Eintrag loeschen?");
     EXPECT_EQ(EntryLists::deleteConfirmationText(0), "Moechten Sie 0 Eintraege loeschen?");
 }
