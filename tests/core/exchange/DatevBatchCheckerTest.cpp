@@ -13,8 +13,7 @@
 namespace saldo {
 namespace {
 
-using testing::checkDatevBatch;
-using testing::DatevBatchCheck;
+using namespace testing;
 
 DatevExportRequest requestFor(LocalDay from, LocalDay to, int fiscalMonth = 1)
 {

@@ -26,8 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Kind = FileWriteError::Kind;
-using testing::namesIn;
-using testing::readFile;
+using namespace testing;
 
 // The kind a write fails with, or nothing when it succeeds.
 std::optional<Kind> failureOf(const fs::path& path, std::string_view bytes, std::string* message = nullptr)

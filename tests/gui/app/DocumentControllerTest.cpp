@@ -23,11 +23,7 @@
 namespace saldo::gui {
 namespace {
 
-using testing::decodeFile;
-using testing::encoded;
-using testing::sampleEntries;
-using testing::ScriptedDialogs;
-using testing::writeBytes;
+using namespace testing;
 
 class DocumentControllerTest : public ::testing::Test {
 protected:

@@ -40,10 +40,7 @@
 namespace saldo::gui {
 namespace {
 
-using testing::encoded;
-using testing::sampleEntries;
-using testing::shownDocument;
-using testing::writeBytes;
+using namespace testing;
 
 class WindowActionsTest : public ::testing::Test {
 protected:
