@@ -185,14 +185,14 @@ TEST_F(ModalDetailViewControllerTest, SplitBookingsAreAddedRemovedARefusedGrossS
     EXPECT_EQ(steps(), 0);
 }
 
+// 24.11.2026 17:45:30 local time, the date every field shows before typing.
+const Calendar::Fields kBefore { 2026, 11, 24, 17, 45, 30 };
+
 // What a German user types into every date field of the program: the detail
 // form, the entry table's date cell, and in the split-booking editor its form
 // and its table's date cell. Before these fields, "15.03.2026" typed with the
 // cursor in the month stored 15.01.2026, because the typed points skipped
 // sections, and Tab needed one press per section.
-// 24.11.2026 17:45:30 local time, the date every field shows before typing.
-const Calendar::Fields kBefore { 2026, 11, 24, 17, 45, 30 };
-
 class DateFieldTest : public ::testing::Test {
 protected:
     DateFieldTest()
