@@ -43,7 +43,7 @@ TEST(EntryListsTest, StartingEntryAndAddingPlaceNewEntriesInBothLists)
     EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "Miete", "Strom", "Miete Garage", "Neu" }));
 }
 
-TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteList)
+TEST(EntryListsTest, DuplicatingAndReplacingKeepTheShownRowAndTheSourcesPlaceInTheCompleteList)
 {
     EntryLists lists;
     lists.setEntries(makeEntries({ "A", "B", "C" }));
@@ -59,19 +59,14 @@ TEST(EntryListsTest, DuplicateGoesAfterItsSourceWhenShownAndLastInTheCompleteLis
     EXPECT_EQ(EntryLists::duplicateSourceRow(std::nullopt, 3), 2u);
     EXPECT_EQ(EntryLists::duplicateSourceRow(1u, 3), 1u);
     EXPECT_FALSE(EntryLists::duplicateSourceRow(std::nullopt, 0));
-}
 
-TEST(EntryListsTest, ReplacingTakesTheShownRowAndTheSourcesPlaceInTheCompleteList)
-{
-    EntryLists lists;
-    lists.setEntries(makeEntries({ "c", "a", "b" }));
-    lists.sortEinnahmen("name", true);
-    ASSERT_EQ(namesOf(lists.einnahmen()), (Names { "a", "b", "c" }));
-    auto working = Einnahme::make("a edited", "", 1.0f, 7.0f);
-    EXPECT_TRUE(lists.replaceEntry(0, working));
-    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "a edited", "b", "c" }));
-    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "c", "a edited", "b" }));
-    EXPECT_FALSE(lists.replaceEntry(3, Einnahme::make("x", "", 1.0f, 7.0f)));
+    // A replacement takes the shown row and the source's place in the complete list.
+    lists.sortEinnahmen("name", false);
+    ASSERT_EQ(namesOf(lists.einnahmen()), (Names { "C", "B Kopie", "B", "A" }));
+    EXPECT_TRUE(lists.replaceEntry(2, Einnahme::make("B edited", "", 1.0f, 7.0f)));
+    EXPECT_EQ(namesOf(lists.einnahmen()), (Names { "C", "B Kopie", "B edited", "A" }));
+    EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "A", "B edited", "C", "B Kopie" }));
+    EXPECT_FALSE(lists.replaceEntry(4, Einnahme::make("x", "", 1.0f, 7.0f)));
 }
 
 // What undo and redo of a duplicate, a write-back and a series rely on:
@@ -107,10 +102,8 @@ TEST(EntryListsTest, EntriesTakenOutOrReplacedGoBackToTheirPlaces)
     lists.removeEntries({ edited, copy });
     EXPECT_TRUE(lists.einnahmen().empty());
     EXPECT_EQ(namesOf(lists.backupEinnahmen()), (Names { "a", "c" }));
-}
 
-TEST(EntryListsTest, TheDeleteQuestionCountsItsEntries)
-{
+    // The question before a deletion counts its entries.
     EXPECT_EQ(EntryLists::deleteConfirmationText(1), "Moechten Sie 1 Eintrag loeschen?");
     EXPECT_EQ(EntryLists::deleteConfirmationText(0), "Moechten Sie 0 Eintraege loeschen?");
 }

@@ -16,9 +16,7 @@
 namespace saldo {
 namespace {
 
-using testing::readEntriesTsv;
-using testing::readFile;
-using testing::reportData;
+using namespace testing;
 
 std::vector<std::string> lines(const std::string& text)
 {

@@ -2,7 +2,6 @@
 #include "core/support/RandomLedger.h"
 
 #include "exchange/DatevExport.h"
-#include "model/LedgerFile.h"
 #include "platform/Calendar.h"
 #include "tax/TaxItems.h"
 
@@ -14,8 +13,7 @@
 namespace saldo {
 namespace {
 
-using testing::checkDatevBatch;
-using testing::DatevBatchCheck;
+using namespace testing;
 
 DatevExportRequest requestFor(LocalDay from, LocalDay to, int fiscalMonth = 1)
 {
@@ -74,20 +72,6 @@ TEST(DatevBatchChecker, RandomLedgersGiveBatchesWithoutFindings)
         EXPECT_GT(result.bookings, 0u) << draw;
         EXPECT_GT(result.replacedCharacters, 0u) << draw;
     }
-}
-
-TEST(DatevBatchChecker, TheExampleLedgerExportsWithoutFindings)
-{
-    const EinnahmeList ledger
-        = LedgerFile::read(std::string(SALDO_TEST_DATA_DIR) + "/../../examples/Musterfirma-2025.saldo");
-    const DatevExportResult result = DatevExport::run(ledger, requestFor({ 2025, 1, 1 }, { 2025, 12, 31 }));
-    ASSERT_EQ(result.files.size(), 1u);
-    const DatevBatchCheck check = checkDatevBatch(result.files[0].bytes);
-    EXPECT_EQ(allFindings(check), "");
-    std::size_t items = 0;
-    tax::forEachItem(ledger, [&](const Einnahme&, const Einnahme&, tax::ItemRow) { ++items; });
-    EXPECT_EQ(check.bookings.size() + result.skipped.size() + result.zeroItems, items);
-    EXPECT_GT(check.bookings.size(), 60u);
 }
 
 // The checker finds what the adviser's system would refuse.

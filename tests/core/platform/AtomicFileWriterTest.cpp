@@ -26,8 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Kind = FileWriteError::Kind;
-using testing::namesIn;
-using testing::readFile;
+using namespace testing;
 
 // The kind a write fails with, or nothing when it succeeds.
 std::optional<Kind> failureOf(const fs::path& path, std::string_view bytes, std::string* message = nullptr)
@@ -51,7 +50,7 @@ mode_t modeOf(const fs::path& path)
 
 using AtomicFileWriterTest = testing::TempDirTest;
 
-TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLinks)
+TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLinksButNoReadOnlyOne)
 {
     // A new file gets what the umask leaves of rw-rw-rw-.
     const fs::path file = dir / "Kasse.saldo";
@@ -87,6 +86,16 @@ TEST_F(AtomicFileWriterTest, ReplacesRegularFilesKeepingPermissionsOwnersAndLink
     // No temporary file is left anywhere.
     EXPECT_EQ(namesIn(dir), (std::vector<std::string> { "Ablage", "Kasse.saldo", "kette" }));
     EXPECT_EQ(namesIn(dir / "Ablage"), (std::vector<std::string> { "Neu.saldo", "offen", "relativ" }));
+
+    // Permissions that let nobody write: the superuser could, but is refused
+    // like everybody else. The name's control characters stay on one line.
+    const fs::path locked = dir / "Zeile\neins\tzwei";
+    std::ofstream(locked) << "alt";
+    fs::permissions(locked, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    std::string message;
+    EXPECT_EQ(failureOf(locked, "neu", &message), Kind::ReadOnly);
+    EXPECT_EQ(readFile(locked), "alt");
+    EXPECT_EQ(message, (dir / "Zeile\\neins\\tzwei").string() + ": the file is read-only: Permission denied");
 }
 
 // Targets that are not regular files. Device nodes are made in the test's own
@@ -200,19 +209,6 @@ TEST_F(AtomicFileWriterTest, FailuresSayTheirKindAndLeaveTheOldFileWholeAndNoTem
             return file;
         },
         [] { ::setrlimit(RLIMIT_FSIZE, &g_sizeLimit); });
-}
-
-TEST_F(AtomicFileWriterTest, AFileNobodyMayWriteIsRefusedEvenToTheSuperuserAndNamesStayOnOneLine)
-{
-    // Permissions that let nobody write: the superuser could, but is refused
-    // like everybody else.
-    const fs::path file = dir / "Zeile\neins\tzwei";
-    std::ofstream(file) << "alt";
-    fs::permissions(file, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    std::string message;
-    EXPECT_EQ(failureOf(file, "neu", &message), Kind::ReadOnly);
-    EXPECT_EQ(readFile(file), "alt");
-    EXPECT_EQ(message, (dir / "Zeile\\neins\\tzwei").string() + ": the file is read-only: Permission denied");
 }
 
 } // namespace

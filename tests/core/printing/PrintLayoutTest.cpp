@@ -2,9 +2,13 @@
 
 #include "evaluation/CalcEngine.h"
 #include "platform/Calendar.h"
+#include "printing/PrintColumns.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <utility>
 #include <vector>
 
 namespace saldo {
@@ -142,6 +146,17 @@ TEST(PrintLayout, ATextAcrossAPageEndIsListedOnBothPages)
     EXPECT_EQ(seen,
         (std::vector<std::string> { "0: ---> K49 of page 0 at 835.160000", "1: ---> K49 of page 0 at 835.160000",
             "1: e49 of page 1 at 845.160000" }));
+}
+
+TEST(PrintColumns, RatesInTheirShortestForm)
+{
+    const float inf = std::numeric_limits<float>::infinity();
+    const std::pair<float, const char*> rates[]
+        = { { 19.0f, "19.0" }, { 0.0f, "0.0" }, { -0.0f, "-0.0" }, { 7.5f, "7.5" }, { 0.1f, "0.1" },
+              { 0.0001f, "0.0001" }, { 16777215.0f, "16777215.0" }, { 16777216.0f, "1.6777216e+07" },
+              { 1e-5f, "1.0e-05" }, { std::nanf(""), "nan" }, { inf, "inf" }, { -inf, "-inf" } };
+    for (const auto& [value, text] : rates)
+        EXPECT_EQ(PrintColumns::rate(value), text);
 }
 
 } // namespace

@@ -23,11 +23,7 @@
 namespace saldo::gui {
 namespace {
 
-using testing::decodeFile;
-using testing::encoded;
-using testing::sampleEntries;
-using testing::ScriptedDialogs;
-using testing::writeBytes;
+using namespace testing;
 
 class DocumentControllerTest : public ::testing::Test {
 protected:
@@ -157,17 +153,21 @@ TEST_F(DocumentControllerTest, RecentFilesAreKeptNewestFirstAndApartFromTheCateg
 }
 
 // A ledger saved under a name joins the recent list like an opened one, and
-// the panels start in the folder of the newest.
+// the panels start in the folder of the newest. New and opened ledgers take
+// the controller's autosave delay.
 TEST_F(DocumentControllerTest, LedgersSavedUnderANameAreRecentAndThePanelsStartBesideThem)
 {
     ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("neu")));
     const QString untitled = QFileInfo(dir.path()).canonicalFilePath() + QStringLiteral("/neu/Erstes.saldo");
+    controller.setAutosavingDelay(1.5); // for new and opened ledgers alike
     Document* fresh = controller.newDocument();
+    EXPECT_EQ(fresh->autosaveTimer().interval(), 1500);
     dialogs.saveFileNames = { untitled };
     ASSERT_TRUE(fresh->saveDocument());
     EXPECT_EQ(controller.recentDocumentPaths(), QStringList { untitled });
 
     Document* opened = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
+    EXPECT_EQ(opened->autosaveTimer().interval(), 1500);
     const QString copy = QFileInfo(dir.path()).canonicalFilePath() + QStringLiteral("/neu/Kopie.saldo");
     dialogs.saveFileNames = { copy };
     ASSERT_TRUE(opened->windowController()->actions()->saveAsAction()->isEnabled());
@@ -177,14 +177,6 @@ TEST_F(DocumentControllerTest, LedgersSavedUnderANameAreRecentAndThePanelsStartB
 
     controller.openDocumentWithDialog(nullptr);
     EXPECT_EQ(dialogs.openDirectories, QStringList { QFileInfo(copy).absolutePath() });
-}
-
-TEST_F(DocumentControllerTest, NewDocumentsGetTheControllersAutosaveDelay)
-{
-    controller.setAutosavingDelay(1.5);
-    EXPECT_EQ(controller.newDocument()->autosaveTimer().interval(), 1500);
-    Document* opened = controller.openDocument(ledger(QStringLiteral("Kasse.saldo"), 1));
-    EXPECT_EQ(opened->autosaveTimer().interval(), 1500);
 }
 
 TEST_F(DocumentControllerTest, QuittingAsksForEachChangedUntitledDocumentAndStopsAtCancel)

@@ -27,7 +27,6 @@ namespace saldo::gui {
 namespace {
 
 using namespace testing;
-using Names = std::vector<std::string>;
 
 class EntryListExchangeTest : public ::testing::Test {
 protected:

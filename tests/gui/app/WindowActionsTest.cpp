@@ -1,5 +1,7 @@
 // The document window's menus: a mnemonic on every menu and item, the
-// shortcut list read from the actions, the help windows.
+// shortcut list read from the actions, the help windows. And its size,
+// splitters and column widths: fitted to the screen at first, kept on
+// closing, restored and clamped in the next window.
 #include "app/WindowActions.h"
 #include "app/AboutDialog.h"
 #include "app/AutosaveStore.h"
@@ -8,16 +10,26 @@
 #include "app/DocumentWindow.h"
 #include "app/ShortcutList.h"
 #include "app/ShortcutsDialog.h"
+#include "app/SplitViewController.h"
+#include "app/WindowLayout.h"
+#include "entrylist/EntryColumn.h"
+#include "entrylist/ViewController.h"
 #include "gui/support/LedgerFixtures.h"
 #include "gui/support/ScriptedDialogs.h"
 #include "platform/SettingsUserDefaults.h"
+#include "settings/WindowGeometry.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
+#include <QSplitter>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
@@ -28,9 +40,7 @@
 namespace saldo::gui {
 namespace {
 
-using testing::encoded;
-using testing::sampleEntries;
-using testing::writeBytes;
+using namespace testing;
 
 class WindowActionsTest : public ::testing::Test {
 protected:
@@ -147,6 +157,56 @@ TEST_F(WindowActionsTest, AboutNamesTheFoldersOfThisMachineAndOpensOnce)
     for (const QString& path :
         { QFileInfo(dir.path()).canonicalFilePath(), SettingsUserDefaults::programFileName(), AutosaveStore::folder() })
         EXPECT_TRUE(text.contains(QDir::toNativeSeparators(path).toHtmlEscaped())) << path.toStdString();
+}
+
+QList<QList<int>> splitters(const DocumentWindow& window)
+{
+    SplitViewController* split = window.splitViewController();
+    return { split->sizes(), split->innerSplitViewController()->sizes(),
+        split->viewController()->tableSplitter()->sizes() };
+}
+
+QHeaderView* columns(const DocumentWindow& window)
+{
+    return window.splitViewController()->viewController()->tableView()->horizontalHeader();
+}
+
+TEST(WindowLayoutTest, TheFirstWindowFitsTheScreenAndTheLayoutOfAClosedWindowReturnsClamped)
+{
+    InMemoryUserDefaults defaults;
+    const QSize available = QGuiApplication::primaryScreen()->availableGeometry().size();
+    const QSize moved(available.width() * 19 / 20, available.height() * 19 / 20);
+    QList<QList<int>> sizes;
+    {
+        const auto document = shownDocument(defaults, 1);
+        DocumentWindow& window = *document->windowController();
+        EXPECT_LE(window.width(), available.width() * 9 / 10);
+        EXPECT_GT(window.width(), available.width() * 8 / 10);
+        EXPECT_LE(window.height(), available.height() * 9 / 10);
+        const auto before = splitters(window);
+        window.resize(moved);
+        window.splitViewController()->setSizes({ 10, 10000 });
+        window.splitViewController()->innerSplitViewController()->setSizes({ 10000, 10 });
+        window.splitViewController()->viewController()->tableSplitter()->setSizes({ 10, 10000 });
+        sizes = splitters(window);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_NE(sizes[i], before[i]) << i;
+        columns(window)->resizeSection(EntryColumn::Name, 333);
+        columns(window)->resizeSection(EntryColumn::Kategorie, 50000);
+        ASSERT_TRUE(window.close());
+    }
+    const auto document = shownDocument(defaults, 1);
+    DocumentWindow& window = *document->windowController();
+    EXPECT_EQ(window.size(), moved);
+    EXPECT_EQ(splitters(window), sizes);
+    EXPECT_EQ(columns(window)->sectionSize(EntryColumn::Name), 333);
+    EXPECT_EQ(columns(window)->sectionSize(EntryColumn::Kategorie), available.width());
+
+    // Kept on a bigger screen: the window is no larger than this one.
+    WindowGeometry::writeNumbers(defaults, WindowLayout::kSizeKey, { 5000, 4000 });
+    const auto big = shownDocument(defaults, 1);
+    EXPECT_LE(big->windowController()->width(), available.width());
+    EXPECT_LE(big->windowController()->height(), available.height());
 }
 
 } // namespace

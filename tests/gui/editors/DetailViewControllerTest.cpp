@@ -6,7 +6,9 @@
 #include "editors/DetailViewController.h"
 #include "app/Document.h"
 #include "editors/DetailBox.h"
+#include "entrylist/EntryTableModel.h"
 #include "entrylist/FormEdit.h"
+#include "entrylist/ShownText.h"
 #include "gui/support/Recorders.h"
 #include "model/Kategorien.h"
 #include "platform/DateField.h"
@@ -56,24 +58,9 @@ protected:
     EinnahmePtr entry;
 };
 
-TEST_F(DetailViewControllerTest, TheBoxShowsTheKindsColoursAndOnlyWithAnEntry)
+TEST_F(DetailViewControllerTest, ARefreshFillsTheFormAndTheBoxsColoursFromTheEntrySelectedWhenItsFadeOutEnds)
 {
     expectColor(panel.box()->fillColor(), 0.0, 1.0, 0.0);
-    auto expense = Einnahme::make("Papier", "", 5.0f, 19.0f);
-    expense->setArt(kArtAusgabe);
-    show(expense);
-    expectColor(panel.box()->fillColor(), 1.0, 0.5, 0.0);
-    expectColor(panel.box()->borderColor(), 1.0, 0.0, 0.0);
-
-    // No entry: hidden at once, and no fade brings it back.
-    panel.showEntry(nullptr);
-    EXPECT_FALSE(panel.box()->isEnabled());
-    panel.finishAnimationsForTesting();
-    EXPECT_EQ(panel.boxOpacity(), 0.0);
-}
-
-TEST_F(DetailViewControllerTest, ARefreshFillsTheFormFromTheEntrySelectedWhenItsFadeOutEnds)
-{
     auto honorar = Einnahme::make("Honorar", "1000 Kasse Kasse ", 50.0f, 0.0f);
     honorar->setArt(kArtAusgabe);
     panel.setSelectedEinnahme(honorar);
@@ -82,12 +69,20 @@ TEST_F(DetailViewControllerTest, ARefreshFillsTheFormFromTheEntrySelectedWhenIts
     panel.setSelectedEinnahme(entry);
     panel.finishAnimationsForTesting();
     EXPECT_EQ(panel.nameField()->text(), "Miete");
-    expectColor(panel.box()->fillColor(), 1.0, 0.5, 0.0); // the colours of the refresh's start
+    // The colours of the refresh's start, an expense's.
+    expectColor(panel.box()->fillColor(), 1.0, 0.5, 0.0);
+    expectColor(panel.box()->borderColor(), 1.0, 0.0, 0.0);
     EXPECT_EQ(panel.kategoriePopUp()->currentText(), "1200 Bank Bank ");
     EXPECT_EQ(steps(), 0); // filling the controls is no edit
+
+    // No entry: hidden at once, and no fade brings it back.
+    panel.showEntry(nullptr);
+    EXPECT_FALSE(panel.box()->isEnabled());
+    panel.finishAnimationsForTesting();
+    EXPECT_EQ(panel.boxOpacity(), 0.0);
 }
 
-TEST_F(DetailViewControllerTest, ReturnTakesTheFormOverAsOneStepThatCanBeUndone)
+TEST_F(DetailViewControllerTest, ReturnTakesTheFormOverAsOneStepThatCanBeUndoneButNoNameTooShort)
 {
     const std::uint64_t posts = NotificationCenter::defaultCenter().postCount(kDetailViewUpdated);
     panel.rechnungsnummerField()->setText("R-1");
@@ -104,6 +99,16 @@ TEST_F(DetailViewControllerTest, ReturnTakesTheFormOverAsOneStepThatCanBeUndone)
     QApplication::sendEvent(panel.nameField(), &out);
     EXPECT_EQ(steps(), 1);
 
+    // A name too short is framed with its reason and takes nothing over.
+    panel.nameField()->setText("Ab");
+    EXPECT_EQ(panel.nameField()->toolTip().toStdString(), FormEdit::kNameTooShort);
+    EXPECT_FALSE(panel.nameField()->styleSheet().isEmpty());
+    panel.textFieldEdited();
+    EXPECT_EQ(steps(), 1);
+    panel.nameField()->setText("Abc");
+    EXPECT_TRUE(panel.nameField()->toolTip().isEmpty() && panel.nameField()->styleSheet().isEmpty());
+    panel.nameField()->setText("Mieten");
+
     // A text the amount reader refuses shows the stored amount again.
     panel.bruttoField()->setText("zwoelf");
     panel.textFieldEdited();
@@ -112,17 +117,6 @@ TEST_F(DetailViewControllerTest, ReturnTakesTheFormOverAsOneStepThatCanBeUndone)
     document.undoManager()->undo();
     EXPECT_EQ(entry->name(), "Miete");
     EXPECT_EQ(panel.bruttoField()->text(), "119,00"); // the form follows the undo at once
-}
-
-TEST_F(DetailViewControllerTest, ANameTooShortIsFramedWithItsReasonAndTakesNothingOver)
-{
-    panel.nameField()->setText("Ab");
-    EXPECT_EQ(panel.nameField()->toolTip().toStdString(), FormEdit::kNameTooShort);
-    EXPECT_FALSE(panel.nameField()->styleSheet().isEmpty());
-    panel.textFieldEdited();
-    EXPECT_EQ(steps(), 0);
-    panel.nameField()->setText("Abc");
-    EXPECT_TRUE(panel.nameField()->toolTip().isEmpty() && panel.nameField()->styleSheet().isEmpty());
 }
 
 TEST_F(DetailViewControllerTest, TheFormShowsCurrentValuesWhereverTheyChange)
@@ -184,6 +178,39 @@ TEST_F(DetailViewControllerTest, PopUpsBoxesAndTheDateAreStepsOfTheirOwn)
     emit popUp->activated(3);
     EXPECT_EQ(entry->kategorie(), kList[1]);
     EXPECT_EQ(popUp->count(), static_cast<int>(kList.size())); // in the list again
+}
+
+// A 64 MiB name took 56 s and 2.6 GB to open in a window. Cells and the
+// form show a view of a long text, which cannot be edited there, and taking
+// the form over keeps the whole text.
+TEST_F(DetailViewControllerTest, ALongTextShowsAsAViewInCellsAndFormAndStaysWhole)
+{
+    const std::string longName = "Notiz " + std::string(1 << 20, 'x');
+    const EinnahmePtr longEntry = Einnahme::make(longName, "", 10.0f, 19.0f);
+    longEntry->setRechnungsnummer(std::string(ShownText::kMostShown + 1, '7'));
+    document.replaceAllEntries({ longEntry, entry });
+
+    const EntryTableModel& model = *document.model();
+    const int name = EntryColumn::Name;
+    const int rechnungsnummer = EntryColumn::Rechnungsnummer;
+    EXPECT_EQ(model.index(0, name).data().toString().size(), qsizetype(ShownText::kMostShown));
+    EXPECT_EQ(model.index(0, rechnungsnummer).data(Qt::EditRole).toString().size(), qsizetype(ShownText::kMostShown));
+    EXPECT_FALSE(model.index(0, name).flags() & Qt::ItemIsEditable);
+    EXPECT_FALSE(model.index(0, rechnungsnummer).flags() & Qt::ItemIsEditable);
+    EXPECT_TRUE(model.index(1, name).flags() & Qt::ItemIsEditable);
+
+    show(longEntry);
+    EXPECT_EQ(panel.nameField()->text().size(), qsizetype(ShownText::kMostShown));
+    EXPECT_TRUE(panel.nameField()->isReadOnly());
+    EXPECT_FALSE(panel.leistungsartField()->isReadOnly());
+    // Another field edited and taken over: the long texts stay whole.
+    const int before = steps();
+    QTest::keyClicks(panel.leistungsartField(), "Beratung");
+    QTest::keyClick(panel.leistungsartField(), Qt::Key_Return);
+    EXPECT_EQ(longEntry->leistungsart(), "Beratung");
+    EXPECT_EQ(longEntry->name(), longName);
+    EXPECT_EQ(longEntry->rechnungsnummer().size(), ShownText::kMostShown + 1);
+    EXPECT_EQ(steps(), before + 1);
 }
 
 } // namespace

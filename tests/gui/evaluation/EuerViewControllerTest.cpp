@@ -32,33 +32,25 @@
 namespace saldo::gui {
 namespace {
 
-EinnahmePtr entry(const char* name, const char* kategorie, const char* art, float brutto, float rate, int year = 2025)
-{
-    auto e = Einnahme::make(name, kategorie, brutto, rate);
-    e->setArt(art);
-    e->setDatum(Calendar::fromLocalFields({ year, 6, 15, 12, 0, 0 }));
-    return e;
-}
-
 class EuerViewControllerTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        auto eu = entry("Lizenz Irland", "4930 Bürobedarf Gesch. ", kArtAusgabe, 100.0f, 19.0f);
+        auto eu = testing::datedEntry("Lizenz Irland", "4930 Bürobedarf Gesch. ", kArtAusgabe, 100.0f, 19.0f);
         eu->setInnergemeinschaftlicherErwerb(true);
         document = std::make_unique<Document>(defaults);
         ASSERT_TRUE(document->readFromData(testing::encoded({
-            entry("Verkauf", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 119.0f, 19.0f),
-            entry("Papier", "4930 Bürobedarf Gesch. ", kArtAusgabe, 59.5f, 19.0f),
-            entry("Essen", "4650 Bewirtungskosten Gesch. ", kArtAusgabe, 100.0f, 19.0f),
-            entry("Entnahme", "1800 Privatentnahmen ", kArtAusgabe, 1000.0f, 0.0f),
-            entry("Gewerbesteuer", "4320 Gewerbesteuer Gesch. ", kArtAusgabe, 80.0f, 0.0f),
-            entry("Laptop", "0480 Geschäftsausstattung ", kArtAusgabe, 952.0f, 19.0f),
-            entry("Bank", "1200 Bank ", kArtEinnahme, 10.0f, 0.0f),
-            entry("Kaputt", "8400 Erlöse 19% Gesch. ", kArtEinnahme, NAN, 19.0f),
-            entry("Ohne Konto", "Sonstiges", kArtAusgabe, 11.9f, 19.0f),
+            testing::datedEntry("Verkauf", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 119.0f, 19.0f),
+            testing::datedEntry("Papier", "4930 Bürobedarf Gesch. ", kArtAusgabe, 59.5f, 19.0f),
+            testing::datedEntry("Essen", "4650 Bewirtungskosten Gesch. ", kArtAusgabe, 100.0f, 19.0f),
+            testing::datedEntry("Entnahme", "1800 Privatentnahmen ", kArtAusgabe, 1000.0f, 0.0f),
+            testing::datedEntry("Gewerbesteuer", "4320 Gewerbesteuer Gesch. ", kArtAusgabe, 80.0f, 0.0f),
+            testing::datedEntry("Laptop", "0480 Geschäftsausstattung ", kArtAusgabe, 952.0f, 19.0f),
+            testing::datedEntry("Bank", "1200 Bank ", kArtEinnahme, 10.0f, 0.0f),
+            testing::datedEntry("Kaputt", "8400 Erlöse 19% Gesch. ", kArtEinnahme, NAN, 19.0f),
+            testing::datedEntry("Ohne Konto", "Sonstiges", kArtAusgabe, 11.9f, 19.0f),
             eu,
-            entry("Vorjahr", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 238.0f, 19.0f, 2024),
+            testing::datedEntry("Vorjahr", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 238.0f, 19.0f, 2024),
         })));
         document->makeWindowControllers();
         document->windowController()->show();
@@ -68,13 +60,7 @@ protected:
         euer->worker().finish();
     }
 
-    QStringList shownColumn(int column) const
-    {
-        QStringList cells;
-        for (int row = 0; row < euer->formModel()->rowCount(); ++row)
-            cells << euer->formModel()->index(row, column).data().toString();
-        return cells;
-    }
+    QStringList shownColumn(int column) const { return testing::formColumn(*euer->formModel(), column); }
 
     // The core's lines over the document's complete list: Zeile, Kz and
     // amount of each line that is not zero and of the sums (in bold); and

@@ -38,26 +38,18 @@
 namespace saldo::gui {
 namespace {
 
-EinnahmePtr entry(const char* name, const char* kategorie, const char* art, float brutto, float rate, int month = 3)
-{
-    auto e = Einnahme::make(name, kategorie, brutto, rate);
-    e->setArt(art);
-    e->setDatum(Calendar::fromLocalFields({ 2025, month, 10, 12, 0, 0 }));
-    return e;
-}
-
 class UstvaViewControllerTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
         document = std::make_unique<Document>(defaults);
         ASSERT_TRUE(document->readFromData(testing::encoded({
-            entry("Verkauf", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 119.0f, 19.0f),
-            entry("Buch", "8300 Erlöse 7% Gesch. ", kArtEinnahme, 10.0f, 7.0f),
-            entry("Papier", "4930 Bürobedarf Gesch. ", kArtAusgabe, 59.5f, 19.0f),
-            entry("Logo Kopenhagen", "8315 Erlöse EG 19% Gesch. ", kArtEinnahme, 1800.0f, 0.0f),
-            entry("Entnahme", "1800 Privatentnahmen ", kArtAusgabe, 300.0f, 0.0f),
-            entry("April", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 1190.0f, 19.0f, 4),
+            testing::datedEntry("Verkauf", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 119.0f, 19.0f, 2025, 3),
+            testing::datedEntry("Buch", "8300 Erlöse 7% Gesch. ", kArtEinnahme, 10.0f, 7.0f, 2025, 3),
+            testing::datedEntry("Papier", "4930 Bürobedarf Gesch. ", kArtAusgabe, 59.5f, 19.0f, 2025, 3),
+            testing::datedEntry("Logo Kopenhagen", "8315 Erlöse EG 19% Gesch. ", kArtEinnahme, 1800.0f, 0.0f, 2025, 3),
+            testing::datedEntry("Entnahme", "1800 Privatentnahmen ", kArtAusgabe, 300.0f, 0.0f, 2025, 3),
+            testing::datedEntry("April", "8400 Erlöse 19% Gesch. ", kArtEinnahme, 1190.0f, 19.0f, 2025, 4),
         })));
         document->makeWindowControllers();
         document->windowController()->show();
@@ -76,13 +68,7 @@ protected:
             document->backupEinnahmen(), period, *tax::UstvaForm::forYear(period.year()));
     }
 
-    QStringList shownColumn(int column) const
-    {
-        QStringList cells;
-        for (int row = 0; row < ustva->formModel()->rowCount(); ++row)
-            cells << ustva->formModel()->index(row, column).data().toString();
-        return cells;
-    }
+    QStringList shownColumn(int column) const { return testing::formColumn(*ustva->formModel(), column); }
 
     InMemoryUserDefaults defaults;
     std::unique_ptr<Document> document;

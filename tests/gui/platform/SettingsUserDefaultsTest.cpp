@@ -18,7 +18,7 @@
 namespace saldo::gui {
 namespace {
 
-TEST(SettingsUserDefaultsTest, ListsOfEveryLengthAndFlagsSurviveTheFile)
+TEST(SettingsUserDefaultsTest, ListsOfEveryLengthAndFlagsSurviveTheFileAndOtherShapesReadAsNothing)
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("Saldo.conf"));
@@ -48,18 +48,15 @@ TEST(SettingsUserDefaultsTest, ListsOfEveryLengthAndFlagsSurviveTheFile)
     EXPECT_EQ(again.boolValue("Steuer/nein"), false);
     EXPECT_EQ(again.boolValue(Kategorien::kKey), std::nullopt);
     EXPECT_EQ(again.boolValue("fehlt"), std::nullopt);
-}
 
-TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("Saldo.conf"));
+    // A value of another shape reads as nothing and is kept.
+    const QString odd = dir.filePath(QStringLiteral("Anders.conf"));
     const QByteArray text = "[General]\n"
                             "Kategorien=42\n"
                             "[Zaehlung]\nsize=3\n1=a\n2=b\n"
                             "[Unsinn]\nsize=viele\n1=a\n";
-    ASSERT_TRUE(testing::writeBytes(file, text));
-    SettingsUserDefaults defaults(file);
+    ASSERT_TRUE(testing::writeBytes(odd, text));
+    SettingsUserDefaults defaults(odd);
     EXPECT_TRUE(defaults.hasValue(Kategorien::kKey));
     EXPECT_EQ(defaults.stringArray(Kategorien::kKey), std::nullopt);
     EXPECT_EQ(defaults.stringArray("Zaehlung"), std::nullopt); // a row missing
@@ -69,7 +66,7 @@ TEST(SettingsUserDefaultsTest, AValueOfAnotherShapeReadsAsNothingAndIsKept)
     EXPECT_EQ(Kategorien::listOrDefault(defaults), Kategorien::defaultKategorien());
     Kategorien::storeDefaultKategorienIfMissing(defaults);
     defaults.settings()->sync();
-    EXPECT_TRUE(testing::readBytes(file).contains("Kategorien=42"));
+    EXPECT_TRUE(testing::readBytes(odd).contains("Kategorien=42"));
 }
 
 // A settings file that QSettings cannot read completely would be written back

@@ -2,8 +2,10 @@
 
 #include "app/Document.h"
 #include "app/DocumentWindow.h"
+#include "evaluation/FormTableModel.h"
 #include "model/Einnahme.h"
 #include "model/LedgerFile.h"
+#include "platform/Calendar.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -29,6 +31,25 @@ inline EinnahmeList sampleEntries(int count)
         entries.push_back(entry);
     }
     return entries;
+}
+
+// An entry of the kind given, dated noon of the 15th of the month.
+inline EinnahmePtr datedEntry(
+    const char* name, const char* kategorie, const char* art, float brutto, float rate, int year = 2025, int month = 6)
+{
+    auto e = Einnahme::make(name, kategorie, brutto, rate);
+    e->setArt(art);
+    e->setDatum(Calendar::fromLocalFields({ year, month, 15, 12, 0, 0 }));
+    return e;
+}
+
+// The texts of one column of a tax form's table, top to bottom.
+inline QStringList formColumn(const FormTableModel& form, int column)
+{
+    QStringList cells;
+    for (int row = 0; row < form.rowCount(); ++row)
+        cells << form.index(row, column).data().toString();
+    return cells;
 }
 
 inline QByteArray encoded(const EinnahmeList& entries)

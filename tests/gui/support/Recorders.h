@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/support/TestSupport.h"
 #include "model/Einnahme.h"
 #include "platform/Diagnostics.h"
 #include "platform/NotificationCenter.h"
@@ -95,12 +96,7 @@ inline EinnahmeList namedEntries(const std::vector<std::string>& names)
     return entries;
 }
 
-inline std::vector<std::string> namesOf(const EinnahmeList& entries)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : entries)
-        names.push_back(entry->name());
-    return names;
-}
+using ::saldo::testing::Names;
+using ::saldo::testing::namesOf;
 
 } // namespace saldo::gui::testing
