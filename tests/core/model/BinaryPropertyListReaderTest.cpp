@@ -240,36 +240,27 @@ TEST(BinaryPropertyListReaderTest, AnEvaluationKeepsKindAndCategoryAndChecksTheO
     const auto evaluated = [](const std::string& bytes) {
         return BinaryPropertyListReader(bytes, BinaryPropertyListReader::Texts::Evaluated).readEntries();
     };
-    const auto refusedWhenEvaluated = [&](const std::string& bytes) -> std::string {
-        try {
-            evaluated(bytes);
-            return "accepted";
-        } catch (const LedgerFileError& e) {
-            return e.what();
-        }
-    };
     BplistBuilder b;
     // One string object is the name (checked only) and the category (kept).
     const std::size_t shared = b.utf16({ 'B', 0x00FC, 'r', 'o' });
     const EinnahmeList read = evaluated(oneEntryFile(b,
         { { "name", shared }, { "kategorie", shared }, { "art", b.ascii("Ausgabe") },
             { "rechnungsnummer", b.ascii("RE-1") } }));
-    ASSERT_EQ(read.size(), 1u);
-    EXPECT_EQ(read[0]->kategorie(), "B\u00fcro");
-    EXPECT_EQ(read[0]->art(), "Ausgabe");
-    EXPECT_EQ(read[0]->name(), "");
-    EXPECT_EQ(read[0]->rechnungsnummer(), "");
+    EXPECT_EQ(read.at(0)->kategorie() + read[0]->art() + "|" + read[0]->name() + read[0]->rechnungsnummer(),
+        "B\u00fcroAusgabe|");
     // A text not kept is refused for what a kept one is refused for.
     for (const std::string key : { "name", "steuernummer" }) {
-        for (const auto& units : std::vector<std::vector<std::uint16_t>> { { 0x41, 0xD800 }, { 0xDC00, 0x41 } }) {
-            BplistBuilder c;
-            const std::string file = oneEntryFile(c, { { key, c.utf16(units) } });
-            EXPECT_EQ(refusedWhenEvaluated(file), refusal(file));
-            EXPECT_PRED_FORMAT2(::testing::IsSubstring, "unpaired UTF-16 surrogate", refusedWhenEvaluated(file));
-        }
         BplistBuilder c;
-        const std::string file = oneEntryFile(c, { { key, c.raw("\x52\x41\xE4") } });
-        EXPECT_PRED_FORMAT2(::testing::IsSubstring, "ASCII string holds the byte 0xE4", refusedWhenEvaluated(file));
+        for (const std::size_t text : { c.utf16({ 0x41, 0xD800 }), c.utf16({ 0xDC00, 0x41 }), c.raw("\x52\x41\xE4") }) {
+            const std::string file = oneEntryFile(c, { { key, text } });
+            std::string reason = "accepted";
+            try {
+                evaluated(file);
+            } catch (const LedgerFileError& e) {
+                reason = e.what();
+            }
+            EXPECT_EQ(reason, refusal(file)) << key;
+        }
     }
 }
 

@@ -1,7 +1,9 @@
 // Writing a file the user named: a regular file is replaced whole or not at
 // all, links stay links, devices and pipes are never replaced by a file, and
-// every failure says what kind it was and leaves no temporary file.
+// every failure says what kind it was and leaves no temporary file. Reading
+// a file another program made: only a regular one, never waiting on a pipe.
 #include "platform/AtomicFileWriter.h"
+#include "platform/SmallFile.h"
 
 #include "core/support/TestSupport.h"
 #include "core/support/Unprivileged.h"
@@ -9,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -209,6 +212,33 @@ TEST_F(AtomicFileWriterTest, FailuresSayTheirKindAndLeaveTheOldFileWholeAndNoTem
             return file;
         },
         [] { ::setrlimit(RLIMIT_FSIZE, &g_sizeLimit); });
+}
+
+// A named pipe given as a statement used to hold the program until some
+// writer opened it, and a directory passed for a file too large to read.
+TEST_F(AtomicFileWriterTest, SmallFilesAreReadWholeOnlyWhenRegularAndNeverWaitedFor)
+{
+    const auto file = [&](const char* name, std::size_t size) {
+        std::ofstream(dir / name, std::ios::binary) << std::string(size, 'x');
+        return (dir / name).string();
+    };
+    ASSERT_EQ(::mkfifo((dir / "pipe").c_str(), 0600), 0);
+    using Fault = SmallFile::Fault;
+    const std::tuple<std::string, std::optional<Fault>, int, std::string> rows[] = {
+        { file("exact", 64), std::nullopt, 0, std::string(64, 'x') },
+        { file("empty", 0), std::nullopt, 0, "" },
+        { file("larger", 65), Fault::TooLarge, 0, "" },
+        { (dir / "missing").string(), Fault::CannotOpen, ENOENT, "" },
+        { dir.string(), Fault::NotRegular, 0, "" },
+        { (dir / "pipe").string(), Fault::NotRegular, 0, "" },
+        { "/dev/zero", Fault::NotRegular, 0, "" },
+    };
+    for (const auto& [path, fault, error, bytes] : rows) {
+        const SmallFile::Outcome outcome = SmallFile::read(path, 64);
+        EXPECT_EQ(outcome.fault, fault) << path;
+        EXPECT_EQ(outcome.error, error) << path;
+        EXPECT_EQ(outcome.bytes, bytes) << path;
+    }
 }
 
 } // namespace
