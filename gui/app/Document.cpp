@@ -207,8 +207,6 @@ void Document::makeWindowControllers()
 {
     if (window_)
         return;
-    if (DocumentController* controller = DocumentController::sharedDocumentController())
-        setAutosavingDelay(controller->autosavingDelay());
     window_ = std::make_unique<DocumentWindow>(*this, defaults_);
     // Restored work (a recovery copy, an interrupted save) is not in the file yet.
     if (changedWhenShown_)
